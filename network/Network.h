@@ -1,0 +1,285 @@
+#pragma once
+
+#include "framework/BLEntity.h"
+#include "framework/BLLManager.h"
+#include "framework/Notification.h"
+#include "framework/singleton.h"
+#include "network/relaxed.h"
+#include "network/rpc/records.h"
+#include "platform/acl.h"
+#include "rte/BLL/core/rpcProxy.h"
+#include "varo/records.h"
+
+#include <pthread.h>
+
+#include <cstdint>
+#include <list>
+#include <sstream>
+#include <string>
+
+/// The network entity: owns the configuration of the board's management network. Persistent values
+/// live in varoLib and in the platform services; the entity adds validation, the order of steps and
+/// the side effects on neighbouring settings.
+///
+/// Operations return 0 on success and -1 on failure unless said otherwise. Each takes the
+/// framework's lock itself; when it is refused, the operation writes the lock-failure text to the
+/// framework log and returns -1 without looking at its arguments.
+///
+/// The virtual operations are grouped by feature in the order of their slots, which is part of the
+/// contract: append only.
+class __attribute__((visibility("default"))) Network : public BLEntity, public singleton<Network> {
+public:
+    // Records of the virtual interface. Addresses are in host byte order.
+
+    struct settings_t {
+        settings_t() {}
+    };
+
+    struct NetworkInfo {
+        std::uint32_t ipAddr;
+        std::uint32_t netmask;
+        unsigned char macAddr[6];
+        unsigned char spareMacAddr[6];  ///< always zero
+        std::uint32_t dhcpEnabled;
+        std::uint32_t vendorClassEnabled;
+        std::uint32_t mngVlanId;    ///< 0 while a move is incomplete
+        std::uint32_t mngVlanMode;  ///< always 0
+        std::uint32_t defVid;
+        std::uint32_t defVlanMode;  ///< 1 tagged, 2 native
+        std::uint32_t option82Enabled;
+        std::uint32_t reserved;  ///< always 0
+    };
+
+    struct NetworkInfoIpv6 {
+        char ipv6Addr[100];
+        std::uint32_t prefixLen;
+        char ipv6Gw[100];
+    };
+
+    struct RemoteAccessRule {
+        std::uint32_t sequenceNumber;  ///< 1-based position in the list
+        std::uint32_t ipAddr;
+        std::uint32_t netmask;
+        bool permit;
+    };
+
+    struct ArpInfo {
+        std::uint32_t ipAddr;
+        unsigned char macAddr[6];
+        std::uint32_t slot;
+        std::uint32_t port;
+        std::int32_t type;
+        std::uint32_t value;
+    };
+
+    enum SProtocol : int { sprotocolTls = 0, sprotocolSsl = 1, sprotocolBoth = 2 };
+
+    struct HttpInfo {
+        bool httpEnabled;
+        bool httpsEnabled;
+        std::uint32_t httpsPort;
+        SProtocol httpsProtocol;
+    };
+
+    Network();
+
+    // Entity interface towards the framework: slots 0 to 5, then the destructor pair.
+    void applyConfiguration(boost::shared_ptr<Storage::Setting> setting) override;
+    void saveConfiguration(boost::shared_ptr<Storage::Setting> setting) const override;
+    int start() override;
+    int applyDefaultSettings() override;
+    /// Waits for the poll thread, which goes on: it stores into the poll flag the value on which
+    /// the loop runs. A host that must end in bounded time ends without waiting for this call.
+    int stop() override;
+    void getDependencies(std::list<std::string>& names) override;
+    ~Network() override;
+
+    // IPv4 address and management VLAN.
+    virtual int setIp(unsigned int ipAddr, unsigned int netmask);
+    virtual int setVlan(unsigned int vlanId);
+    virtual int setDefVlanMode(unsigned int defVid, unsigned int defMode);
+    virtual int getNetworkInfo(NetworkInfo* info);
+    virtual int getNetworkInfoIpv6(NetworkInfoIpv6* info);
+    virtual int setGateway(unsigned int gateway);
+    virtual int getGateway(unsigned int* gateway);
+    virtual int setProtocol(bool dhcp);
+
+    // DHCP client options.
+    virtual int setVendor(bool dhcp, bool vendor);
+    virtual int setOption82(bool dhcp, bool option82);
+    virtual int setCircuitId(varoLib_s_dhcp* dhcp);
+
+    // Remote access.
+    virtual int addRARule(unsigned int ipAddr, unsigned int netmask, bool permit,
+                          unsigned int index);
+    virtual int removeRARule(unsigned int index);
+    virtual int iterateRules(unsigned int index, RemoteAccessRule* rule);
+
+    // Software inventory. Text buffers hold 100 bytes.
+    virtual int getSWData(char* product, char* buildDirectory, char* buildTime,
+                          char* upgradeProduct, char* packageRelease, char* osRelease,
+                          char* fileSystem, char* bootLoader, char* recoveryFileSystem);
+    virtual int getVerisonLineApl(char* line, int* index);
+    virtual int getVerisonLinePlat(char* line, int* index);
+    virtual int getPackageData(char* name, char* version);
+
+    // FTP server.
+    virtual int enableFtp(bool on);
+    virtual int getFtpState();
+
+    // ARP listing is not offered.
+    virtual int getNextArp(int index, ArpInfo* info);
+
+    // Older web-server operations, not supported.
+    virtual int setHttpSPort(unsigned int port);
+    virtual int setHttpSProto(SProtocol protocol);
+    virtual int enableHttpSServer(bool on);
+    virtual int enableHttpServer(bool on);
+    virtual int getHttpInfo(HttpInfo* info);
+
+    // Domain and host name. Output buffers hold 100 bytes.
+    virtual int setDomainname(const char* domainname);
+    virtual int getDomainname(char* domainname);
+    virtual int getDomainnameWS(int* dnsSource, char* domainname);
+    virtual int setHostname(const char* hostname);
+    virtual int getHostname(char* hostname);
+
+    // Clock and time zone.
+    virtual int setTimeInfo(const std::string& text);
+    virtual int getTimeInfo(char* time);
+    virtual int setTimezoneOffset(int offset);
+    virtual int setTimezoneName(const char* name);
+    virtual int getTimezoneInfo(int* offset, char* name);
+
+    // IPv4 name servers.
+    virtual int setDnsServers(unsigned int primary, unsigned int secondary);
+    virtual int deleteDnsServers();
+    virtual int getDnsServers(unsigned int* primary, unsigned int* secondary);
+    virtual int getDnsServersWS(int* dnsSource, unsigned int* primary, unsigned int* secondary);
+
+    // Telnet and SSH servers.
+    virtual int getTelnetConfig(bool* on);
+    virtual int telnetEnable(bool on);
+    virtual int getSshConfig(bool* on);
+    virtual int sshEnable(bool on);
+
+    // SNTP client.
+    virtual int updateSntpConfig(rpcSntpConfig* config);
+    virtual int updateSntpConfigHost(rpcSntpConfigHost* config);
+    virtual int getSntpConfig(rpcSntpConfig* config);
+    virtual int getSntpConfigWS(int* source, rpcSntpConfig* config);
+    virtual int getSntpConfigWSHost(int* source, rpcSntpConfigHost* config);
+    virtual int getSntpInfo(rpcSntpInfo* info);
+    virtual int getSntpInfoWS(int* source, rpcSntpInfo* info);
+    virtual int getSntpInfoWSHost(int* source, rpcSntpInfoHost* info);
+
+    // SNMP agent.
+    virtual int snmptrapAdd(const char* community, unsigned int ipAddress, bool add);
+    virtual int getSnmptrapConfig(rpcSnmpTrapConfig* config);
+    virtual int snmptrapChange(const char* community, unsigned int oldAddress,
+                               unsigned int newAddress);
+    virtual int snmptrapPort(unsigned int port);
+    virtual int snmpCommunityAdd(const char* name, rpcSnmpCommunityAccess access, bool add);
+    virtual int snmpCommunityChange(const char* name, rpcSnmpCommunityAccess access);
+    virtual int snmpCommunityGet(rpcSnmpCommunityConfig* config);
+    virtual int snmpSystemChange(const char* text, rpcSnmpSystemSelector selector);
+    virtual int snmpSystemGet(rpcSnmpSystemConfig* config);
+
+    // Limit on terminal sessions.
+    virtual int ptyGetMaxSess(unsigned int* maxSessions, unsigned int* value);
+    virtual int ptySetMaxSess(unsigned int maxSessions);
+
+    // Time zone and daylight-saving rule of the SNTP client.
+    virtual int setSntpTimezoneDstStart(unsigned int month, unsigned int week,
+                                        unsigned int dayInWeek, int time);
+    virtual int setSntpTimezoneDstEnd(unsigned int month, unsigned int week, unsigned int dayInWeek,
+                                      int time);
+    virtual int setSntpTimezoneDstOffset(int dstOffset);
+    virtual int setSntpTimezone(int offset, const char* linuxName);
+    virtual int getSntpTimezoneInfo(rpcNetworkSntpTimezone* info);
+
+    // Number of remote-access rules; -1 as an unsigned value when the lock is refused.
+    virtual unsigned int getAclIdx();
+
+    // IPv6 address and gateway. The list buffer holds 2000 bytes, the gateway buffer 100.
+    virtual int getIpv6Addr(char* addresses, char* gateway);
+    virtual int setIpv6Addr(char* address, unsigned int prefixLength);
+    virtual int setIpv6Gw(char* gateway);
+    virtual int removeIpv6Addr();
+    virtual int removeIpv6Gw();
+
+    // IPv6 domain and name servers. The domain buffer holds 100 bytes, a server buffer 99.
+    virtual int setIPv6Domainname(const char* domainname);
+    virtual int getIPv6Domainname(int* dnsSource, char* domainname);
+    virtual int deleteIPv6DnsServers();
+    virtual int getIPv6DnsServers(int* dnsSource, char* primary, char* secondary);
+    /// A server text of more than 255 characters ends the process.
+    virtual int setIPv6DnsServers(const char* primary, const char* secondary);
+
+    // DHCPv6 client.
+    virtual int getIPv6Proto(bool* state);
+    virtual int setIPv6Proto(bool on);
+
+    // Operations outside the virtual interface.
+
+    /// The single switch of the web server set.
+    int networkHttpServerSet(bool on);
+    int networkHttpGet(bool& on) const;
+
+    /// Management interface of the integrated ONT.
+    int setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int vlanId);
+    int getOntMng(unsigned int* ipAddr, unsigned int* netmask, unsigned int* vlanId);
+
+    /// Handler of the framework's external messages: run-time knobs by name.
+    void externalMessage(const std::string& name, const std::string& value,
+                         std::ostringstream* reply);
+
+    /// Writes to the system log when the threshold is at least the level (syslog(3) priorities).
+    void networkBleSyslog(int level, const char* format, ...) const
+        __attribute__((format(printf, 3, 4)));
+
+private:
+    /// An event of the management address; handlers take an address in host byte order.
+    using AddressEvent = Notification::Event<unsigned int>;
+    using WebEvent = Notification::Event<>;
+
+    /// Start-up work at the end of construction.
+    void networkBleInit();
+
+    /// Watches the management interface until the poll flag says stop.
+    int Poll();
+    static void* PollThread(void* self);
+    void pollOnce();
+
+    /// The one way into the configuration lock: runs the body under it, or reports the refusal.
+    template <class Body>
+    int withExclusiveLock(Body body) const {
+        return underLock<BLLManager::exclusiveLock_t>(body);
+    }
+    template <class Body>
+    int withSharedLock(Body body) const {
+        return underLock<BLLManager::sharedLock_t>(body);
+    }
+    template <class Lock, class Body>
+    int underLock(Body& body) const {
+        const Lock lock;
+        if (!lock.isObtained()) {
+            return reportRefusedLock();
+        }
+        return body();
+    }
+    int reportRefusedLock() const;
+
+    AddressEvent mngAddrChanged;
+    RPCProxy rpcProxy;
+    Relaxed<std::int16_t> severity;  ///< threshold of the system log
+    ACLContainer_t acl;              ///< held for the entity's lifetime; not used
+    std::uint32_t mngVlanId;
+    std::uint32_t boardPos;
+    bool webServerOn;
+    std::string lockErrorMsg;
+    pthread_t pollThread;
+    Relaxed<bool> pollStop;                ///< the poll loop runs while it is false
+    Relaxed<std::uint32_t> currentIpAddr;  ///< address of "mng0" seen last, host byte order
+    WebEvent webEvent;
+};
