@@ -1,0 +1,94 @@
+#pragma once
+
+#include "fake/FakeLock.h"
+#include "fake/Journal.h"
+#include "fake/Script.h"
+#include "varo/records.h"
+
+#include <rpc/rpc.h>
+
+#include <sys/select.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace fake {
+
+/// An IPv4 address on an interface, host byte order.
+struct InterfaceAddress {
+    std::uint32_t address;
+    std::uint32_t netmask;
+};
+
+/// A thread that the product asked for.
+struct ThreadRequest {
+    void* (*function)(void*);
+    void* argument;
+};
+
+/// The platform on which the product runs in a unit test: it keeps state as a real one does, writes
+/// every call into its journal, and fails on demand. While one is alive, the imported functions
+/// work on it; before the first and after the last they work on one that belongs to the process.
+class Platform {
+public:
+    Platform();
+    ~Platform();
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+
+    /// The platform that imported functions work on now.
+    static Platform& current();
+
+    /// Writes down a call of a function that returns a status, and returns that status: the
+    /// scripted failure or 0. On success `work` is done first; what it returns stands behind the
+    /// status.
+    int call(const std::string& function, const std::string& arguments,
+             const std::function<std::string()>& work = {});
+
+    void fail(const std::string& function, int result, int times = Script::forever) {
+        script.fail(function, result, times);
+    }
+
+    /// Runs the threads that the product asks for; otherwise they are only written down.
+    bool runsThreads = false;
+    std::vector<ThreadRequest> threadRequests;
+
+    /// Called before a thread is waited for, after that was written down.
+    std::function<void()> onJoin = [] {};
+
+    /// Called in place of sleep(3), after it was written down.
+    std::function<void(unsigned int)> onSleep = [](unsigned int) {};
+
+    // The RPC library's server side.
+    int nextDescriptor = 1000;
+    void (*registeredDispatch)(svc_req*, SVCXPRT*) = nullptr;
+    /// Called in place of select(2) and svc_getreqset(3), after they were written down.
+    std::function<int(fd_set*)> onSelect = [](fd_set*) { return 0; };
+    std::function<void(fd_set*)> onRequests = [](fd_set*) {};
+
+    // State of the configuration library.
+    varoLib_s_internalConfig internalConfig{3};
+    std::map<int, varoLib_s_dns> dns;
+    std::map<int, varoLib_s_dns6> dns6;
+    /// What a read that lets the library choose returns.
+    int sourceInForce = 2;
+    /// The source that every successful read reports instead of its own.
+    std::optional<int> reportedSource;
+    /// What a failing read leaves behind in the caller's record.
+    std::optional<varoLib_s_dns> dnsLeftByFailure;
+    std::optional<varoLib_s_dns6> dns6LeftByFailure;
+    std::map<std::string, InterfaceAddress> interfaces;
+
+    FakeLock lock;
+    Journal journal;
+    Script script;
+
+private:
+    Platform* previous;
+};
+
+}  // namespace fake

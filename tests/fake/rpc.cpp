@@ -1,0 +1,108 @@
+// The socket calls and the RPC library's server side, replaced when a test is linked (ld --wrap).
+
+#include "fake/Platform.h"
+#include "fake/describe.h"
+
+#include <rpc/pmap_clnt.h>
+#include <rpc/rpc.h>
+
+#include <netinet/in.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+
+#include <fmt/core.h>
+
+#include <cerrno>
+
+using fake::dotted;
+using fake::Platform;
+
+namespace {
+
+/// The status of a call that reports a failure as -1 and errno.
+int failWithErrno(const std::string& function, const std::string& arguments, int result) {
+    Platform& platform = Platform::current();
+    const int error = platform.script.failureOf(function);
+    platform.journal.write(
+        fmt::format("{}({}) -> {}", function, arguments,
+                    error != 0 ? fmt::format("errno {}", error) : fmt::format("{}", result)));
+    if (error != 0) {
+        errno = error;
+        return -1;
+    }
+    return result;
+}
+
+/// Transports are told apart by their descriptor and never looked into.
+SVCXPRT* transportOf(int descriptor) {
+    static SVCXPRT transports[8];
+    SVCXPRT* const transport = &transports[descriptor % 8];
+    transport->xp_fd = descriptor;
+    return transport;
+}
+
+SVCXPRT* createTransport(const std::string& function, int descriptor,
+                         const std::string& arguments) {
+    return Platform::current().call(function, arguments) == 0 ? transportOf(descriptor) : nullptr;
+}
+
+}  // namespace
+
+extern "C" {
+
+bool_t __wrap_pmap_unset(unsigned long program, unsigned long version) {
+    return Platform::current().call("pmap_unset", fmt::format("{}, {}", program, version)) == 0;
+}
+
+int __wrap_socket(int domain, int type, int protocol) {
+    return failWithErrno("socket", fmt::format("{}, {}, {}", domain, type, protocol),
+                         Platform::current().nextDescriptor++);
+}
+
+int __wrap_bind(int descriptor, const sockaddr* address, socklen_t size) {
+    const auto& internet = *reinterpret_cast<const sockaddr_in*>(address);
+    return failWithErrno(
+        "bind",
+        fmt::format("{}, {} {}:{}, {}", descriptor, internet.sin_family,
+                    dotted(ntohl(internet.sin_addr.s_addr)), ntohs(internet.sin_port), size),
+        0);
+}
+
+int __wrap_listen(int descriptor, int backlog) {
+    return failWithErrno("listen", fmt::format("{}, {}", descriptor, backlog), 0);
+}
+
+SVCXPRT* __wrap_svcudp_create(int descriptor) {
+    return createTransport("svcudp_create", descriptor, fmt::format("{}", descriptor));
+}
+
+SVCXPRT* __wrap_svctcp_create(int descriptor, unsigned int sendSize, unsigned int receiveSize) {
+    return createTransport("svctcp_create", descriptor,
+                           fmt::format("{}, {}, {}", descriptor, sendSize, receiveSize));
+}
+
+bool_t __wrap_svc_register(SVCXPRT* transport, unsigned long program, unsigned long version,
+                           void (*dispatch)(svc_req*, SVCXPRT*), int protocol) {
+    Platform& platform = Platform::current();
+    platform.registeredDispatch = dispatch;
+    return platform.call("svc_register", fmt::format("{}, {}, {}, {}", transport->xp_fd, program,
+                                                     version, protocol)) == 0;
+}
+
+int __wrap_select(int count, fd_set* read, fd_set* write, fd_set* exceptional, timeval* timeout) {
+    Platform& platform = Platform::current();
+    platform.journal.write(
+        fmt::format("select({}, {}, {}, {}, {}.{:06} s)", count, read != nullptr ? "set" : "none",
+                    write != nullptr ? "set" : "none", exceptional != nullptr ? "set" : "none",
+                    timeout->tv_sec, timeout->tv_usec));
+    // The kernel may leave the time that remained.
+    *timeout = {0, 0};
+    return platform.onSelect(read);
+}
+
+void __wrap_svc_getreqset(fd_set* ready) {
+    Platform& platform = Platform::current();
+    platform.journal.write("svc_getreqset()");
+    platform.onRequests(ready);
+}
+}

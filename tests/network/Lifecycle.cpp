@@ -1,0 +1,332 @@
+// Construction, start, stop, poll loop and events of the entity. The poll flag and the event of the
+// management address are reached past their access (-fno-access-control, for this file only).
+
+#include "network/EntityTest.h"
+
+#include <boost/function/function_base.hpp>
+
+#include <semaphore>
+#include <sstream>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t firstAddress = 0xc0000202;   // 192.0.2.2
+constexpr std::uint32_t secondAddress = 0xc6336402;  // 198.51.100.2
+constexpr std::uint32_t mask = 0xffffff00;
+
+const std::string noManagementInterface = R"(varoGetInterface("mng0") -> 1)";
+const std::string firstAddressRead =
+    R"(varoGetInterface("mng0") -> 0 {192.0.2.2/255.255.255.0 in network byte order})";
+const std::string secondAddressRead =
+    R"(varoGetInterface("mng0") -> 0 {198.51.100.2/255.255.255.0 in network byte order})";
+
+class Lifecycle : public EntityTest {
+protected:
+    void SetUp() override {
+        // Each look at the interface is followed by what the test has in mind for it; then the loop
+        // ends.
+        platform.onSleep = [this](unsigned int) {
+            if (nextStep < steps.size()) {
+                steps[nextStep++]();
+            } else {
+                entity().pollStop = true;
+            }
+        };
+    }
+
+    void setAddress(std::uint32_t address) { platform.interfaces["mng0"] = {address, mask}; }
+
+    /// Handlers that write down what they are told.
+    void subscribe(const std::string& name, bool answer) {
+        entity().mngAddrChanged.subscribePre([this, name, answer](unsigned int address) {
+            platform.journal.write(name + " is asked about " + std::to_string(address));
+            return answer;
+        });
+        entity().mngAddrChanged.subscribePost([this, name](unsigned int address) {
+            platform.journal.write(name + " is told " + std::to_string(address));
+        });
+    }
+
+    std::vector<std::function<void()>> steps;
+    std::size_t nextStep = 0;
+};
+
+TEST_F(Lifecycle, ConstructionAndDestructionKeepTheirOrder) {
+    remakeEntity();
+    EXPECT_THAT(journal(), ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
+                                       R"(~BLEntity("network"))", R"(BLEntity("network"))",
+                                       R"(ACLContainer_t("br0", "acl"))", "varoLibInit() -> 0",
+                                       "varoGetInternalConfig() -> 0 {severity=3}"));
+}
+
+TEST_F(Lifecycle, ConstructionTakesVaroLibsThreshold) {
+    platform.internalConfig.severity = 6;
+    remakeEntity();
+    journal();
+    entity().networkBleSyslog(6, "six\n");
+    entity().networkBleSyslog(7, "seven\n");
+    EXPECT_THAT(journal(), ElementsAre(R"(syslog(6, "six\n"))"));
+}
+
+TEST_F(Lifecycle, ConstructionKeepsThreeWhenVaroLibCannotBeRead) {
+    platform.internalConfig.severity = 6;
+    platform.fail("varoLibInit", 4);
+    platform.fail("varoGetInternalConfig", 4);
+    remakeEntity();
+    EXPECT_THAT(journal(),
+                testing::IsSupersetOf({"varoLibInit() -> 4", "varoGetInternalConfig() -> 4"}));
+    entity().networkBleSyslog(3, "three\n");
+    entity().networkBleSyslog(4, "four\n");
+    EXPECT_THAT(journal(), ElementsAre(R"(syslog(3, "three\n"))"));
+}
+
+TEST_F(Lifecycle, ANewEntityHasItsFirstValues) {
+    EXPECT_EQ(entity().getName(), "network");
+    EXPECT_EQ(entity().mngVlanId, 1U);
+    EXPECT_EQ(entity().boardPos, 0U);
+    EXPECT_EQ(entity().webServerOn, false);
+    EXPECT_EQ(entity().pollThread, 0U);
+    EXPECT_EQ(entity().pollStop, false);
+    EXPECT_EQ(entity().currentIpAddr, 0U);
+    EXPECT_EQ(entity().lockErrorMsg, "Network BLE: Lock cant be obtained.\n");
+}
+
+TEST_F(Lifecycle, ConfigurationOfTheFrameworkIsNotUsed) {
+    entity().applyConfiguration({});
+    entity().saveConfiguration({});
+    EXPECT_THAT(journal(), IsEmpty());
+}
+
+TEST_F(Lifecycle, DependsOnBridgeAndInterfacesInThatOrder) {
+    std::list<std::string> names = {"something", "else"};
+    entity().getDependencies(names);
+    EXPECT_THAT(names, ElementsAre("bridge", "interfaces"));
+    // The first question of a process makes both entities, the bridge with its own access lists.
+    journal();
+}
+
+TEST_F(Lifecycle, StartRegistersTheServiceAndAsksForThePollThread) {
+    EXPECT_EQ(entity().start(), 1);
+    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 0"));
+    entity().rpcProxy.stop(false);
+    EXPECT_THAT(platform.journal.takeOf("Network_mng"),
+                ElementsAre(R"(registerThread("Network_mng"))", "pmap_unset(536870921, 1) -> 0",
+                            "socket(2, 2, 17) -> 1000", "bind(1000, 2 127.0.0.1:0, 16) -> 0",
+                            "svcudp_create(1000) -> 0", "svc_register(1000, 536870921, 1, 17) -> 0",
+                            "socket(2, 1, 6) -> 1001", "bind(1001, 2 127.0.0.1:0, 16) -> 0",
+                            "listen(1001, 128) -> 0", "svctcp_create(1001, 0, 0) -> 0",
+                            "svc_register(1001, 536870921, 1, 6) -> 0"));
+}
+
+class StartedEntity : public Lifecycle {
+protected:
+    void SetUp() override {
+        Lifecycle::SetUp();
+        start();
+    }
+
+    void start() {
+        ASSERT_EQ(entity().start(), 1);
+        entity().rpcProxy.stop(false);
+        platform.journal.takeAll();
+    }
+
+    /// What the framework does with a message from outside.
+    static void sendExternalMessage(const std::string& name, const std::string& value) {
+        std::ostringstream reply;
+        singleton<BLLManager>::instance().externalMessage().firePost(name, value, &reply, "test");
+    }
+
+    void TearDown() override {
+        if (entity().pollThread != 0) {
+            entity().stop();
+            platform.journal.takeAll();
+        }
+        Lifecycle::TearDown();
+    }
+};
+
+TEST_F(StartedEntity, FollowsExternalMessages) {
+    sendExternalMessage("networkBle_severity", "4");
+    entity().networkBleSyslog(4, "four\n");
+    EXPECT_THAT(journal(), ElementsAre(R"(syslog(4, "four\n"))"));
+}
+
+TEST_F(StartedEntity, StartingAgainFailsAndDoesNothing) {
+    // The thread has ended and has been joined, so that the proxy may start again; while it is
+    // joinable it may not.
+    ASSERT_TRUE(entity().rpcProxy.start());
+    EXPECT_EQ(entity().start(), 0);
+    EXPECT_THAT(journal(), IsEmpty());
+    entity().rpcProxy.stop(false);
+    platform.journal.takeAll();
+}
+
+TEST_F(StartedEntity, StopJoinsThePollThreadAndLeavesTheEvents) {
+    EXPECT_EQ(entity().stop(), 1);
+    EXPECT_THAT(journal(), ElementsAre("pthread_join()"));
+    sendExternalMessage("networkBle_severity", "7");
+    entity().networkBleSyslog(7, "seven\n");
+    EXPECT_THAT(journal(), IsEmpty());
+}
+
+TEST_F(StartedEntity, StopStoresTheValueOnWhichTheLoopRuns) {
+    entity().pollStop = true;
+    entity().stop();
+    EXPECT_EQ(entity().pollStop, false);
+    journal();
+}
+
+TEST_F(Lifecycle, StopWithoutAPollThreadJoinsNothing) {
+    platform.fail("pthread_create", 11);
+    EXPECT_EQ(entity().start(), 1);
+    EXPECT_EQ(entity().stop(), 1);
+    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 11"));
+    platform.journal.takeAll();
+}
+
+TEST_F(Lifecycle, StopOfAnEntityThatNeverStartedSucceeds) {
+    EXPECT_EQ(entity().stop(), 1);
+    EXPECT_THAT(journal(), IsEmpty());
+}
+
+// The poll thread is a real one here. It runs on after stop() has been called, because stop()
+// stores the value that keeps it running; the test ends the loop itself.
+TEST_F(Lifecycle, StopWaitsUntilThePollLoopEndsByItself) {
+    std::binary_semaphore polledOnce{0};
+    std::binary_semaphore goOn{0};
+    std::binary_semaphore joining{0};
+    std::atomic<int> sleeps = 0;
+    std::atomic<bool> stopReturned = false;
+    platform.runsThreads = true;
+    platform.onSleep = [&](unsigned int) {
+        ++sleeps;
+        polledOnce.release();
+        goOn.acquire();
+    };
+    platform.onJoin = [&] { joining.release(); };
+    ASSERT_EQ(entity().start(), 1);
+    polledOnce.acquire();
+
+    std::thread framework([&] {
+        entity().stop();
+        stopReturned = true;
+    });
+    joining.acquire();
+    // Three more rounds, which a loop that stop() had ended would not make.
+    for (int round = 0; round < 3; ++round) {
+        goOn.release();
+        polledOnce.acquire();
+        EXPECT_FALSE(stopReturned);
+    }
+    entity().pollStop = true;
+    goOn.release();
+    framework.join();
+    EXPECT_TRUE(stopReturned);
+    EXPECT_EQ(sleeps, 4);
+    EXPECT_THAT(platform.journal.takeOf("thread 1"),
+                ElementsAre(noManagementInterface, "sleep(5)", noManagementInterface, "sleep(5)",
+                            noManagementInterface, "sleep(5)", noManagementInterface, "sleep(5)"));
+    platform.journal.takeAll();
+}
+
+TEST_F(Lifecycle, PollThreadRunsTheLoopOfItsEntity) {
+    EXPECT_EQ(Network::PollThread(&entity()), nullptr);
+    EXPECT_THAT(journal(), ElementsAre(noManagementInterface, "sleep(5)"));
+}
+
+TEST_F(Lifecycle, LoopThatIsToldToStopDoesNotEvenLook) {
+    entity().pollStop = true;
+    EXPECT_EQ(entity().Poll(), 0);
+    EXPECT_THAT(journal(), IsEmpty());
+}
+
+TEST_F(Lifecycle, LoopLooksAtOnceAndThenEveryFiveSeconds) {
+    setAddress(0);
+    steps = {[] {}, [] {}};
+    EXPECT_EQ(entity().Poll(), 0);
+    const std::string nothing =
+        R"(varoGetInterface("mng0") -> 0 {0.0.0.0/255.255.255.0 in network byte order})";
+    EXPECT_THAT(journal(),
+                ElementsAre(nothing, "sleep(5)", nothing, "sleep(5)", nothing, "sleep(5)"));
+}
+
+TEST_F(Lifecycle, FirstAddressFiresBothListsOnce) {
+    setAddress(firstAddress);
+    subscribe("a", true);
+    subscribe("b", true);
+    steps = {[] {}};
+    entity().Poll();
+    EXPECT_THAT(journal(), ElementsAre(firstAddressRead, "a is asked about 0", "b is asked about 0",
+                                       "a is told 3221225986", "b is told 3221225986", "sleep(5)",
+                                       firstAddressRead, "sleep(5)"));
+    EXPECT_EQ(entity().currentIpAddr, firstAddress);
+}
+
+TEST_F(Lifecycle, PreHandlersAreOfferedTheOldAddress) {
+    setAddress(firstAddress);
+    steps = {[this] {
+        subscribe("a", true);
+        setAddress(secondAddress);
+    }};
+    entity().Poll();
+    EXPECT_THAT(journal(),
+                ElementsAre(firstAddressRead, "sleep(5)", secondAddressRead,
+                            "a is asked about 3221225986", "a is told 3325256706", "sleep(5)"));
+}
+
+TEST_F(Lifecycle, RefusalEndsTheAskingAndStopsNothing) {
+    setAddress(firstAddress);
+    subscribe("a", true);
+    subscribe("b", false);
+    subscribe("c", true);
+    entity().Poll();
+    EXPECT_THAT(journal(), ElementsAre(firstAddressRead, "a is asked about 0", "b is asked about 0",
+                                       "a is told 3221225986", "b is told 3221225986",
+                                       "c is told 3221225986", "sleep(5)"));
+    EXPECT_EQ(entity().currentIpAddr, firstAddress);
+}
+
+TEST_F(Lifecycle, LostAddressFiresWithZero) {
+    setAddress(firstAddress);
+    steps = {[this] {
+        subscribe("a", true);
+        setAddress(0);
+    }};
+    entity().Poll();
+    EXPECT_THAT(journal(), testing::IsSupersetOf({"a is asked about 3221225986", "a is told 0"}));
+    EXPECT_EQ(entity().currentIpAddr, 0U);
+}
+
+TEST_F(Lifecycle, FailedLookIsSkippedSilentlyAndTheNextOneCounts) {
+    setAddress(firstAddress);
+    subscribe("a", true);
+    platform.fail("varoGetInterface", 7, 1);
+    steps = {[] {}};
+    entity().Poll();
+    EXPECT_THAT(journal(),
+                ElementsAre(R"(varoGetInterface("mng0") -> 7)", "sleep(5)", firstAddressRead,
+                            "a is asked about 0", "a is told 3221225986", "sleep(5)"));
+}
+
+TEST_F(Lifecycle, EmptyHandlerRaisesTheFrameworksError) {
+    setAddress(firstAddress);
+    entity().mngAddrChanged.subscribePost({});
+    EXPECT_THROW(
+        {
+            try {
+                entity().Poll();
+            } catch (const boost::bad_function_call& error) {
+                EXPECT_STREQ(error.what(), "call to empty boost::function");
+                throw;
+            }
+        },
+        boost::bad_function_call);
+    EXPECT_EQ(entity().currentIpAddr, firstAddress);
+    EXPECT_THAT(journal(), ElementsAre(firstAddressRead));
+}
+
+}  // namespace

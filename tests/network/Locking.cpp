@@ -1,0 +1,75 @@
+// The lock that each exported function's operation takes.
+
+#include "network/EntityTest.h"
+#include "network/exportedFunctions.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Locking : public EntityTest, public testing::WithParamInterface<ExportedFunction> {};
+
+std::string nameOf(const testing::TestParamInfo<ExportedFunction>& info) { return info.param.name; }
+
+bool isLockEntry(const std::string& entry) { return entry.find("Lock") != std::string::npos; }
+
+TEST_P(Locking, IsOfItsKindAndComesBeforeAnythingElse) {
+    const ExportedFunction& function = GetParam();
+    function.callWithBuffers();
+    const std::vector<std::string> entries = journal();
+    std::vector<std::string> locks;
+    std::ranges::copy_if(entries, std::back_inserter(locks), isLockEntry);
+    if (function.lock.empty()) {
+        EXPECT_THAT(locks, IsEmpty());
+        return;
+    }
+    ASSERT_THAT(entries, testing::Not(IsEmpty()));
+    EXPECT_EQ(entries.front(), function.lock);
+    EXPECT_EQ(entries.back(), "~" + function.lock);
+    EXPECT_EQ(locks.front(), function.lock);
+}
+
+TEST_P(Locking, RefusedMeansFailureBeforeAnyArgumentIsLookedAt) {
+    const ExportedFunction& function = GetParam();
+    logEverything();
+    if (function.lock.empty()) {
+        function.callWithNulls();
+        EXPECT_THAT(journal(), testing::Each(testing::Not(testing::HasSubstr("Lock"))));
+        return;
+    }
+    platform.fail(function.lock, 1);
+    EXPECT_EQ(function.callWithNulls(), -1);
+    EXPECT_THAT(journal(), refusedLock(function.lock));
+}
+
+INSTANTIATE_TEST_SUITE_P(ExportedFunctions, Locking, testing::ValuesIn(exportedFunctions()),
+                         nameOf);
+
+// Every function of the table stands in the library's list of exports and the other way round; that
+// list is compared with the library elsewhere.
+TEST(ExportedFunctions, AreEightyTwo) { EXPECT_EQ(exportedFunctions().size(), 82U); }
+
+class LockOfRuleCount : public EntityTest {};
+
+TEST_F(LockOfRuleCount, IsShared) {
+    entity().getAclIdx();
+    EXPECT_THAT(journal(), ElementsAre("sharedLock", "~sharedLock"));
+}
+
+TEST_F(LockOfRuleCount, RefusedIsMinusOneAsAnUnsignedValue) {
+    platform.fail("sharedLock", 1);
+    EXPECT_EQ(entity().getAclIdx(), 0xffffffffU);
+    EXPECT_THAT(journal(), refusedLock("sharedLock"));
+}
+
+TEST_F(LockOfRuleCount, IsSharedForTheIpv6InformationToo) {
+    platform.fail("sharedLock", 1);
+    EXPECT_EQ(entity().getNetworkInfoIpv6(nullptr), -1);
+    EXPECT_THAT(journal(), refusedLock("sharedLock"));
+}
+
+}  // namespace
