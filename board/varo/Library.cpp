@@ -1,0 +1,152 @@
+#include "board/varo/Library.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include "board/varo/appliers.h"
+#include "board/varo/groups.h"
+#include "board/varo/schema.h"
+
+namespace varo {
+
+namespace {
+
+constexpr const char* storeName = "varo.db";
+
+}  // namespace
+
+Library::Opened::Opened(Configuration given, Log log)
+    : configuration(std::move(given)),
+      store(configuration.stateDirectory / storeName, schema(), std::move(log)) {}
+
+Library& Library::instance() {
+    static Library& library = *new Library;
+    return library;
+}
+
+int Library::factoryThreshold() { return internalConfigGroup().factory().severity; }
+
+void Library::configure(Configuration given) {
+    const std::lock_guard locked(guard);
+    configuration = std::move(given);
+}
+
+void Library::open() {
+    const Lock lock(changing);
+    {
+        const std::lock_guard locked(guard);
+        closed = false;
+    }
+    const auto opened = openStore(lock);
+    applyAll(opened->store, opened->configuration);
+}
+
+void Library::close() {
+    const Lock lock(changing);
+    std::shared_ptr<Opened> last;
+    {
+        const std::lock_guard locked(guard);
+        closed = true;
+        last = std::move(current);
+        current.reset();
+    }
+    if (last)
+        last->store.close();
+    threshold = factoryThreshold();
+}
+
+void Library::checkNotClosed() {
+    const std::lock_guard locked(guard);
+    if (closed)
+        throw Failure(notOpen, "the library is closed");
+}
+
+std::shared_ptr<Library::Opened> Library::usable() {
+    const std::lock_guard locked(guard);
+    if (closed)
+        throw Failure(notOpen, "the library is closed");
+    return current && !current->store.isDamaged() ? current : nullptr;
+}
+
+std::shared_ptr<Library::Opened> Library::opened() {
+    if (auto store = usable())
+        return store;
+    return openOnFirstUse(Lock(changing));
+}
+
+std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHeld) {
+    if (auto store = usable())
+        return store;
+    auto opened = openStore(changingHeld);
+    try {
+        applyAll(opened->store, opened->configuration);
+    } catch (...) {
+        // The store is open, which is what the call needs.
+        report("opening on first use");
+    }
+    return opened;
+}
+
+std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
+    if (auto store = usable())
+        return store;
+    std::shared_ptr<Opened> damaged;
+    Configuration given;
+    {
+        const std::lock_guard locked(guard);
+        damaged = std::move(current);
+        current.reset();
+        given = configuration;
+    }
+    if (damaged)
+        damaged->store.close();
+    if (given.stateDirectory.empty())
+        throw Failure(notConfigured, "no state directory is configured");
+
+    const auto opened = std::make_shared<Opened>(
+        given, [this](int level, const std::string& text) { log(level, text); });
+    const std::lock_guard locked(guard);
+    current = opened;
+    return opened;
+}
+
+void Library::log(int level, const std::string& text) noexcept {
+    if (level > threshold)
+        return;
+    try {
+        Log receiver;
+        {
+            const std::lock_guard locked(guard);
+            receiver = configuration.log;
+        }
+        if (receiver)
+            receiver(level, text);
+        else
+            ::syslog(level, "varo: %s", text.c_str());
+    } catch (...) {
+        // A line that cannot be written must not keep a call from being answered.
+    }
+}
+
+int report(const char* call) noexcept {
+    Library& library = Library::instance();
+    try {
+        try {
+            throw;
+        } catch (const Failure& failure) {
+            library.log(failure.level(), fmt::format("{}: {}", call, failure.what()));
+            return failure.code();
+        } catch (const std::exception& error) {
+            library.log(LOG_ERR, fmt::format("{}: {}", call, error.what()));
+        }
+    } catch (...) {
+        library.log(LOG_ERR, call);
+    }
+    return internalError;
+}
+
+void configure(Configuration configuration) {
+    Library::instance().configure(std::move(configuration));
+}
+
+}  // namespace varo

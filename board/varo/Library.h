@@ -1,0 +1,112 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "board/varo/Configuration.h"
+#include "board/varo/Failure.h"
+#include "board/varo/RecordStore.h"
+
+namespace varo {
+
+/// The one instance of the library in the process: its configuration, its open store, its log.
+///
+/// Calls that only read take the store. Calls that change something hold a Change while they store
+/// and apply: changes come into force one after the other, in the order in which they were stored.
+class Library {
+public:
+    /// Never destroyed, so that calls made while the process ends are answered.
+    static Library& instance();
+
+    /// An open store, and the configuration that it was opened with.
+    struct Opened {
+        Opened(Configuration given, Log log);
+
+        const Configuration configuration;
+        RecordStore store;
+    };
+
+    /// The right to store and apply values, which one caller has at a time.
+    class Change {
+    public:
+        RecordStore& store() const { return opened->store; }
+        const Configuration& configuration() const { return opened->configuration; }
+
+    private:
+        friend class Library;
+        explicit Change(Library& library)
+            : lock(library.changing), opened(library.openOnFirstUse(lock)) {}
+
+        std::unique_lock<std::mutex> lock;
+        std::shared_ptr<Opened> opened;
+    };
+
+    void configure(Configuration configuration);
+
+    /// Opens the store and puts all stored values into force. Throws Failure: applyFailed when it
+    /// is open nevertheless.
+    void open();
+    void close();
+    /// Throws Failure (notOpen) between close and open.
+    void checkNotClosed();
+
+    /// The store, opened if need be. Throws Failure.
+    std::shared_ptr<Opened> opened();
+    Change change() { return Change(*this); }
+
+    /// Lines above the threshold, which is the severity of the internal configuration, are dropped.
+    void log(int level, const std::string& text) noexcept;
+    void setThreshold(int severity) { threshold = severity; }
+
+private:
+    using Lock = std::unique_lock<std::mutex>;
+
+    static int factoryThreshold();
+
+    std::atomic<int> threshold{factoryThreshold()};
+
+    std::mutex changing;  ///< held to store and apply values, to open and to close
+    std::mutex guard;     ///< protects what follows; taken after `changing`
+    Configuration configuration;
+    std::shared_ptr<Opened> current;
+    bool closed = false;
+
+    std::shared_ptr<Opened> usable();
+    std::shared_ptr<Opened> openStore(const Lock& changingHeld);
+    std::shared_ptr<Opened> openOnFirstUse(const Lock& changingHeld);
+};
+
+/// Logs the exception that is being handled as a failure of the call; returns the call's result.
+int report(const char* call) noexcept;
+
+/// Runs a body that no exception may leave; returns the result of the call.
+template <class Body>
+int guarded(const char* call, Body body) noexcept {
+    try {
+        body();
+        return success;
+    } catch (...) {
+        return report(call);
+    }
+}
+
+/// The same for every call but those that open and close the library.
+template <class Body>
+int answer(const char* call, Body body) noexcept {
+    return guarded(call, [&] {
+        Library::instance().checkNotClosed();
+        body();
+    });
+}
+
+/// What a pointer argument points to. Throws Failure (invalidArgument) for null.
+template <class Value>
+Value& required(Value* argument) {
+    if (argument == nullptr)
+        throw Failure(invalidArgument, "null pointer");
+    return *argument;
+}
+
+}  // namespace varo

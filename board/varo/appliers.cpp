@@ -1,0 +1,33 @@
+#include "board/varo/appliers.h"
+
+#include <exception>
+
+#include "board/varo/Library.h"
+
+namespace varo {
+
+namespace {
+
+/// Applies one group. A failure is thrown when all are done; each but the last is logged here.
+template <class Apply>
+void attempt(std::exception_ptr& failure, Apply apply) {
+    try {
+        apply();
+    } catch (...) {
+        if (failure)
+            guarded("varoLib", [&] { std::rethrow_exception(failure); });
+        failure = std::current_exception();
+    }
+}
+
+}  // namespace
+
+void applyAll(RecordStore& store, const Configuration& configuration) {
+    std::exception_ptr failure;
+    attempt(failure, [&] { applyInternalConfig(store); });
+    attempt(failure, [&] { applyResolver(store, configuration); });
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+}  // namespace varo

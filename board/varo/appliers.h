@@ -1,0 +1,21 @@
+#pragma once
+
+#include "board/varo/Configuration.h"
+#include "board/varo/RecordStore.h"
+
+namespace varo {
+
+// What puts stored values into force on the machine. The caller holds a Library::Change, or is
+// opening the store. All throw Failure; the stored values stay.
+
+/// Every group, in the order in which they depend on each other. A failing one does not keep the
+/// others from being applied; the last failure is thrown.
+void applyAll(RecordStore& store, const Configuration& configuration);
+
+/// The library's own log threshold.
+void applyInternalConfig(RecordStore& store);
+
+/// Writes the resolver settings in force, of both families, to the configured file.
+void applyResolver(RecordStore& store, const Configuration& configuration);
+
+}  // namespace varo

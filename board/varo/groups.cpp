@@ -1,0 +1,51 @@
+#include "board/varo/groups.h"
+
+#include "board/varo/schema.h"
+
+namespace varo {
+
+// Groups are made on first use, so that calls are answered before main() as well, and never
+// destroyed, so that they are while the process ends.
+
+const Group<varoLib_s_internalConfig>& internalConfigGroup() {
+    using Record = varoLib_s_internalConfig;
+    static const auto& group =
+        *new Group<Record>("internal_config", Rows::single, Record{.severity = 3},
+                           {
+                               column("severity", &Record::severity),
+                           });
+    return group;
+}
+
+const Group<varoLib_s_dns>& dnsGroup() {
+    using Record = varoLib_s_dns;
+    static const auto& group =
+        *new Group<Record>("dns", Rows::bySource, Record{},
+                           {
+                               column("domain", &Record::domain),
+                               ipv4Column("primary_server", &Record::ip_pri),
+                               ipv4Column("secondary_server", &Record::ip_sec),
+                           });
+    return group;
+}
+
+const Group<varoLib_s_dns6>& dns6Group() {
+    using Record = varoLib_s_dns6;
+    static const auto& group = *new Group<Record>("dns6", Rows::bySource, Record{},
+                                                  {
+                                                      column("domain", &Record::domain),
+                                                      column("primary_server", &Record::ipv6_pri),
+                                                      column("secondary_server", &Record::ipv6_sec),
+                                                  });
+    return group;
+}
+
+const Schema& schema() {
+    static const auto& all = *new Schema{
+        .tables = {&internalConfigGroup(), &dnsGroup(), &dns6Group()},
+        .steps = {},
+    };
+    return all;
+}
+
+}  // namespace varo

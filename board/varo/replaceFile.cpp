@@ -1,0 +1,119 @@
+#include "board/varo/replaceFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "board/varo/Descriptor.h"
+
+namespace varo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t fileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
+
+[[noreturn]] void fail(const char* doing, const fs::path& file) {
+    throw std::system_error(errno, std::generic_category(),
+                            std::string("cannot ") + doing + " " + file.string());
+}
+
+bool holds(const fs::path& file, std::string_view content) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        return false;
+    const std::string held{std::istreambuf_iterator<char>(stream), {}};
+    return !stream.bad() && held == content;
+}
+
+/// Writes from the start of the file and cuts off what was there beyond.
+void write(const Descriptor& descriptor, std::string_view content, const fs::path& file) {
+    std::size_t done = 0;
+    while (done < content.size()) {
+        const ssize_t count = ::pwrite(descriptor.get(), content.data() + done,
+                                       content.size() - done, static_cast<off_t>(done));
+        if (count >= 0)
+            done += static_cast<std::size_t>(count);
+        else if (errno != EINTR)
+            fail("write", file);
+    }
+    if (::ftruncate(descriptor.get(), static_cast<off_t>(content.size())) != 0)
+        fail("write", file);
+    if (::fsync(descriptor.get()) != 0)
+        fail("synchronise", file);
+}
+
+void writeInPlace(const fs::path& file, std::string_view content) {
+    const Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!descriptor)
+        fail("write", file);
+    write(descriptor, content, file);
+}
+
+/// Removes the new file again unless it has taken the place of the old one.
+class NewFile {
+public:
+    explicit NewFile(fs::path path) : name(std::move(path)) {}
+    ~NewFile() {
+        if (!placed)
+            ::unlink(name.c_str());
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    /// False when something is mounted on the file.
+    bool takePlaceOf(const fs::path& file) {
+        if (::rename(name.c_str(), file.c_str()) != 0) {
+            if (errno == EBUSY)
+                return false;
+            fail("replace", file);
+        }
+        placed = true;
+        return true;
+    }
+
+private:
+    fs::path name;
+    bool placed = false;
+};
+
+}  // namespace
+
+void replaceFile(const fs::path& named, std::string_view content) {
+    std::error_code error;
+    const fs::path target = fs::canonical(named, error);
+    const fs::path file = error ? fs::absolute(named) : target;
+    if (holds(file, content))
+        return;
+
+    // Always the same name, so that an interrupted call leaves one file at most, for the next to
+    // use.
+    const fs::path newName = file.string() + ".new";
+    const Descriptor descriptor(
+        ::open(newName.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, fileMode));
+    if (!descriptor) {
+        if (errno != EROFS && errno != EACCES)
+            fail("create", newName);
+        writeInPlace(file, content);
+        return;
+    }
+    NewFile newFile(newName);
+    if (::fchmod(descriptor.get(), fileMode) != 0)
+        fail("set the mode of", newName);
+    write(descriptor, content, newName);
+    if (!newFile.takePlaceOf(file)) {
+        writeInPlace(file, content);
+        return;
+    }
+    const Descriptor directory(::open(file.parent_path().c_str(), O_RDONLY | O_CLOEXEC));
+    if (!directory || ::fsync(directory.get()) != 0)
+        fail("synchronise", file.parent_path());
+}
+
+}  // namespace varo

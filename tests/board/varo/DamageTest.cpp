@@ -1,0 +1,201 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "board/varo/Failure.h"
+#include "board/varo/RecordStore.h"
+#include "board/varo/groups.h"
+#include "tests/board/varo/VaroTest.h"
+
+namespace {
+
+using namespace varotest;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+using testing::StartsWith;
+using varo::dnsGroup;
+
+constexpr const char* asideName = "varo\\.db\\.damaged-[0-9]{8}T[0-9]{6}Z";
+
+/// A store's file that gets damaged.
+class RecordStoreFile : public testing::Test {
+protected:
+    RecordStoreFile() {
+        varoLib_s_dns record{};
+        setText(record.domain, "example.net");
+        open().session().write(dnsGroup(), 2, record);
+        log.take();
+    }
+
+    varo::RecordStore open() { return {file, varo::schema(), log.receiver()}; }
+
+    /// The file, being what it is now, is set aside, and factory values are read.
+    void expectSetAside(const std::string& reason) {
+        const std::string damaged = readFile(file);
+        {
+            auto store = open();
+            EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+        }
+        auto files = filesIn(directory.path());
+        // SQLite may have made an empty log and its index while the file was checked.
+        std::erase_if(files, [](const std::string& name) {
+            return name.ends_with("Z-wal") || name.ends_with("Z-shm");
+        });
+        ASSERT_THAT(files, ElementsAre("varo.db", MatchesRegex(asideName)));
+        EXPECT_EQ(readFile(directory.path() / files[1]), damaged);
+        const std::string line = "3 " + file.string() + " is damaged (" + reason;
+        EXPECT_THAT(
+            log.lines(),
+            ElementsAre(AllOf(StartsWith(line), HasSubstr("kept as " + file.string() + ".damaged-"),
+                              HasSubstr("factory values are used")),
+                        "6 made " + file.string()));
+    }
+
+    void overwrite(std::streamoff offset, const std::string& bytes) {
+        std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
+        stream.seekp(offset);
+        stream << bytes;
+    }
+
+    TemporaryDirectory directory;
+    const std::filesystem::path file = directory.path() / "varo.db";
+    LogLines log;
+};
+
+TEST_F(RecordStoreFile, IsSetAsideWithAGarbageHeader) {
+    overwrite(0, std::string(100, 'x'));
+    expectSetAside("file is not a database");
+}
+
+TEST_F(RecordStoreFile, IsSetAsideWhenItIsNoDatabaseAtAll) {
+    writeFile(file, "nameserver 192.0.2.1\n");
+    expectSetAside("file is not a database");
+}
+
+TEST_F(RecordStoreFile, IsSetAsideWhenItIsTruncated) {
+    std::filesystem::resize_file(file, 2 * 4096);
+    expectSetAside("");
+}
+
+TEST_F(RecordStoreFile, IsSetAsideWhenItIsCutWithinItsFirstPage) {
+    std::filesystem::resize_file(file, 60);
+    expectSetAside("");
+}
+
+TEST_F(RecordStoreFile, IsSetAsideWithACorruptPage) {
+    const auto page = std::stoi(sql(file, "SELECT rootpage FROM sqlite_schema WHERE name = 'dns'"));
+    overwrite((page - 1) * 4096, std::string(4096, '\xA5'));
+    expectSetAside("");
+}
+
+TEST_F(RecordStoreFile, IsSetAsideWithACorruptCellInAPage) {
+    const auto page = std::stoi(sql(file, "SELECT rootpage FROM sqlite_schema WHERE name = 'dns'"));
+    // The pointer to the page's first cell.
+    overwrite((page - 1) * 4096 + 8, "\xff\xff");
+    expectSetAside("");
+}
+
+TEST_F(RecordStoreFile, IsSetAsideWhenItsTextsWouldBeConverted) {
+    std::filesystem::remove(file);
+    sql(file, "PRAGMA encoding = 'UTF-16le'; CREATE TABLE other (name); PRAGMA user_version = 1");
+    expectSetAside("its text encoding is UTF-16le");
+}
+
+TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
+    // The state after a kill: the last value is in the log only.
+    std::string wal;
+    {
+        auto store = open();
+        varoLib_s_dns record{};
+        setText(record.domain, "in the log only");
+        store.session().write(dnsGroup(), 2, record);
+        wal = readFile(file.string() + "-wal");
+    }
+    ASSERT_THAT(wal, HasSubstr("in the log only"));
+    // The log of another file, as SQLite sees it: it is not used, but may be all that is left.
+    writeFile(file, std::string(8192, 'x'));
+    writeFile(file.string() + "-wal", wal.substr(1));
+    writeFile(file.string() + "-shm", "shared memory");
+    auto store = open();
+    EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+    std::string asideLog;
+    for (const std::string& name : filesIn(directory.path())) {
+        if (name.starts_with("varo.db.damaged-") && name.ends_with("Z-wal"))
+            asideLog = name;
+    }
+    ASSERT_NE(asideLog, "");
+    EXPECT_EQ(readFile(directory.path() / asideLog), wal.substr(1));
+}
+
+TEST_F(RecordStoreFile, IsNotNeededForItsLogToBeSetAside) {
+    for (const bool emptied : {false, true}) {
+        std::filesystem::remove(file);
+        if (emptied)
+            writeFile(file, "");
+        writeFile(file.string() + "-wal", "the last values");
+        auto store = open();
+        EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+        EXPECT_THAT(log.take()[0], HasSubstr("its write-ahead log is there"));
+        std::vector<std::string> kept;
+        for (const std::string& name : filesIn(directory.path())) {
+            if (name.starts_with("varo.db.damaged-") && name.ends_with("-wal"))
+                kept.push_back(readFile(directory.path() / name));
+        }
+        EXPECT_THAT(kept, SizeIs(emptied ? 2 : 1));
+        EXPECT_THAT(kept, testing::Each("the last values"));
+    }
+}
+
+TEST_F(RecordStoreFile, SetAsideTwiceInASecondGetsTwoNames) {
+    for (const char* content : {"first", "second", "third"}) {
+        writeFile(file, content);
+        open();
+    }
+    std::vector<std::string> kept;
+    for (const std::string& name : filesIn(directory.path())) {
+        if (name != "varo.db")
+            kept.push_back(readFile(directory.path() / name));
+    }
+    EXPECT_THAT(kept, testing::UnorderedElementsAre("first", "second", "third"));
+}
+
+TEST_F(RecordStoreFile, IsUsedWithOneLineWhenItIsEmpty) {
+    writeFile(file, "");
+    auto store = open();
+    EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+    EXPECT_THAT(log.lines(),
+                ElementsAre("6 made " + file.string(),
+                            "3 " + file.string() + " was empty: factory values are used"));
+}
+
+TEST_F(RecordStoreFile, IsMadeAnewAtTheCallAfterTheOneThatFindsItDamaged) {
+    varo::configure({directory.path(), {}, log.receiver()});
+    ASSERT_EQ(varoLibInit(), varo::success);
+    // Every page but the first turns to garbage under the open store, and its cache is made stale.
+    sql(file, "UPDATE dns SET domain = 'changed'; PRAGMA wal_checkpoint(TRUNCATE)");
+    const auto size = std::filesystem::file_size(file);
+    overwrite(4096, std::string(size - 4096, '\xA5'));
+
+    varoLib_s_dns record{};
+    int source = 2;
+    EXPECT_EQ(varoGetDnsWS(&source, &record), varo::storageFailed);
+    EXPECT_THAT(log.take(), ElementsAre("3 varoGetDnsWS: cannot read dns in " + file.string() +
+                                        ": database disk image is malformed"));
+    EXPECT_EQ(varoGetDnsWS(&source, &record), varo::success);
+    EXPECT_STREQ(record.domain, "");
+    EXPECT_THAT(log.take(), ElementsAre(HasSubstr("is damaged")));
+    setText(record.domain, "again");
+    EXPECT_EQ(varoUpdateDnsWS(2, &record), varo::success);
+    varoLibDestroy();
+    varo::configure({});
+    EXPECT_THAT(filesIn(directory.path()),
+                ElementsAre("varo.db", MatchesRegex(asideName), MatchesRegex(".*-shm"),
+                            MatchesRegex(".*-wal")));
+}
+
+}  // namespace

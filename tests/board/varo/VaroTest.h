@@ -1,0 +1,56 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "board/varo/codes.h"
+#include "tests/board/varo/TemporaryDirectory.h"
+#include "tests/board/varo/support.h"
+#include "varo/varoLib.h"
+
+namespace varotest {
+
+/// The library, configured with a state directory of the test's own, and closed.
+class ClosedVaroTest : public testing::Test {
+protected:
+    ClosedVaroTest() {
+        varoLibDestroy();
+        std::filesystem::create_directory(state);
+        configure();
+    }
+    ~ClosedVaroTest() override {
+        varoLibDestroy();
+        varo::configure({});
+    }
+
+    void configure() { varo::configure({state, resolverFile, log.receiver()}); }
+
+    TemporaryDirectory directory;
+    const std::filesystem::path state = directory.path() / "state";
+    const std::filesystem::path file = state / "varo.db";
+    std::filesystem::path resolverFile;  ///< empty: none
+    LogLines log;
+};
+
+/// The same, open.
+class VaroTest : public ClosedVaroTest {
+protected:
+    void SetUp() override { ASSERT_EQ(varoLibInit(), varo::success); }
+
+    /// Closes the library and opens it again, as a restart of the process does.
+    int restart() {
+        varoLibDestroy();
+        return varoLibInit();
+    }
+};
+
+/// Fills a text field; the rest of it is zero.
+template <std::size_t size>
+void setText(char (&field)[size], const std::string& text) {
+    std::memset(field, 0, size);
+    text.copy(field, size);
+}
+
+}  // namespace varotest
