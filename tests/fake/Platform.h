@@ -63,8 +63,12 @@ public:
     /// Called in place of sleep(3), after it was written down.
     std::function<void(unsigned int)> onSleep = [](unsigned int) {};
 
-    // The RPC library's server side.
-    int nextDescriptor = 1000;
+    // The RPC library's server side. A call on a socket or transport fails under its function's
+    // name ("bind") or under the name with the kind of transport ("bind TCP").
+    static constexpr int firstDescriptor = 1000;
+    int nextDescriptor = firstDescriptor;
+    /// "UDP" or "TCP" by descriptor.
+    std::map<int, std::string> transportKinds;
     void (*registeredDispatch)(svc_req*, SVCXPRT*) = nullptr;
     /// Called in place of select(2) and svc_getreqset(3), after they were written down.
     std::function<int(fd_set*)> onSelect = [](fd_set*) { return 0; };
@@ -74,8 +78,8 @@ public:
     varoLib_s_internalConfig internalConfig{3};
     std::map<int, varoLib_s_dns> dns;
     std::map<int, varoLib_s_dns6> dns6;
-    /// What a read that lets the library choose returns.
-    int sourceInForce = 2;
+    /// What a read that lets the library choose returns, if not what it would choose itself.
+    std::optional<int> sourceInForce;
     /// The source that every successful read reports instead of its own.
     std::optional<int> reportedSource;
     /// What a failing read leaves behind in the caller's record.

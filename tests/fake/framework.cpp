@@ -39,8 +39,8 @@ BLEntity::~BLEntity() { note(fmt::format("~BLEntity({})", quoted(entityName))); 
 
 const std::string& BLEntity::getName() const { return entityName; }
 
-BLLManager::BLLManager() = default;
-BLLManager::~BLLManager() = default;
+BLLManager::BLLManager() { note("BLLManager()"); }
+BLLManager::~BLLManager() { note("~BLLManager()"); }
 
 void BLLManager::registerEntity(BLEntity& entity) {
     note(fmt::format("registerEntity({})", quoted(entity.getName())));

@@ -17,13 +17,24 @@
 using fake::dotted;
 using fake::Platform;
 
+extern "C" int __real_close(int descriptor);
+
 namespace {
 
-/// The status of a call that reports a failure as -1 and errno.
-int failWithErrno(const std::string& function, const std::string& arguments, int result) {
+/// The scripted failure of a call on a descriptor, or 0.
+int failureOf(const std::string& function, int descriptor) {
     Platform& platform = Platform::current();
-    const int error = platform.script.failureOf(function);
-    platform.journal.write(
+    if (const int failure = platform.script.failureOf(function)) {
+        return failure;
+    }
+    return platform.script.failureOf(function + " " + platform.transportKinds[descriptor]);
+}
+
+/// The status of a call that reports a failure as -1 and errno.
+int failWithErrno(const std::string& function, int descriptor, const std::string& arguments,
+                  int result) {
+    const int error = failureOf(function, descriptor);
+    Platform::current().journal.write(
         fmt::format("{}({}) -> {}", function, arguments,
                     error != 0 ? fmt::format("errno {}", error) : fmt::format("{}", result)));
     if (error != 0) {
@@ -31,6 +42,13 @@ int failWithErrno(const std::string& function, const std::string& arguments, int
         return -1;
     }
     return result;
+}
+
+/// Writes down a call of the RPC library, and returns whether it works.
+bool call(const std::string& function, int descriptor, const std::string& arguments) {
+    const int failure = failureOf(function, descriptor);
+    Platform::current().journal.write(fmt::format("{}({}) -> {}", function, arguments, failure));
+    return failure == 0;
 }
 
 /// Transports are told apart by their descriptor and never looked into.
@@ -43,7 +61,7 @@ SVCXPRT* transportOf(int descriptor) {
 
 SVCXPRT* createTransport(const std::string& function, int descriptor,
                          const std::string& arguments) {
-    return Platform::current().call(function, arguments) == 0 ? transportOf(descriptor) : nullptr;
+    return call(function, descriptor, arguments) ? transportOf(descriptor) : nullptr;
 }
 
 }  // namespace
@@ -55,21 +73,32 @@ bool_t __wrap_pmap_unset(unsigned long program, unsigned long version) {
 }
 
 int __wrap_socket(int domain, int type, int protocol) {
-    return failWithErrno("socket", fmt::format("{}, {}, {}", domain, type, protocol),
-                         Platform::current().nextDescriptor++);
+    Platform& platform = Platform::current();
+    const int descriptor = platform.nextDescriptor++;
+    platform.transportKinds[descriptor] = type == SOCK_STREAM ? "TCP" : "UDP";
+    return failWithErrno("socket", descriptor, fmt::format("{}, {}, {}", domain, type, protocol),
+                         descriptor);
 }
 
 int __wrap_bind(int descriptor, const sockaddr* address, socklen_t size) {
     const auto& internet = *reinterpret_cast<const sockaddr_in*>(address);
     return failWithErrno(
-        "bind",
+        "bind", descriptor,
         fmt::format("{}, {} {}:{}, {}", descriptor, internet.sin_family,
                     dotted(ntohl(internet.sin_addr.s_addr)), ntohs(internet.sin_port), size),
         0);
 }
 
 int __wrap_listen(int descriptor, int backlog) {
-    return failWithErrno("listen", fmt::format("{}, {}", descriptor, backlog), 0);
+    return failWithErrno("listen", descriptor, fmt::format("{}, {}", descriptor, backlog), 0);
+}
+
+/// Only descriptors of the fake's own are written down; any other is closed.
+int __wrap_close(int descriptor) {
+    if (descriptor < Platform::firstDescriptor) {
+        return __real_close(descriptor);
+    }
+    return failWithErrno("close", descriptor, fmt::format("{}", descriptor), 0);
 }
 
 SVCXPRT* __wrap_svcudp_create(int descriptor) {
@@ -83,10 +112,9 @@ SVCXPRT* __wrap_svctcp_create(int descriptor, unsigned int sendSize, unsigned in
 
 bool_t __wrap_svc_register(SVCXPRT* transport, unsigned long program, unsigned long version,
                            void (*dispatch)(svc_req*, SVCXPRT*), int protocol) {
-    Platform& platform = Platform::current();
-    platform.registeredDispatch = dispatch;
-    return platform.call("svc_register", fmt::format("{}, {}, {}, {}", transport->xp_fd, program,
-                                                     version, protocol)) == 0;
+    Platform::current().registeredDispatch = dispatch;
+    return call("svc_register", transport->xp_fd,
+                fmt::format("{}, {}, {}, {}", transport->xp_fd, program, version, protocol));
 }
 
 int __wrap_select(int count, fd_set* read, fd_set* write, fd_set* exceptional, timeval* timeout) {

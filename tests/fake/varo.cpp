@@ -27,6 +27,21 @@ bool isTerminated(const auto&... texts) {
     return ((std::memchr(texts, '\0', sizeof texts) != nullptr) && ...);
 }
 
+bool namesAnything(const varoLib_s_dns& dns) {
+    return dns.domain[0] != '\0' || dns.ip_pri != 0 || dns.ip_sec != 0;
+}
+
+bool namesAnything(const varoLib_s_dns6& dns) {
+    return dns.domain[0] != '\0' || dns.ipv6_pri[0] != '\0' || dns.ipv6_sec[0] != '\0';
+}
+
+/// The management configuration, unless only the DHCP client's names anything.
+template <class Record>
+int choose(std::map<int, Record>& bySource) {
+    return !namesAnything(bySource[cliSource]) && namesAnything(bySource[dhcpSource]) ? dhcpSource
+                                                                                      : cliSource;
+}
+
 /// A read by source: 0 lets the library choose.
 template <class Record>
 int read(const char* function, std::map<int, Record>& bySource,
@@ -37,7 +52,7 @@ int read(const char* function, std::map<int, Record>& bySource,
     }
     const int asked = *source;
     const int status = platform.call(function, fmt::format("{}", asked), [&] {
-        const int taken = asked != 0 ? asked : platform.sourceInForce;
+        const int taken = asked != 0 ? asked : platform.sourceInForce.value_or(choose(bySource));
         *record = bySource[taken];
         *source = platform.reportedSource.value_or(taken);
         return fmt::format("{} {}", *source, describe(*record));

@@ -1,0 +1,132 @@
+// The library as it ships, in a process of its own: what it does when it is loaded and when the
+// process ends, what it asks of its host, and what it offers.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+struct Output {
+    std::vector<std::string> lines;
+    int status;
+};
+
+Output run(const std::string& command) {
+    Output output{{}, -1};
+    FILE* const pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) {
+        ADD_FAILURE() << command;
+        return output;
+    }
+    std::string text;
+    for (int character; (character = std::fgetc(pipe)) != EOF;) {
+        text += static_cast<char>(character);
+    }
+    const int status = pclose(pipe);
+    output.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        output.lines.push_back(line);
+    }
+    return output;
+}
+
+TEST(Load, BringsUpTheEntityAndRegistersItAndEndsInReverse) {
+    const Output output = run(PROBE " " LIBRARY);
+    EXPECT_EQ(output.status, 0);
+    EXPECT_THAT(output.lines,
+                ElementsAre("load: BLLManager()", R"(load: BLEntity("network"))",
+                            R"(load: ACLContainer_t("br0", "acl"))", "load: varoLibInit() -> 0",
+                            "load: varoGetInternalConfig() -> 0 {severity=3}",
+                            R"(load: registerEntity("network"))", "networkDeleteDnsServers() = 0",
+                            "call: exclusiveLock",
+                            R"(call: varoGetDnsWS(2) -> 0 2 {domain="" pri=0.0.0.0 sec=0.0.0.0})",
+                            R"(call: varoUpdateDnsWS(2, {domain="" pri=0.0.0.0 sec=0.0.0.0}) -> 0)",
+                            "call: ~exclusiveLock", "exit: varoLibDestroy()",
+                            R"(exit: ~ACLContainer_t("br0", "acl"))",
+                            R"(exit: ~BLEntity("network"))", "exit: ~BLLManager()"));
+}
+
+TEST(Load, AnExportedCallBeforeTheStartUpCodeMakesTheEntity) {
+    const Output output = run(EARLY_CALL);
+    EXPECT_EQ(output.status, 0);
+    EXPECT_THAT(output.lines,
+                ElementsAre("-1", R"(BLEntity("network"))", R"(ACLContainer_t("br0", "acl"))",
+                            "varoLibInit() -> 0", "varoGetInternalConfig() -> 0 {severity=3}",
+                            "networkSetHostname() returned", "BLLManager()",
+                            R"(registerEntity("network"))"));
+}
+
+#ifdef CHECK_SYMBOLS
+
+/// The lines of a committed list; comments and empty lines are left out.
+std::vector<std::string> listed(const std::string& path) {
+    std::ifstream file(path);
+    EXPECT_TRUE(file.is_open()) << path;
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && line.front() != '#') {
+            lines.push_back(line);
+        }
+    }
+    std::ranges::sort(lines);
+    return lines;
+}
+
+/// Names of symbols that nm prints with one of the given types.
+std::vector<std::string> symbols(const std::string& options, const std::string& types) {
+    const Output output = run("nm -D --demangle " + options + " " LIBRARY);
+    EXPECT_EQ(output.status, 0);
+    const std::regex form("^[0-9a-f ]*([A-Za-z]) (.*)$");
+    std::vector<std::string> names;
+    for (const std::string& line : output.lines) {
+        std::smatch match;
+        if (std::regex_match(line, match, form) &&
+            types.find(match[1].str()) != std::string::npos) {
+            names.push_back(match[2]);
+        }
+    }
+    std::ranges::sort(names);
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+// Names with a version come from the C, C++ and RPC libraries, and Boost's come from Boost: what is
+// left is what the host supplies.
+TEST(Symbols, AskedOfTheHostAreThoseListed) {
+    std::vector<std::string> names = symbols("--undefined-only", "U");
+    std::erase_if(names, [](const std::string& name) {
+        return name.find('@') != std::string::npos || name.find("boost::") != std::string::npos;
+    });
+    EXPECT_THAT(names, ElementsAreArray(listed(LISTS "/imports.txt")));
+}
+
+// Weak symbols are instantiations of templates, which are the compiler's business.
+TEST(Symbols, OfferedAreThoseListed) {
+    EXPECT_THAT(symbols("--defined-only", "TDBRS"), ElementsAreArray(listed(LISTS "/exports.txt")));
+}
+
+TEST(Symbols, CallTheFortifiedSystemLogAndTheGuardedCopy) {
+    const std::vector<std::string> names = symbols("--undefined-only", "U");
+    EXPECT_THAT(names, testing::Contains(testing::StartsWith("__vsyslog_chk@")));
+    EXPECT_THAT(names, testing::Contains(testing::StartsWith("__strcpy_chk@")));
+    EXPECT_THAT(names, testing::Not(testing::Contains(testing::StartsWith("vsyslog@"))));
+    EXPECT_THAT(names, testing::Not(testing::Contains(testing::StartsWith("strcpy@"))));
+}
+
+#endif
+
+}  // namespace
