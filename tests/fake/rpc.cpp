@@ -13,6 +13,7 @@
 #include <fmt/core.h>
 
 #include <cerrno>
+#include <type_traits>
 
 using fake::dotted;
 using fake::Platform;
@@ -54,8 +55,17 @@ bool call(const std::string& function, int descriptor, const std::string& argume
 /// Transports are told apart by their descriptor and never looked into.
 SVCXPRT* transportOf(int descriptor) {
     static SVCXPRT transports[8];
+    static const auto noOperations = [] {
+        std::remove_cv_t<std::remove_pointer_t<decltype(SVCXPRT::xp_ops)>> operations{};
+        operations.xp_destroy = [](SVCXPRT*) {};
+        return operations;
+    }();
     SVCXPRT* const transport = &transports[descriptor % 8];
+    if (transport->xp_ops != nullptr) {
+        transport->xp_ops->xp_destroy(transport);
+    }
     transport->xp_fd = descriptor;
+    transport->xp_ops = &noOperations;
     return transport;
 }
 

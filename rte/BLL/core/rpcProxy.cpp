@@ -1,6 +1,7 @@
 #include "rte/BLL/core/rpcProxy.h"
 
 #include "framework/BLLManager.h"
+#include "rte/BLL/core/datagramBound.h"
 
 #include <rpc/pmap_clnt.h>
 
@@ -73,6 +74,7 @@ public:
             report("create UDP RPC service", "");
             return;
         }
+        boundArgumentsToDatagram(transport);
         if (!svc_register(transport, program, version, dispatch, IPPROTO_UDP)) {
             report("register UDP RPC service", "");
         }
