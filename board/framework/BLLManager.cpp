@@ -1,0 +1,38 @@
+#include "framework/BLLManager.h"
+
+#include "board/framework/Framework.h"
+
+template class singleton<BLLManager>;
+
+BLLManager::BLLManager() = default;
+BLLManager::~BLLManager() = default;
+
+void BLLManager::registerEntity(BLEntity& entity) { board::framework().entities.add(entity); }
+
+void BLLManager::registerThread(const std::string& name) {
+    board::framework().threads.nameThisThread(name);
+}
+
+bool BLLManager::isFeatureSupported(std::string feature) const {
+    return board::framework().settings.hasFeature(feature);
+}
+
+BLLManager::ExternalMessageEvent& BLLManager::externalMessage() { return externalMessageEvent; }
+
+BLLManager::sharedLock_t::sharedLock_t()
+    : obtained(board::framework().configurationLock.lockShared()) {}
+
+BLLManager::sharedLock_t::~sharedLock_t() {
+    if (obtained) {
+        board::framework().configurationLock.unlockShared();
+    }
+}
+
+BLLManager::exclusiveLock_t::exclusiveLock_t()
+    : obtained(board::framework().configurationLock.lockExclusive()) {}
+
+BLLManager::exclusiveLock_t::~exclusiveLock_t() {
+    if (obtained) {
+        board::framework().configurationLock.unlockExclusive();
+    }
+}

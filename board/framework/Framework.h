@@ -1,0 +1,32 @@
+#pragma once
+
+#include "board/framework/EntityRegistry.h"
+#include "board/framework/LogOutput.h"
+#include "board/framework/ReentrantSharedLock.h"
+#include "board/framework/Settings.h"
+#include "board/framework/ThreadNames.h"
+
+#include <atomic>
+#include <string>
+
+namespace board {
+
+/// The state behind the framework's classes, one for the process.
+struct Framework {
+    Framework();
+
+    LogOutput log;  ///< to standard error, debug messages left out, until told otherwise
+    ThreadNames threads;
+    EntityRegistry entities;
+    ReentrantSharedLock configurationLock;  ///< waits 10 s until told otherwise
+    Settings settings;
+    std::atomic<bool> clearConfigInProgress{false};
+};
+
+/// Never destroyed: threads of entities may outlive the rest of the process.
+Framework& framework();
+
+/// Writes a line of the framework's own to its log; `message` has no line end.
+void logLine(LogImpl::logLevel_t level, const std::string& message);
+
+}  // namespace board

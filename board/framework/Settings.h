@@ -1,0 +1,50 @@
+#pragma once
+
+#include "board/framework/settingsDocument.h"
+
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <string>
+
+namespace board {
+
+/// The framework's settings, kept across restarts in the file `framework.json` of a state
+/// directory. Until load() they have their factory values and are kept in memory only.
+///
+/// A change is in force when it is stored: when the file cannot be written, std::system_error is
+/// thrown and the old value stays.
+class Settings {
+public:
+    Settings() = default;
+    Settings(const Settings&) = delete;
+    Settings& operator=(const Settings&) = delete;
+
+    /// Takes the values from the directory's file; from now on changes are stored there. A damaged
+    /// file is renamed to `framework.json.damaged-<UTC time>`, which is reported, and the factory
+    /// values hold. Throws std::system_error when the file can be neither read nor set aside.
+    void load(const std::filesystem::path& stateDirectory,
+              const std::function<void(const std::string& message)>& report);
+
+    SettingsValues values() const;
+
+    /// False for a feature that does not exist.
+    bool hasFeature(const std::string& name) const;
+
+    /// Each returns whether the value was another one before.
+    /// Throws std::invalid_argument for a text that may not be a shelf identity.
+    bool setShelfId(const std::string& id);
+    bool setProfileMode(bool on);
+    /// Throws std::invalid_argument, naming the features that exist, for one that does not.
+    bool setFeature(const std::string& name, bool on);
+
+private:
+    bool change(const std::function<void(SettingsValues&)>& edit);
+
+    mutable std::mutex mutex;
+    std::filesystem::path file;  ///< empty: kept in memory only
+    std::string document;        ///< the content of the file
+    SettingsValues current;
+};
+
+}  // namespace board

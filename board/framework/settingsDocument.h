@@ -1,0 +1,31 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace board {
+
+/// The framework's settings. A default-constructed record holds the factory values.
+struct SettingsValues {
+    std::string shelfId;
+    bool profileMode = false;
+    /// By name, or by number in decimal digits. Every feature that the product knows is listed.
+    std::map<std::string, bool> features{{"httpserver", true}, {"5", false}, {"12", false}};
+
+    bool operator==(const SettingsValues&) const = default;
+};
+
+/// Why a text may not be a shelf identity, empty if it may: at most 255 bytes of UTF-8 without
+/// control characters.
+std::string objectionToShelfId(const std::string& id);
+
+/// The settings that a JSON document holds. What it leaves out has its factory value; members that
+/// are not known here are passed over. Throws std::exception when the text is not JSON or a value
+/// is not what it should be.
+SettingsValues parseSettings(const std::string& document);
+
+/// The document with the settings put in; members that are not known here stay. An empty document
+/// holds nothing.
+std::string formatSettings(const std::string& document, const SettingsValues& values);
+
+}  // namespace board

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "framework/Log.h"
+
+#include <chrono>
+#include <string>
+
+namespace board {
+
+/// One line of the log: time in UTC (ISO 8601, milliseconds), level, the thread's name in brackets
+/// if it has one, and the message. Ends with a line end.
+std::string formatLogLine(std::chrono::system_clock::time_point time, LogImpl::logLevel_t level,
+                          const std::string& threadName, const std::string& message);
+
+/// The sink that writes to standard error, each message in one piece.
+void writeToStandardError(LogImpl::logLevel_t level, const std::string& message);
+
+}  // namespace board

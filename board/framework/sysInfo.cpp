@@ -1,0 +1,14 @@
+#include "framework/sysInfo.h"
+
+#include "board/framework/Framework.h"
+
+template class singleton<sysInfo>;
+
+sysInfo::sysInfo() = default;
+sysInfo::~sysInfo() = default;
+
+void sysInfo::getShelfId(std::string& id) const {
+    id = board::framework().settings.values().shelfId;
+}
+
+sysInfo::ShelfIdEvent& sysInfo::shelfIdChanged() { return shelfIdEvent; }

@@ -1,0 +1,124 @@
+#include "board/host/Host.h"
+
+#include "board/framework/Framework.h"
+#include "board/framework/callWithin.h"
+#include "board/framework/stderrLog.h"
+#include "board/host/PortMapper.h"
+#include "board/host/StartFailure.h"
+#include "board/host/descriptorLimit.h"
+#include "board/host/loadLibrary.h"
+#include "board/host/stateDirectory.h"
+#include "board/varo/Configuration.h"
+#include "framework/BLLManager.h"
+#include "framework/Interfaces.h"
+#include "platform/zubridge.h"
+#include "varo/varoLib.h"
+
+#include "control.h"
+
+#include <netinet/in.h>
+#include <syslog.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+/// What each step may take of the time to stop, at least.
+constexpr milliseconds smallestShare{100};
+
+milliseconds until(steady_clock::time_point deadline) {
+    return std::max(smallestShare,
+                    std::chrono::duration_cast<milliseconds>(deadline - steady_clock::now()));
+}
+
+void report(const std::string& message) { board::logLine(LogImpl::levelError, message); }
+
+void configureFramework(const Options& options) {
+    board::Framework& framework = board::framework();
+    framework.log.setSink(board::writeToStandardError, options.logLevel);
+    framework.configurationLock.setWaitLimit(options.lockTimeout);
+    try {
+        framework.settings.load(options.stateDirectory, report);
+    } catch (const std::exception& error) {
+        throw StartFailure(std::string("the framework's settings cannot be read: ") + error.what() +
+                           ".");
+    }
+}
+
+void closeConfigurationLibrary(milliseconds limit) {
+    const auto result = board::callWithin(limit, "varo close", [] {
+        varoLibDestroy();
+        return 0;
+    });
+    if (!result) {
+        report("the configuration library has not closed within " + std::to_string(limit.count()) +
+               " ms");
+    }
+}
+
+}  // namespace
+
+Host::Host(Options given) : options(std::move(given)), mainLoop([this] { endRequest.raise(); }) {}
+
+void Host::prepare() {
+    limitDescriptors();
+    checkStateDirectory(options.stateDirectory);
+    PortMapper().checkAnswers();
+    openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
+    configureFramework(options);
+    varo::configure({options.stateDirectory, options.resolverFile, {}});
+
+    BLLManager& manager = BLLManager::instance();
+    manager.registerEntity(Interfaces::instance());
+    manager.registerEntity(zubridge::instance());
+    const board::EntityRegistry& entities = board::framework().entities;
+    const std::size_t ownEntities = entities.status().size();
+    loadLibrary(options.library);
+    if (entities.status().size() == ownEntities) {
+        throw StartFailure("the library " + options.library.string() +
+                           " registers no entity; name an entity library with --library.");
+    }
+}
+
+void Host::start() {
+    board::framework().entities.startAll();
+    if (!mainLoop.start()) {
+        throw StartFailure("the thread of the main loop cannot be created.");
+    }
+    const PortMapper portMapper;
+    for (const int protocol : {IPPROTO_UDP, IPPROTO_TCP}) {
+        if (!portMapper.knows(BLL_CONTROL_PROGRAM, BLL_CONTROL_VERSION, protocol)) {
+            throw StartFailure(
+                "the control program cannot be registered with the port mapper; "
+                "the lines above tell why.");
+        }
+    }
+}
+
+void Host::wait() const { endRequest.wait(); }
+
+void Host::stop() {
+    const auto deadline = steady_clock::now() + options.stopTimeout;
+    // The loop ends first, so that no request reaches an entity that is stopping. It takes a
+    // second, and longer while it serves a request.
+    const bool hasLoopEnded = mainLoop.stop(options.stopTimeout / 2);
+    board::framework().entities.stopAll(until(deadline));
+    if (!hasLoopEnded && !mainLoop.stop(smallestShare)) {
+        report("the main loop has not ended and is left to itself: a request may be being served");
+    }
+    try {
+        closeConfigurationLibrary(until(deadline));
+    } catch (const std::exception& error) {
+        report(std::string("the configuration library was not closed: ") + error.what());
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "framework/Log.h"
+
+#include <chrono>
+#include <filesystem>
+#include <variant>
+
+namespace host {
+
+struct Options {
+    std::filesystem::path library;
+    std::filesystem::path stateDirectory;
+    std::filesystem::path resolverFile;  ///< empty: none is written
+    std::chrono::milliseconds stopTimeout{6'000};
+    std::chrono::milliseconds lockTimeout{10'000};
+    LogImpl::logLevel_t logLevel = LogImpl::levelInfo;
+};
+
+/// Reads the command line; paths become absolute. Returns an exit status instead when there is
+/// nothing to run: the help or the error has then been printed.
+std::variant<Options, int> readOptions(int argumentCount, const char* const* arguments);
+
+}  // namespace host

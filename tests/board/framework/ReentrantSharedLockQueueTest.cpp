@@ -1,0 +1,238 @@
+// Who waits for the lock, in which order, and how long.
+
+#include "board/framework/ReentrantSharedLock.h"
+
+#include "LockFixture.h"
+#include "support.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <barrier>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <latch>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+using std::chrono::milliseconds;
+using test::ample;
+using test::brief;
+using test::Journal;
+using testing::ElementsAre;
+
+namespace {
+
+class ReentrantSharedLockQueueTest : public test::LockFixture {};
+
+}  // namespace
+
+TEST_F(ReentrantSharedLockQueueTest, AWaiterIsServedWhenTheHolderReleases) {
+    ASSERT_TRUE(lock.lockExclusive());
+    auto reader = std::async(std::launch::async, [this] {
+        const bool obtained = lock.lockShared();
+        lock.unlockShared();
+        return obtained;
+    });
+    awaitWaiting(1);
+    lock.unlockExclusive();
+    EXPECT_TRUE(reader.get());
+}
+
+TEST_F(ReentrantSharedLockQueueTest, ReadersBehindAWriterThatGivesUpAreAdmitted) {
+    ASSERT_TRUE(lock.lockShared());
+    lock.setWaitLimit(milliseconds(200));
+    auto writer = std::async(std::launch::async, [this] { return lock.lockExclusive(); });
+    awaitWaiting(1);
+    lock.setWaitLimit(ample);
+    std::latch bothIn(2);
+    std::vector<std::jthread> readers;
+    for (int number = 0; number < 2; ++number) {
+        readers.emplace_back([&] {
+            const bool obtained = lock.lockShared();
+            EXPECT_TRUE(obtained);
+            bothIn.arrive_and_wait();
+            if (obtained) {
+                lock.unlockShared();
+            }
+        });
+    }
+    EXPECT_FALSE(writer.get());
+    // They are in although this thread has not released its hold.
+    bothIn.wait();
+    EXPECT_EQ(lock.waiting(), 0u);
+    lock.unlockShared();
+}
+
+TEST_F(ReentrantSharedLockQueueTest, AWaiterInTheMiddleMayGiveUp) {
+    ASSERT_TRUE(lock.lockExclusive());
+    Journal order;
+    std::jthread first([&] {
+        ASSERT_TRUE(lock.lockExclusive());
+        order.add("first");
+        lock.unlockExclusive();
+    });
+    awaitWaiting(1);
+    lock.setWaitLimit(brief);
+    auto second = std::async(std::launch::async, [this] { return lock.lockShared(); });
+    EXPECT_FALSE(second.get());
+    lock.setWaitLimit(ample);
+    std::jthread third([&] {
+        ASSERT_TRUE(lock.lockExclusive());
+        order.add("third");
+        lock.unlockExclusive();
+    });
+    awaitWaiting(2);
+    lock.unlockExclusive();
+    first.join();
+    third.join();
+    EXPECT_THAT(order.lines(), ElementsAre("first", "third"));
+}
+
+TEST_F(ReentrantSharedLockQueueTest, ServesInTheOrderOfArrivalAndNeighbouringReadersTogether) {
+    ASSERT_TRUE(lock.lockExclusive());
+    Journal order;
+    std::barrier bothReaders(2);
+    std::vector<std::jthread> threads;
+    const auto arrive = [&](std::function<void()> body) {
+        threads.emplace_back(std::move(body));
+        awaitWaiting(threads.size());
+    };
+    const auto reader = [&](const std::string& name) {
+        ASSERT_TRUE(lock.lockShared());
+        bothReaders.arrive_and_wait();
+        order.add(name);
+        lock.unlockShared();
+    };
+    const auto writer = [&](const std::string& name) {
+        ASSERT_TRUE(lock.lockExclusive());
+        order.add(name);
+        lock.unlockExclusive();
+    };
+    arrive([&] { reader("readers 1"); });
+    arrive([&] { reader("readers 1"); });
+    arrive([&] { writer("writer 2"); });
+    arrive([&] { writer("writer 3"); });
+    arrive([&] { reader("readers 4"); });
+    arrive([&] { reader("readers 4"); });
+    arrive([&] { writer("writer 5"); });
+    lock.unlockExclusive();
+    threads.clear();
+    EXPECT_THAT(order.lines(), ElementsAre("readers 1", "readers 1", "writer 2", "writer 3",
+                                           "readers 4", "readers 4", "writer 5"));
+}
+
+TEST_F(ReentrantSharedLockQueueTest, AReaderQueuesBehindAWaitingWriter) {
+    ASSERT_TRUE(lock.lockShared());
+    Journal order;
+    std::jthread writer([&] {
+        ASSERT_TRUE(lock.lockExclusive());
+        order.add("writer");
+        lock.unlockExclusive();
+    });
+    awaitWaiting(1);
+    std::jthread reader([&] {
+        ASSERT_TRUE(lock.lockShared());
+        order.add("reader");
+        lock.unlockShared();
+    });
+    awaitWaiting(2);
+    lock.unlockShared();
+    writer.join();
+    reader.join();
+    EXPECT_THAT(order.lines(), ElementsAre("writer", "reader"));
+}
+
+// Four readers that release and take it again at once leave hardly a moment without a reader.
+TEST_F(ReentrantSharedLockQueueTest, ReadersWithoutAGapDoNotStarveAWriter) {
+    constexpr int readerCount = 4;
+    std::atomic<bool> writerWasIn{false};
+    std::latch allRead(readerCount);
+    std::vector<std::jthread> readers;
+    for (int number = 0; number < readerCount; ++number) {
+        readers.emplace_back([&] {
+            ASSERT_TRUE(lock.lockShared());
+            allRead.arrive_and_wait();
+            while (!writerWasIn) {
+                lock.unlockShared();
+                ASSERT_TRUE(lock.lockShared());
+            }
+            lock.unlockShared();
+        });
+    }
+    allRead.wait();
+    EXPECT_TRUE(lock.lockExclusive());
+    writerWasIn = true;
+    lock.unlockExclusive();
+}
+
+TEST_F(ReentrantSharedLockQueueTest, WritersWithoutAGapDoNotStarveAReader) {
+    std::atomic<bool> readerWasIn{false};
+    std::latch started(3);
+    std::vector<std::jthread> writers;
+    for (int number = 0; number < 3; ++number) {
+        writers.emplace_back([&] {
+            ASSERT_TRUE(lock.lockExclusive());
+            started.count_down();
+            lock.unlockExclusive();
+            while (!readerWasIn) {
+                ASSERT_TRUE(lock.lockExclusive());
+                lock.unlockExclusive();
+            }
+        });
+    }
+    started.wait();
+    EXPECT_TRUE(lock.lockShared());
+    readerWasIn = true;
+    lock.unlockShared();
+}
+
+// Plain members, touched only under the lock: the thread sanitizer sees any hold that is none.
+TEST_F(ReentrantSharedLockQueueTest, KeepsWritersApartUnderLoad) {
+    constexpr int threadCount = 6;
+    constexpr int rounds = 3'000;
+    lock.setWaitLimit(milliseconds(1));
+    long value = 0;
+    long mirror = 0;
+    std::atomic<long> written{0};
+    std::atomic<long> torn{0};
+    std::vector<std::jthread> threads;
+    for (unsigned number = 0; number < threadCount; ++number) {
+        threads.emplace_back([&, number] {
+            std::minstd_rand random(number + 1);
+            for (int round = 0; round < rounds; ++round) {
+                if (random() % 4 == 0) {
+                    if (!lock.lockExclusive()) {
+                        continue;
+                    }
+                    ++value;
+                    EXPECT_TRUE(lock.lockShared());
+                    EXPECT_TRUE(lock.lockExclusive());
+                    ++mirror;
+                    lock.unlockExclusive();
+                    lock.unlockShared();
+                    lock.unlockExclusive();
+                    ++written;
+                } else {
+                    if (!lock.lockShared()) {
+                        continue;
+                    }
+                    torn += value == mirror ? 0 : 1;
+                    EXPECT_TRUE(lock.lockShared());
+                    EXPECT_FALSE(lock.lockExclusive());
+                    lock.unlockShared();
+                    lock.unlockShared();
+                }
+            }
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(torn, 0);
+    EXPECT_EQ(value, written);
+    EXPECT_EQ(mirror, written);
+    EXPECT_EQ(lock.waiting(), 0u);
+    EXPECT_TRUE(isFreeForWriters());
+}

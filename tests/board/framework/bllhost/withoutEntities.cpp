@@ -1,0 +1,3 @@
+// A library that registers nothing.
+
+int aCallThatNobodyMakes() { return 0; }

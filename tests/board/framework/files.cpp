@@ -1,0 +1,53 @@
+#include "files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <system_error>
+
+namespace test {
+
+namespace fs = std::filesystem;
+
+TemporaryDirectory::TemporaryDirectory() {
+    std::string name = (fs::temp_directory_path() / "framework-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) {
+        throw std::system_error(errno, std::generic_category(), "mkdtemp");
+    }
+    directory = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::error_code ignored;
+    fs::remove_all(directory, ignored);
+}
+
+std::vector<std::string> TemporaryDirectory::names() const {
+    std::vector<std::string> result;
+    for (const auto& entry : fs::directory_iterator(directory)) {
+        result.push_back(entry.path().filename());
+    }
+    std::ranges::sort(result);
+    return result;
+}
+
+std::string readFile(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("cannot read " + file.string());
+    }
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+void writeFile(const fs::path& file, const std::string& content) {
+    std::ofstream stream(file, std::ios::binary);
+    stream << content;
+    if (!stream.flush()) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
+}  // namespace test

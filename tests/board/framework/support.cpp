@@ -1,0 +1,65 @@
+#include "support.h"
+
+#include "board/framework/Framework.h"
+#include "board/framework/stderrLog.h"
+
+namespace test {
+
+void Journal::add(const std::string& line) {
+    const std::lock_guard guard(mutex);
+    entries.push_back(line);
+}
+
+std::vector<std::string> Journal::lines() const {
+    const std::lock_guard guard(mutex);
+    return entries;
+}
+
+void Journal::clear() {
+    const std::lock_guard guard(mutex);
+    entries.clear();
+}
+
+ScriptedEntity::ScriptedEntity(const std::string& name, std::list<std::string> dependencies,
+                               Journal& journal)
+    : BLEntity(name), needs(std::move(dependencies)), log(journal) {}
+
+int ScriptedEntity::start() {
+    log.add("start " + getName());
+    return onStart();
+}
+
+int ScriptedEntity::applyDefaultSettings() {
+    log.add("defaults " + getName());
+    return onDefaults();
+}
+
+int ScriptedEntity::stop() {
+    log.add("stop " + getName());
+    return onStop();
+}
+
+void ScriptedEntity::getDependencies(std::list<std::string>& names) {
+    onDependencies();
+    names = needs;
+}
+
+CapturedLog::CapturedLog(LogImpl::logLevel_t leastSevere) {
+    board::framework().log.setSink(
+        [this](LogImpl::logLevel_t level, const std::string& message) {
+            const std::lock_guard guard(mutex);
+            received.emplace_back(level, message);
+        },
+        leastSevere);
+}
+
+CapturedLog::~CapturedLog() {
+    board::framework().log.setSink(board::writeToStandardError, LogImpl::levelInfo);
+}
+
+std::vector<CapturedLog::Entry> CapturedLog::entries() const {
+    const std::lock_guard guard(mutex);
+    return received;
+}
+
+}  // namespace test
