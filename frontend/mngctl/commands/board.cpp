@@ -1,0 +1,184 @@
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/control.h"
+#include "mngctl/outcome.h"
+#include "mngctl/wire/records.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+std::string onOff(const Json& flag) { return flag.get<bool>() ? "on" : "off"; }
+
+std::string shown(const Json& text) { return printable(text.get_ref<const std::string&>()); }
+
+Json readStatus(Session& session) {
+    Decoded<controlStatus> status(xdr_controlStatus);
+    session.client.call(controlProgram, bll_get_status_1, *status);
+    return toJson(*status);
+}
+
+// A line of the status, each for itself, for the command that changes what it tells.
+
+std::string shelfLine(const Json& status) {
+    return fmt::format("shelf: {}\n", shown(status["shelfId"]));
+}
+
+std::string profileLine(const Json& status) {
+    return fmt::format("profile mode: {}\n", onOff(status["profileMode"]));
+}
+
+std::string clearConfigLine(const Json& status) {
+    return fmt::format("clear-config: {}\n", status["clearConfigInProgress"].get<bool>()
+                                                 ? "in progress"
+                                                 : "not in progress");
+}
+
+std::string featureLines(const Json& status, const std::string& name) {
+    std::string lines;
+    for (const Json& feature : status["features"]) {
+        if (name.empty() || feature["name"] == name)
+            lines += fmt::format("feature {}: {}\n", shown(feature["name"]), onOff(feature["on"]));
+    }
+    return lines;
+}
+
+std::string entityLines(const Json& status) {
+    std::string lines;
+    for (const Json& entity : status["entities"])
+        lines += fmt::format("entity {}: {}\n", shown(entity["name"]), shown(entity["state"]));
+    return lines;
+}
+
+std::string allLines(const Json& status) {
+    return shelfLine(status) + profileLine(status) + clearConfigLine(status) +
+           featureLines(status, "") + entityLines(status);
+}
+
+void showAfterChange(Session& session, const std::function<std::string(const Json&)>& lines) {
+    readBack(session, [&] {
+        const Json status = readStatus(session);
+        session.print(status, lines(status));
+    });
+}
+
+void addMessage(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command = tree.addCommand(
+        noun, "message", "Hand an external message to the entities and print their reply",
+        {"board message networkBle_severity 7", "board message varoLib_severity 3"});
+    const CLI::Option& name = *tree.addArgument(command, "NAME", "Name of the message").required();
+    const CLI::Option& value = *tree.addArgument(command, "VALUE", "Its value").required();
+    tree.setAction(command, [&](Session& session) {
+        std::string nameText = CommandTree::givenOne(name);
+        std::string valueText = CommandTree::givenOne(value);
+        controlMessage message{nameText.data(), valueText.data()};
+        const std::string reply =
+            ask(session, "hand the message on", bll_external_message_1, message);
+        printReply(session, reply, "");
+    });
+}
+
+void addShelf(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command =
+        tree.addCommand(noun, "shelf", "Change the identity of the shelf", {"board shelf 2"});
+    const CLI::Option& id = *tree.addArgument(command, "ID", "The new identity").required();
+    tree.setAction(command, [&](Session& session) {
+        std::string text = CommandTree::givenOne(id);
+        if (text.size() > loneTextMaximum)
+            throw UsageError(fmt::format("the identity has at most {} bytes, this one has {}",
+                                         loneTextMaximum, text.size()));
+        char* argument = text.data();
+        ask(session, "change the shelf's identity", bll_set_shelf_id_1, argument);
+        showAfterChange(session, shelfLine);
+    });
+}
+
+void addFeature(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command = tree.addCommand(noun, "feature", "Switch a feature of the board on or off",
+                                        {"board feature httpserver off", "board feature 12 on"});
+    const CLI::Option& name =
+        *tree.addArgument(command, "NAME", "Name or decimal number of the feature").required();
+    const CLI::Option& state =
+        *tree.addArgument(command, "STATE", "on or off", false, {"on", "off"}).required();
+    tree.setAction(command, [&](Session& session) {
+        std::string text = CommandTree::givenOne(name);
+        controlFeature feature{text.data(), parseFlag(CommandTree::givenOne(state)) ? TRUE : FALSE};
+        ask(session, "switch the feature", bll_set_feature_1, feature);
+        showAfterChange(session, [&](const Json& status) { return featureLines(status, text); });
+    });
+}
+
+void addProfile(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command =
+        tree.addCommand(noun, "profile", "Switch profile mode on or off", {"board profile on"});
+    const CLI::Option& state =
+        *tree.addArgument(command, "STATE", "on or off", false, {"on", "off"}).required();
+    tree.setAction(command, [&](Session& session) {
+        bool_t on = parseFlag(CommandTree::givenOne(state)) ? TRUE : FALSE;
+        ask(session, "switch profile mode", bll_set_profile_mode_1, on);
+        showAfterChange(session, profileLine);
+    });
+}
+
+void addClearConfig(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command =
+        tree.addCommand(noun, "clear-config", "Start or finish a clear-configuration",
+                        {"board clear-config start", "board clear-config finish"});
+    const CLI::Option& step =
+        *tree.addArgument(command, "STEP", "start or finish", false, {"start", "finish"})
+             .required();
+    tree.setAction(command, [&](Session& session) {
+        const std::string text = CommandTree::givenOne(step);
+        if (text != "start" && text != "finish")
+            throw UsageError(fmt::format("expected start or finish, not '{}'", printable(text)));
+        bool_t start = text == "start" ? TRUE : FALSE;
+        ask(session, fmt::format("{} the clear-configuration", text), bll_set_clear_config_1,
+            start);
+        showAfterChange(session, clearConfigLine);
+    });
+}
+
+}  // namespace
+
+void printReply(Session& session, const std::string& reply, const std::string& otherwise) {
+    std::string lines;
+    for (std::size_t begin = 0; begin < reply.size();) {
+        const std::size_t end = std::min(reply.find('\n', begin), reply.size());
+        lines += printable(std::string_view(reply).substr(begin, end - begin)) + "\n";
+        begin = end + 1;
+    }
+    if (lines.empty() && !otherwise.empty())
+        lines = otherwise + "\n";
+    session.print(Json{{"reply", validUtf8(reply)}}, lines);
+}
+
+void addBoard(CommandTree& tree) {
+    CLI::App& noun = tree.addNoun(
+        "board", "The board's business-logic process",
+        {"board status", "board feature httpserver off", "board message networkBle_severity 7"});
+
+    CLI::App& status = tree.addCommand(
+        noun, "status", "Show the shelf, the modes, the features and the state of the entities",
+        {"board status", "board status --json"});
+    tree.setAction(status, [](Session& session) {
+        const Json json = readStatus(session);
+        session.print(json, allLines(json));
+    });
+
+    addMessage(tree, noun);
+    addShelf(tree, noun);
+    addFeature(tree, noun);
+    addProfile(tree, noun);
+    addClearConfig(tree, noun);
+
+    CLI::App& stop = tree.addCommand(
+        noun, "stop", "Ask the business-logic process for an orderly end", {"board stop"});
+    tree.setAction(stop, [](Session& session) {
+        const std::string reply = ask(session, "stop", bll_stop_1);
+        readBack(session, [&] { printReply(session, reply, "the board is stopping"); });
+    });
+}
+
+}  // namespace mngctl

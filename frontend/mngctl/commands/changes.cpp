@@ -1,0 +1,54 @@
+#include "mngctl/commands/changes.h"
+
+#include "mngctl/outcome.h"
+
+#include <fmt/format.h>
+#include <cstring>
+
+namespace mngctl {
+
+std::string describeOutcome(int outcome) {
+    switch (outcome) {
+        case rpcNetworkFailed:
+            return fmt::format("result {} (failed)", outcome);
+        case rpcNetworkInvalidAddress:
+            return fmt::format("result {} (invalid address)", outcome);
+        case rpcNetworkUnknownAddressType:
+            return fmt::format("result {} (unknown address type)", outcome);
+        default:
+            return fmt::format("result {}", outcome);
+    }
+}
+
+void carryOut(std::span<const Change> changes) {
+    std::string before;
+    for (const Change& change : changes) {
+        try {
+            const rpcNetworkResult result = change.make();
+            int outcome = 0;
+            std::memcpy(&outcome, &result, sizeof outcome);
+            if (outcome != rpcNetworkDone)
+                throw Refused(fmt::format("the board refused to {}: {}", change.what,
+                                          describeOutcome(outcome)));
+        } catch (const Failure& failure) {
+            if (before.empty())
+                throw;
+            throw Failure(failure.exit(),
+                          fmt::format("{}; done before that: {}", failure.what(), before));
+        }
+        before += (before.empty() ? "" : ", ") + change.what;
+    }
+}
+
+void readBack(Session& session, const std::function<void()>& show) {
+    if (session.settings.quiet)
+        return;
+    try {
+        show();
+    } catch (const Failure& failure) {
+        session.streams.err << fmt::format(
+            "mngctl: the change is made, but reading it back failed: {}\n", failure.what());
+    }
+}
+
+}  // namespace mngctl

@@ -1,0 +1,109 @@
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/names.h"
+#include "mngctl/outcome.h"
+#include "mngctl/wire/records.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+/// Characters of a domain name that the board shows; it keeps more.
+constexpr std::size_t shownMaximum = 99;
+
+template <class Answer>
+Json read(Session& session, Stub<void, Answer> stub) {
+    Answer answer{};
+    session.client.call(networkProgram, stub, answer);
+    const Json json = toJson(answer);
+    const auto& name = json["domain"].template get_ref<const std::string&>();
+    return Json{{"name", name.empty() ? Json() : Json(name)},
+                {"source", sourceName(answer.result)}};
+}
+
+std::string domainLine(std::string_view family, const Json& domain) {
+    const Json& name = domain["name"];
+    return fmt::format("{} domain: {} ({})\n", family,
+                       name.is_null() ? "none" : printable(name.get_ref<const std::string&>()),
+                       domain["source"].get<std::string>());
+}
+
+void show(Session& session, Families families) {
+    Json json;
+    std::string text;
+    if (families.ipv4) {
+        json["ipv4"] = read(session, rpc_network_get_domainnamews_1);
+        text += domainLine("IPv4", json["ipv4"]);
+    }
+    if (families.ipv6) {
+        json["ipv6"] = read(session, rpc_network_get_ipv6domainnamews_1);
+        text += domainLine("IPv6", json["ipv6"]);
+    }
+    session.print(json, text);
+}
+
+/// Writes the name, or removes it if it is empty.
+void change(Session& session, Families families, std::string name) {
+    const auto write = [&](Stub<char*, rpcNetworkResult> stub) {
+        return [&session, &name, stub] {
+            char* text = name.data();
+            rpcNetworkResult result{};
+            session.client.call(networkProgram, stub, text, result);
+            return result;
+        };
+    };
+    const std::string verb = name.empty() ? "clear" : "set";
+    std::vector<Change> changes;
+    if (families.ipv4)
+        changes.push_back({verb + " the IPv4 domain", write(rpc_network_set_domainname_1)});
+    if (families.ipv6)
+        changes.push_back({verb + " the IPv6 domain", write(rpc_network_set_ipv6domainname_1)});
+    carryOut(changes);
+    readBack(session, [&] { show(session, families); });
+}
+
+void set(Session& session, Families families, const std::string& name) {
+    checkDomainName(name);
+    if (name.size() > shownMaximum)
+        session.streams.err << fmt::format(
+            "mngctl: the board keeps all {} characters of this name but shows the first {} only\n",
+            name.size(), shownMaximum);
+    change(session, families, name);
+}
+
+}  // namespace
+
+void addDomain(CommandTree& tree) {
+    CLI::App& noun = tree.addNoun("domain", "Domain name of the management interface",
+                                  {"domain show", "domain set access.example.net", "domain clear"});
+
+    CLI::App& showCommand =
+        tree.addCommand(noun, "show", "Show the domain names and where they come from",
+                        {"domain show", "domain show --json"});
+    tree.setAction(showCommand, [](Session& session) { show(session, {true, true}); });
+
+    CLI::App& setCommand =
+        tree.addCommand(noun, "set",
+                        "Set the domain name, the IPv4 one unless "
+                        "--ipv6 is given",
+                        {"domain set access.example.net", "domain set --ipv6 access6.example.net",
+                         "domain set --ipv4 --ipv6 access.example.net"});
+    const CLI::Option& name =
+        *tree.addArgument(setCommand, "NAME", "Domain name, without a dot at the end").required();
+    const auto chosen = addFamilyFlags(setCommand, "domain");
+    tree.setAction(setCommand, [&name, chosen](Session& session) {
+        const Families families = chosen->ipv6 ? *chosen : Families{true, false};
+        set(session, families, CommandTree::givenOne(name));
+    });
+
+    CLI::App& clearCommand =
+        tree.addCommand(noun, "clear", "Remove the domain name, of both families if none is named",
+                        {"domain clear", "domain clear --ipv6"});
+    const auto cleared = addFamilyFlags(clearCommand, "domain");
+    tree.setAction(clearCommand,
+                   [cleared](Session& session) { change(session, cleared->orBoth(), ""); });
+}
+
+}  // namespace mngctl

@@ -1,0 +1,208 @@
+#include "cannedBoard.h"
+
+#include <cstring>
+
+namespace canned {
+
+namespace {
+
+template <class T>
+T& as(void* data) {
+    return *static_cast<T*>(data);
+}
+
+template <std::size_t Size>
+void copy(char (&to)[Size], const char* from) {
+    std::strncpy(to, from, Size - 1);
+}
+
+void refuse(void* result) {
+    const int failed = -1;
+    std::memcpy(result, &failed, sizeof failed);
+}
+
+bool changesSomething(rpcproc_t procedure) {
+    switch (procedure) {
+        case rpc_network_set_domainname:
+        case rpc_network_set_hostname:
+        case rpc_network_set_dns_servers:
+        case rpc_network_delete_dns_servers:
+        case rpc_network_set_ipv6dns_servers:
+        case rpc_network_delete_ipv6dns_servers:
+        case rpc_network_set_ipv6domainname:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+            void* result) {
+    // As on the board, the host name is never taken.
+    if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
+        return refuse(result);
+    switch (procedure) {
+        case rpc_network_is_ftp_enabled:
+            as<int>(result) = 1;
+            break;
+        case rpc_network_iterate_rules:
+            as<rpcNetworkRemoteAccessResult>(result).rule = {as<unsigned>(argument), 0xC0000200,
+                                                             0xFFFFFF00, TRUE};
+            if (as<unsigned>(argument) > 1)
+                refuse(result);
+            break;
+        case rpc_network_get_domainname:
+            // Bytes that are no UTF-8, and a text that fills its array.
+            std::memset(result, '\xE9', sizeof(rpcStringResult));
+            break;
+        case rpc_network_set_dns_servers: {
+            const auto& servers = as<rpc_network_set_dns_servers_1_argument>(argument);
+            state.dns = {2, servers.primary, servers.secondary};
+            break;
+        }
+        case rpc_network_delete_dns_servers:
+            state.dns = {2, 0, 0};
+            break;
+        case rpc_network_get_dns_serversws:
+            as<rpcNetworkDnsInfoWS>(result) = state.dns;
+            break;
+        case rpc_network_set_domainname:
+            state.domain = {2, {}};
+            copy(state.domain.domain, as<char*>(argument));
+            break;
+        case rpc_network_get_domainnamews:
+            as<rpcNetworkDomainWS>(result) = state.domain;
+            break;
+        case rpc_network_set_ipv6dns_servers: {
+            const auto& servers = as<rpc_network_set_ipv6dns_servers_1_argument>(argument);
+            state.dns6 = {2, {}, {}};
+            copy(state.dns6.primary, servers.primary);
+            copy(state.dns6.secondary, servers.secondary);
+            break;
+        }
+        case rpc_network_delete_ipv6dns_servers:
+            state.dns6 = {1, {}, {}};
+            break;
+        case rpc_network_get_ipv6dns_serversws:
+            as<rpcNetworkIPv6DnsInfo>(result) = state.dns6;
+            break;
+        case rpc_network_set_ipv6domainname:
+            state.domain6 = {2, {}};
+            copy(state.domain6.domain, as<char*>(argument));
+            break;
+        case rpc_network_get_ipv6domainnamews:
+            as<rpcNetworkIPv6Domain>(result) = state.domain6;
+            break;
+        case rpc_network_sntp_update:
+            state.sntp = as<rpcSntpConfig>(argument);
+            break;
+        case rpc_network_sntp_get:
+            as<rpcSntpConfig>(result) = state.sntp;
+            break;
+        default:
+            break;
+    }
+}
+
+namespace {
+
+bool_t filterNothing(XDR* /*stream*/, bool_t* /*value*/) { return TRUE; }
+
+void sendReply(SVCXPRT* transport, std::string text) {
+    controlReply reply{board().behaviour.refuse ? -1 : 0, text.data()};
+    std::string reason = "not now";
+    if (board().behaviour.refuse)
+        reply.reply = reason.data();
+    svc_sendreply(transport, asFilter(xdr_controlReply), &reply);
+}
+
+void sendStatus(SVCXPRT* transport) {
+    const State& state = board().state;
+    std::string shelf = state.shelfId;
+    std::string featureNames[] = {"httpserver", "snmp"};
+    controlFeature features[] = {{featureNames[0].data(), state.webServer ? TRUE : FALSE},
+                                 {featureNames[1].data(), TRUE}};
+    std::string entityName = "network";
+    std::string entityState = "started";
+    controlEntity entities[] = {{entityName.data(), entityState.data()}};
+    controlStatus status{};
+    status.shelfId = shelf.data();
+    status.profileMode = state.profileMode ? TRUE : FALSE;
+    status.clearConfigInProgress = state.clearConfig ? TRUE : FALSE;
+    status.features.features_len = 2;
+    status.features.features_val = features;
+    status.entities.entities_len = 1;
+    status.entities.entities_val = entities;
+    svc_sendreply(transport, asFilter(xdr_controlStatus), &status);
+}
+
+/// Decodes the argument, has it handled, and releases it.
+template <class Argument, class Filter, class Handle>
+void withArgument(SVCXPRT* transport, Filter* filter, const Handle& handle) {
+    Argument argument{};
+    if (!svc_getargs(transport, asFilter(filter), &argument))
+        return svcerr_decode(transport);
+    handle(argument);
+    svc_freeargs(transport, asFilter(filter), &argument);
+}
+
+}  // namespace
+
+void dispatchControl(svc_req* request, SVCXPRT* transport) {
+    State& state = board().state;
+    const bool accept = !board().behaviour.refuse;
+    switch (request->rq_proc) {
+        case NULLPROC: {
+            bool_t nothing = FALSE;
+            svc_sendreply(transport, asFilter(filterNothing), &nothing);
+            return;
+        }
+        case BLL_EXTERNAL_MESSAGE:
+            return withArgument<controlMessage>(transport, xdr_controlMessage, [&](auto& message) {
+                tell(std::string("message ") + message.name + " " + message.value);
+                sendReply(transport, std::string(message.name) + " is now " + message.value +
+                                         "\nby \x1b[31mnetwork\n");
+            });
+        case BLL_SET_SHELF_ID:
+            return withArgument<char*>(transport, xdr_wrapstring, [&](char* id) {
+                tell(std::string("shelf ") + id);
+                if (accept)
+                    state.shelfId = id;
+                sendReply(transport, "");
+            });
+        case BLL_SET_FEATURE:
+            return withArgument<controlFeature>(transport, xdr_controlFeature, [&](auto& feature) {
+                tell(std::string("feature ") + feature.name + (feature.on ? " on" : " off"));
+                if (accept)
+                    state.webServer = feature.on != 0;
+                sendReply(transport, "");
+            });
+        case BLL_SET_PROFILE_MODE:
+            return withArgument<bool_t>(transport, xdr_bool, [&](bool_t on) {
+                tell(on ? "profile on" : "profile off");
+                state.profileMode = on != 0;
+                sendReply(transport, "");
+            });
+        case BLL_SET_CLEAR_CONFIG:
+            return withArgument<bool_t>(transport, xdr_bool, [&](bool_t start) {
+                tell(start ? "clear-config start" : "clear-config finish");
+                state.clearConfig = start != 0;
+                sendReply(transport, "");
+            });
+        case BLL_APPLY_DEFAULTS:
+            tell("defaults");
+            return sendReply(transport, "");
+        case BLL_GET_STATUS:
+            tell("status");
+            return sendStatus(transport);
+        case BLL_STOP:
+            tell("stop");
+            return sendReply(transport, "");
+        default:
+            return svcerr_noproc(transport);
+    }
+}
+
+}  // namespace canned

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <control.h>
+#include <network.h>
+#include <string>
+
+namespace canned {
+
+/// What the canned board was asked to do, by its command line.
+struct Behaviour {
+    bool refuse = false;   ///< every operation answers -1
+    bool lone = false;     ///< serves neither of the board's programs
+    std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
+};
+
+/// What the canned board remembers, so that what was set can be read back.
+struct State {
+    rpcNetworkDnsInfoWS dns{2, 0, 0};
+    rpcNetworkDomainWS domain{2, {}};
+    rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
+    rpcNetworkIPv6Domain domain6{1, {}};
+    rpcSntpConfig sntp{};
+    std::string shelfId = "1";
+    bool profileMode = false;
+    bool clearConfig = false;
+    bool webServer = true;
+};
+
+/// Fills the result of a procedure of the network program; what has no answer of its own is zero.
+void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+            void* result);
+
+/// The dispatcher of the control program.
+void dispatchControl(svc_req* request, SVCXPRT* transport);
+
+/// The dispatcher of the port mapper, version 2, which knows the ports that are given.
+void dispatchMapper(svc_req* request, SVCXPRT* transport);
+
+/// What all dispatchers share.
+struct Board {
+    State state;
+    Behaviour behaviour;
+    unsigned short tcpPort = 0;  ///< that the mapper names; 0 registers nothing
+    unsigned short udpPort = 0;
+};
+Board& board();
+
+/// Writes a line that tells of a request to standard output, where the test reads it.
+void tell(const std::string& line);
+
+template <class Filter>
+xdrproc_t asFilter(Filter* filter) {
+    return reinterpret_cast<xdrproc_t>(filter);
+}
+
+}  // namespace canned

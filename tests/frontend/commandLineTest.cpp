@@ -1,0 +1,140 @@
+#include "mngctl/application.h"
+#include "support.h"
+
+#include <sstream>
+
+namespace mngctl::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(CommandLine, NamesTheCommandsThatExist) {
+    EXPECT_EQ(run({"reboot"}),
+              failed(Exit::Usage,
+                     "there is no command 'mngctl reboot'; expected dns, domain, board, "
+                     "factory-defaults, rpc or help\n"
+                     "Try 'mngctl --help'."));
+    EXPECT_EQ(run({"dns", "shw"}),
+              failed(Exit::Usage,
+                     "there is no command 'mngctl dns shw'; expected show, set or clear\n"
+                     "Try 'mngctl dns --help'."));
+    EXPECT_EQ(run({"dns"}), failed(Exit::Usage,
+                                   "'mngctl dns' lacks what to do; expected show, set or clear\n"
+                                   "Try 'mngctl dns --help'."));
+}
+
+TEST(CommandLine, RefusesWhatACommandDoesNotTake) {
+    EXPECT_EQ(run({"dns", "show", "now"}), failed(Exit::Usage,
+                                                  "'mngctl dns show' does not expect 'now'\n"
+                                                  "Try 'mngctl dns show --help'."));
+    EXPECT_EQ(run({"dns", "show", "--colour=red"}),
+              failed(Exit::Usage,
+                     "'mngctl dns show' has no option '--colour'\n"
+                     "Try 'mngctl dns show --help'."));
+    EXPECT_EQ(run({"--colour"}), failed(Exit::Usage,
+                                        "'mngctl' has no option '--colour'\n"
+                                        "Try 'mngctl --help'."));
+    EXPECT_EQ(run({"domain", "set"}), failed(Exit::Usage,
+                                             "NAME is required\n"
+                                             "Try 'mngctl domain set --help'."));
+    EXPECT_EQ(run({"domain", "set", "a", "b"}), failed(Exit::Usage,
+                                                       "'mngctl domain set' does not expect 'b'\n"
+                                                       "Try 'mngctl domain set --help'."));
+    EXPECT_EQ(run({"dns", "show", "domain", "show"}),
+              failed(Exit::Usage,
+                     "'mngctl dns show' does not expect 'domain'\n"
+                     "Try 'mngctl dns show --help'."));
+}
+
+TEST(CommandLine, ChecksTheCommonOptions) {
+    for (const char* const wrong : {"0", "-1", "abc", "nan", "inf", "3601", "1s", ""})
+        EXPECT_EQ(run({"dns", "show", "--timeout", wrong}),
+                  failed(Exit::Usage,
+                         std::string("--timeout: expected seconds from 0.01 to 3600, not '") +
+                             wrong + "'\nTry 'mngctl dns show --help'."));
+    for (const char* const wrong : {"0", "65536", "rpc"}) {
+        const Outcome outcome = run({"dns", "show", "--port", wrong});
+        EXPECT_EQ(outcome, failed(Exit::Usage, std::string("--port: Value ") + wrong +
+                                                   " not in range 1 to 65535\n"
+                                                   "Try 'mngctl dns show --help'."));
+    }
+    EXPECT_EQ(run({"dns", "show", "--tcp", "--udp"}),
+              failed(Exit::Usage, "--tcp excludes --udp\nTry 'mngctl dns show --help'."));
+    EXPECT_EQ(run({"--host", "no.such.host.invalid", "dns", "show"}).exit, Exit::Usage);
+    EXPECT_THAT(run({"--host", "::1", "dns", "show"}).err,
+                StartsWith("mngctl: --host ::1: no IPv4 address is known for this name ("));
+}
+
+TEST(CommandLine, HelpsEverywhereWithExamples) {
+    const std::vector<std::string> commands{"",
+                                            "dns",
+                                            "dns show",
+                                            "dns set",
+                                            "dns clear",
+                                            "domain",
+                                            "domain show",
+                                            "domain set",
+                                            "domain clear",
+                                            "board",
+                                            "board status",
+                                            "board message",
+                                            "board shelf",
+                                            "board feature",
+                                            "board profile",
+                                            "board clear-config",
+                                            "board stop",
+                                            "factory-defaults",
+                                            "rpc",
+                                            "help"};
+    for (const std::string& command : commands) {
+        auto line = words(command);
+        line.push_back("--help");
+        const Outcome outcome = run(line);
+        EXPECT_EQ(outcome.exit, Exit::Done) << command;
+        EXPECT_EQ(outcome.err, "") << command;
+        EXPECT_THAT(
+            outcome.out,
+            HasSubstr("Usage: mngctl" + std::string(command.empty() ? "" : " ") + command + " ["));
+        EXPECT_THAT(outcome.out, HasSubstr("Examples:\n  mngctl "));
+        EXPECT_THAT(outcome.out, HasSubstr("--timeout SECONDS"));
+
+        auto byName = words(command);
+        byName.insert(byName.begin(), "help");
+        EXPECT_EQ(run(byName), outcome) << command;
+    }
+}
+
+TEST(CommandLine, HelpOfNothingNamesWhatThereIs) {
+    EXPECT_EQ(
+        run({"help", "dns", "shw"}),
+        failed(Exit::Usage, "there is no command 'mngctl dns shw'; expected show, set or clear"));
+    EXPECT_EQ(run({"help", "dns", "show", "me"}),
+              failed(Exit::Usage, "there is no command 'mngctl dns show me'"));
+}
+
+TEST(CommandLine, TellsItsVersion) {
+    EXPECT_EQ(run({"--version"}).exit, Exit::Done);
+    EXPECT_THAT(run({"--version"}).out, StartsWith("mngctl "));
+}
+
+TEST(CommandLine, CommonOptionsStandAnywhere) {
+    const CannedBoard board;
+    const std::string port = board.port();
+    const Outcome expected = board.run("dns show --json");
+    EXPECT_EQ(expected.exit, Exit::Done);
+    EXPECT_EQ(run({"--json", "--port", port, "dns", "show"}), expected);
+    EXPECT_EQ(run({"dns", "--json", "show", "--port", port}), expected);
+    EXPECT_EQ(run({"dns", "show", "--port=" + port, "--json"}), expected);
+}
+
+TEST(CommandLine, ReportsOutputThatCannotBeWritten) {
+    std::istringstream in;
+    std::ostream closed(nullptr);
+    std::ostringstream err;
+    EXPECT_EQ(runApplication({"--version"}, {in, closed, err, false}), Exit::Refused);
+    EXPECT_EQ(err.str(), "mngctl: the output could not be written\n");
+}
+
+}  // namespace
+}  // namespace mngctl::test

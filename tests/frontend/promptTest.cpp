@@ -1,0 +1,192 @@
+#include "support.h"
+#include "terminal.h"
+
+#include <sys/stat.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace mngctl::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+class Prompt : public testing::Test {
+protected:
+    std::vector<std::pair<std::string, std::string>> environment() const {
+        return {
+            {"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", home.path() + "/state"}};
+    }
+
+    std::string history() const {
+        std::ifstream file(home.path() + "/state/mngctl/history");
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    TemporaryDirectory home;
+    CannedBoard board;
+};
+
+TEST_F(Prompt, CarriesOutCommandsUntilExit) {
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("'help' shows the commands, Tab completes them, 'exit' leaves.");
+    terminal.waitFor("mngctl> ");
+    terminal.type("dns set 192.0.2.1\r");
+    terminal.waitFor("IPv4 servers: 192.0.2.1 (cli)\r\n");
+    terminal.waitFor("mngctl> ");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_THAT(board.requests(),
+                ElementsAre(R"(set_dns_servers {"primary":"192.0.2.1","secondary":"0.0.0.0"})",
+                            "get_dns_serversws"));
+}
+
+TEST_F(Prompt, CompletesWithTab) {
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("mngctl> ");
+    terminal.type("rp\tget_tel\t\r");
+    terminal.waitFor("result: off\r\n");
+    terminal.waitFor("mngctl> ");
+    terminal.type("dns \t");
+    terminal.waitFor("clear  set    show\r\n");
+    terminal.waitFor("mngctl> dns ");
+    terminal.type("sh\t\r");
+    terminal.waitFor("IPv6 servers: none (dhcp)\r\n");
+    terminal.waitFor("mngctl> ");
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_THAT(board.requests(),
+                ElementsAre("get_telnet", "get_dns_serversws", "get_ipv6dns_serversws"));
+}
+
+TEST_F(Prompt, GoesOnAfterAFailure) {
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("mngctl> ");
+    terminal.type("dns set 1.2.3\r");
+    terminal.waitFor("mngctl: expected an IPv4 address");
+    terminal.waitFor("mngctl> ");
+    terminal.type("rpc 'open\r");
+    terminal.waitFor("mngctl: the line ends after an open '");
+    terminal.waitFor("mngctl> ");
+    terminal.type("rpc null\r");
+    terminal.waitFor("answered\r\n");
+    terminal.waitFor("mngctl> ");
+    terminal.type("quit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(Prompt, EditsCharactersInUtf8WhateverTheLocale) {
+    auto plain = environment();
+    plain.emplace_back("LC_ALL", "C");
+    Terminal terminal(board.to({}), plain);
+    terminal.waitFor("mngctl> ");
+    // The backspace takes the whole character away.
+    terminal.type("rpc --dry-run set_domainname Zü€\x7frich\r");
+    terminal.waitFor("value: Zürich\r\n");
+    terminal.waitFor("mngctl> ");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(Prompt, DropsTheLineAtCtrlC) {
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("mngctl> ");
+    terminal.type("board stop");
+    terminal.waitFor("stop");
+    terminal.type("\x03");
+    terminal.waitFor("^C");
+    terminal.waitFor("mngctl> ");
+    terminal.type("rpc null\r");
+    terminal.waitFor("answered\r\n");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_THAT(board.requests(), ElementsAre("null"));
+}
+
+TEST_F(Prompt, AsksBeforeFactoryDefaults) {
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("mngctl> ");
+    terminal.type("factory-defaults\r");
+    terminal.waitFor("[y/N] ");
+    terminal.type("n\r");
+    terminal.waitFor("mngctl: nothing was changed");
+    terminal.waitFor("mngctl> ");
+    terminal.type("factory-defaults\r");
+    terminal.waitFor("[y/N] ");
+    terminal.type("y\r");
+    terminal.waitFor("factory settings are in place");
+    terminal.waitFor("mngctl> ");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_THAT(board.requests(), ElementsAre("defaults"));
+}
+
+TEST_F(Prompt, RemembersWhatWasTyped) {
+    {
+        Terminal terminal(board.to({}), environment());
+        terminal.waitFor("mngctl> ");
+        terminal.type("rpc get_telnet\r");
+        terminal.waitFor("result: off");
+        terminal.waitFor("mngctl> ");
+        terminal.type("exit\r");
+        EXPECT_EQ(terminal.exitCode(), 0);
+    }
+    EXPECT_THAT(history(), HasSubstr("get_telnet"));
+    struct stat state {};
+    ASSERT_EQ(::stat((home.path() + "/state/mngctl/history").c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777U, 0600U);
+    ASSERT_EQ(::stat((home.path() + "/state/mngctl").c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777U, 0700U);
+
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("mngctl> ");
+    terminal.type("\x10\x10\r");  // Ctrl-P twice: past exit
+    terminal.waitFor("result: off");
+    terminal.waitFor("mngctl> ");
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(Prompt, DoesWithoutAHistoryThatCannotBeKept) {
+    std::ofstream(home.path() + "/state").put('x');  // a file where a directory should be made
+    Terminal terminal(board.to({}), environment());
+    EXPECT_THAT(terminal.waitFor("mngctl> "), Not(HasSubstr("mngctl:")));
+    terminal.type("rpc null\r");
+    EXPECT_THAT(terminal.waitFor("answered\r\n"), Not(HasSubstr("mngctl:")));
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(Prompt, KeepsItsHistoryInTheHomeWithoutAStateDirectory) {
+    {
+        Terminal terminal(board.to({}),
+                          {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", ""}});
+        terminal.waitFor("mngctl> ");
+        terminal.type("exit\r");
+        EXPECT_EQ(terminal.exitCode(), 0);
+    }
+    EXPECT_TRUE(std::filesystem::exists(home.path() + "/.local/state/mngctl/history"));
+}
+
+TEST_F(Prompt, KeepsItsConnectionAndMakesItAgainAfterAFailure) {
+    Terminal terminal(board.to({}), environment());
+    terminal.waitFor("mngctl> ");
+    terminal.type("rpc null\r");
+    terminal.waitFor("answered\r\n");
+    terminal.waitFor("mngctl> ");
+    board.end();
+    terminal.type("rpc null\r");
+    terminal.waitFor("mngctl: nothing listens at 127.0.0.1 port");
+    terminal.waitFor("mngctl> ");
+    CannedBoard second({"--tcp-port", board.port()});
+    terminal.type("rpc null\r");
+    terminal.waitFor("answered\r\n");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_THAT(second.requests(), ElementsAre("null"));
+}
+
+}  // namespace
+}  // namespace mngctl::test

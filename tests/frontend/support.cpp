@@ -1,0 +1,228 @@
+#include "support.h"
+
+#include "mngctl/application.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <stdexcept>
+
+namespace mngctl::test {
+
+namespace {
+
+[[noreturn]] void fail(const std::string& what) {
+    throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+/// Whether the descriptor can be read, its end included, within 20 s or the time that is given.
+bool readable(int descriptor, int milliseconds = 20'000) {
+    pollfd wait{descriptor, POLLIN, 0};
+    int ready = 0;
+    do {
+        ready = ::poll(&wait, 1, milliseconds);
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+std::string readAll(int descriptor) {
+    std::string text;
+    char buffer[4096];
+    for (;;) {
+        if (!readable(descriptor))
+            throw std::runtime_error("a process does not end");
+        const ssize_t got = ::read(descriptor, buffer, sizeof buffer);
+        if (got <= 0)
+            return text;
+        text.append(buffer, static_cast<std::size_t>(got));
+    }
+}
+
+void enter(pid_t process, const char* kind) {
+    const std::string path = "/proc/" + std::to_string(process) + "/ns/" + kind;
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 || ::setns(descriptor, 0) != 0)
+        ::_exit(126);
+    ::close(descriptor);
+}
+
+std::vector<char*> pointers(std::vector<std::string>& words) {
+    std::vector<char*> list;
+    for (std::string& word : words)
+        list.push_back(word.data());
+    list.push_back(nullptr);
+    return list;
+}
+
+}  // namespace
+
+std::vector<std::string> words(const std::string& line) {
+    std::istringstream stream(line);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+bool operator==(const Outcome& left, const Outcome& right) {
+    return left.exit == right.exit && left.out == right.out && left.err == right.err;
+}
+
+std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+    return stream << "exit " << static_cast<int>(outcome.exit) << "\n--- out\n"
+                  << outcome.out << "--- err\n"
+                  << outcome.err << "---";
+}
+
+Outcome done(const std::string& out) { return {Exit::Done, out, ""}; }
+
+Outcome failed(Exit exit, const std::string& sentence) {
+    return {exit, "", "mngctl: " + sentence + "\n"};
+}
+
+Outcome run(const std::vector<std::string>& command, const std::string& input, bool terminal) {
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream err;
+    Outcome outcome;
+    outcome.exit = runApplication(command, {in, out, err, terminal});
+    outcome.out = out.str();
+    outcome.err = err.str();
+    return outcome;
+}
+
+CannedBoard::CannedBoard(const std::vector<std::string>& options) {
+    int pipe[2];
+    if (::pipe2(pipe, O_CLOEXEC) != 0)
+        fail("pipe");
+    std::vector<std::string> command{CANNED_BOARD};
+    command.insert(command.end(), options.begin(), options.end());
+    const auto list = pointers(command);
+    child = ::fork();
+    if (child < 0)
+        fail("fork");
+    if (child == 0) {
+        ::dup2(pipe[1], STDOUT_FILENO);
+        ::execv(CANNED_BOARD, list.data());
+        ::_exit(127);
+    }
+    ::close(pipe[1]);
+    output = pipe[0];
+    std::istringstream ports(readLine());
+    ports >> tcpPort >> udpPort;
+}
+
+CannedBoard::~CannedBoard() {
+    end();
+    ::close(output);
+}
+
+void CannedBoard::end() {
+    if (child < 0)
+        return;
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    child = -1;
+}
+
+std::string CannedBoard::readLine() {
+    for (;;) {
+        const std::size_t end = buffered.find('\n');
+        if (end != std::string::npos) {
+            const std::string line = buffered.substr(0, end);
+            buffered.erase(0, end + 1);
+            return line;
+        }
+        char buffer[65536];
+        const ssize_t got = readable(output) ? ::read(output, buffer, sizeof buffer) : 0;
+        if (got <= 0)
+            throw std::runtime_error("the canned board does not start");
+        buffered.append(buffer, static_cast<std::size_t>(got));
+    }
+}
+
+std::vector<std::string> CannedBoard::requests() {
+    // A request is told before it is answered, so all that were answered can be read by now.
+    std::vector<std::string> lines;
+    while (buffered.find('\n') != std::string::npos || readable(output, 0))
+        lines.push_back(readLine());
+    return lines;
+}
+
+std::string CannedBoard::port(Protocol protocol) const {
+    return protocol == Protocol::Tcp ? tcpPort : udpPort;
+}
+
+std::vector<std::string> CannedBoard::to(const std::vector<std::string>& command,
+                                         Protocol protocol) const {
+    std::vector<std::string> all{protocol == Protocol::Tcp ? "--tcp" : "--udp",
+                                 "--port",
+                                 port(protocol),
+                                 "--control-port",
+                                 port(protocol),
+                                 "--timeout",
+                                 "10"};
+    all.insert(all.end(), command.begin(), command.end());
+    return all;
+}
+
+Outcome CannedBoard::run(const std::string& line, Protocol protocol) const {
+    return test::run(to(words(line), protocol));
+}
+
+Outcome CannedBoard::run(const std::vector<std::string>& command, Protocol protocol) const {
+    return test::run(to(command, protocol));
+}
+
+Outcome CannedBoard::runInside(const std::string& line) const {
+    int out[2];
+    int err[2];
+    if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0)
+        fail("pipe");
+    std::vector<std::string> command = words(line);
+    command.insert(command.begin(), MNGCTL);
+    const auto list = pointers(command);
+    const pid_t process = ::fork();
+    if (process < 0)
+        fail("fork");
+    if (process == 0) {
+        if (::geteuid() != 0)
+            enter(child, "user");
+        enter(child, "net");
+        ::dup2(out[1], STDOUT_FILENO);
+        ::dup2(err[1], STDERR_FILENO);
+        ::execv(MNGCTL, list.data());
+        ::_exit(127);
+    }
+    ::close(out[1]);
+    ::close(err[1]);
+    Outcome outcome;
+    outcome.out = readAll(out[0]);
+    outcome.err = readAll(err[0]);
+    ::close(out[0]);
+    ::close(err[0]);
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    if (!WIFEXITED(status))
+        throw std::runtime_error("mngctl was ended by a signal");
+    outcome.exit = static_cast<Exit>(WEXITSTATUS(status));
+    return outcome;
+}
+
+TemporaryDirectory::TemporaryDirectory() {
+    std::string name = (std::filesystem::temp_directory_path() / "mngctl.XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr)
+        fail("mkdtemp");
+    directory = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(directory, ignored);
+}
+
+}  // namespace mngctl::test

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "mngctl/outcome.h"
+#include "mngctl/settings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/types.h>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace mngctl::test {
+
+/// Words of a command line, split at blanks.
+std::vector<std::string> words(const std::string& line);
+
+/// How a run of mngctl ended and what it wrote.
+struct Outcome {
+    Exit exit = Exit::Done;
+    std::string out;
+    std::string err;
+};
+
+bool operator==(const Outcome& left, const Outcome& right);
+std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
+
+/// A success that wrote this and no more.
+Outcome done(const std::string& out);
+/// A failure that wrote nothing to its output and this sentence to its errors.
+Outcome failed(Exit exit, const std::string& sentence);
+
+/// Runs mngctl in this process.
+Outcome run(const std::vector<std::string>& words, const std::string& input = "",
+            bool terminal = false);
+
+/// A process of the canned board. It ends with this object.
+class CannedBoard {
+public:
+    explicit CannedBoard(const std::vector<std::string>& options = {});
+    ~CannedBoard();
+    CannedBoard(const CannedBoard&) = delete;
+    CannedBoard& operator=(const CannedBoard&) = delete;
+
+    std::string port(Protocol protocol = Protocol::Tcp) const;
+
+    /// The options that lead to this board, and the words after them.
+    std::vector<std::string> to(const std::vector<std::string>& command,
+                                Protocol protocol = Protocol::Tcp) const;
+
+    /// Runs mngctl against this board.
+    Outcome run(const std::string& line, Protocol protocol = Protocol::Tcp) const;
+    Outcome run(const std::vector<std::string>& command, Protocol protocol = Protocol::Tcp) const;
+
+    /// Runs the built mngctl in the network of this board.
+    Outcome runInside(const std::string& line) const;
+
+    /// The requests since the last look, which have all been answered.
+    std::vector<std::string> requests();
+
+    /// Ends the process now.
+    void end();
+
+private:
+    std::string readLine();
+
+    pid_t child = -1;
+    int output = -1;
+    std::string buffered;
+    std::string tcpPort;
+    std::string udpPort;
+};
+
+/// A directory that is removed with this object.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    const std::string& path() const { return directory; }
+
+private:
+    std::string directory;
+};
+
+}  // namespace mngctl::test
