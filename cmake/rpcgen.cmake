@@ -1,5 +1,8 @@
 find_program(RPCGEN_EXECUTABLE rpcgen REQUIRED)
 
+# Everything that must be generated before a file can be analysed.
+add_custom_target(generated_headers)
+
 # rpcgen_library(<target> <file.x> [CLIENT])
 #
 # Makes a static library of what rpcgen generates from an interface file: the header <name>.h, the
@@ -25,7 +28,10 @@ function(rpcgen_library target source)
     endif()
     add_custom_command(OUTPUT ${outputs} ${commands} DEPENDS ${input}
         WORKING_DIRECTORY ${directory} VERBATIM)
+    add_custom_target(${target}_generated DEPENDS ${outputs})
+    add_dependencies(generated_headers ${target}_generated)
     add_library(${target} STATIC ${outputs})
+    add_dependencies(${target} ${target}_generated)
     target_include_directories(${target} SYSTEM PUBLIC ${directory})
     # Generated code is compiled as it comes, without the project's warnings.
     target_compile_options(${target} PRIVATE -w)

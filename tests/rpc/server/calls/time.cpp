@@ -1,0 +1,132 @@
+// Calls of clock, time zone and SNTP client.
+
+#include "calls/ProcedureCall.h"
+
+namespace {
+
+const Argument addressesArgument = Argument()
+                                       .number(1)
+                                       .number(0xc0000201U)
+                                       .number(3)
+                                       .number(1)
+                                       .number(0xc0000202U)
+                                       .number(4)
+                                       .number(0)
+                                       .number(0U)
+                                       .number(-7)
+                                       .number(-8);
+
+const Argument hostsArgument = Argument()
+                                   .number(1)
+                                   .characters("ntp1.example.org", 256)
+                                   .number(3)
+                                   .number(1)
+                                   .number(0)
+                                   .characters("192.0.2.2", 256)
+                                   .number(4)
+                                   .number(0)
+                                   .number(1)
+                                   .characters("2001:db8::3", 256)
+                                   .number(5)
+                                   .number(6)
+                                   .number(2)
+                                   .characters("", 256)
+                                   .number(-7)
+                                   .number(-8)
+                                   .number(-9);
+
+Result& zone(Result& result) { return result.characters(100).numbers(11); }
+
+Result& config(Result& result) { return result.numbers(10); }
+
+Result& configWithSource(Result& result) { return result.numbers(11); }
+
+Result& hostConfigWithSource(Result& result) {
+    result.numbers(2);
+    for (int server = 0; server < 4; ++server) {
+        result.characters(256).numbers(3);
+    }
+    return result;
+}
+
+Result& info(Result& result) { return result.numbers(9).characters(24).numbers(3 + 3 * 6); }
+
+Result& infoWithSource(Result& result) {
+    result.numbers();
+    return info(result);
+}
+
+Result& hostInfoWithSource(Result& result) {
+    result.numbers(7).characters(256).numbers(2).characters(24).numbers(3);
+    for (int server = 0; server < 4; ++server) {
+        result.numbers().characters(256).numbers(4);
+    }
+    return result;
+}
+
+/// A name has room for 199 characters, of which the first 99 travel.
+Units zoneName(const Circumstances& found) {
+    Units units = Result(found.telling).numbers().characters(200).units();
+    units.resize(1 + 99);
+    units.push_back(0);
+    return units;
+}
+
+ProcedureCall setZoneOffset(int offset) {
+    return statusCall(25, "set_timezone_offset", Argument().number(offset),
+                      "networkSetTimezoneOffset(" + std::to_string(offset) + ")");
+}
+
+}  // namespace
+
+std::vector<ProcedureCall> callsOfTime() {
+    const Argument rule = Argument().number(10U).number(5U).number(7U).number(-200);
+    return {
+        fillCall(22, "sntp_info", "networkGetSntpInfo()", info, {0}),
+        statusCall(23, "set_time_info", Argument().text("01/02/2024 03:04:05"),
+                   R"(networkSetTimeInfo("01/02/2024 03:04:05"))"),
+        {24,
+         "get_time_info",
+         Argument(),
+         Filling::combined,
+         "networkGetTimeInfo()",
+         [](const Circumstances& found) {
+             return Result(found.telling)
+                 .characters(30)
+                 .value(static_cast<std::uint32_t>(found.status))
+                 .units();
+         },
+         {0}},
+        setZoneOffset(-720),
+        setZoneOffset(840),
+        statusCall(26, "set_timezone_name", Argument().text("Europe/Zurich"),
+                   R"(networkSetTimezoneName("Europe/Zurich"))"),
+        {27,
+         "get_timezone_info",
+         Argument(),
+         Filling::fill,
+         "networkGetTimezoneInfo()",
+         zoneName,
+         {0, ProcedureCall::elsewhere}},
+        statusCall(40, "sntp_update", addressesArgument,
+                   "networkUpdateSntpConfig({1 [3221225985 3 1] [3221225986 4 0] [0 -7 -8]})"),
+        fillCall(41, "sntp_get", "networkGetSntpConfig()", config, {0}),
+        statusCall(62, "set_sntp_timezone_dst_start", rule,
+                   "networkSetSntpTimezoneDstStart(10, 5, 7, -200)"),
+        statusCall(63, "set_sntp_timezone_dst_end", rule,
+                   "networkSetSntpTimezoneDstEnd(10, 5, 7, -200)"),
+        statusCall(64, "set_sntp_timezone_dst_offset", Argument().number(-60),
+                   "networkSetSntpTimezoneDstOffset(-60)"),
+        statusCall(65, "set_sntp_timezone", Argument().number(-330).text("Asia/Kolkata"),
+                   R"(networkSetSntpTimezone(-330, "Asia/Kolkata"))"),
+        fillCall(66, "get_sntp_timezone_info", "networkGetSntpTimezoneInfo()", zone, {0}),
+        fillCall(86, "sntp_getws", "networkGetSntpConfigWS()", configWithSource, {0, 4}),
+        fillCall(89, "sntp_infows", "networkGetSntpInfoWS()", infoWithSource, {0, 4}),
+        fillCall(97, "sntp_getws_host", "networkGetSntpConfigWSHost()", hostConfigWithSource,
+                 {0, 4}),
+        statusCall(98, "sntp_update_host", hostsArgument,
+                   R"(networkUpdateSntpConfigHost({1 ["ntp1.example.org" 3 1 0])"
+                   R"( ["192.0.2.2" 4 0 1] ["2001:db8::3" 5 6 2] ["" -7 -8 -9]}))"),
+        fillCall(99, "sntp_infowshost", "networkGetSntpInfoWSHost()", hostInfoWithSource, {0, 4}),
+    };
+}
