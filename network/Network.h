@@ -239,6 +239,11 @@ public:
         __attribute__((format(printf, 3, 4)));
 
 private:
+    /// Writes to the system log at the level of failures if there is one to report, and says
+    /// whether.
+    bool reportIf(bool failure, const char* format, ...) const
+        __attribute__((format(printf, 3, 4), visibility("hidden")));
+
     /// An event of the management address; handlers take an address in host byte order.
     using AddressEvent = Notification::Event<unsigned int>;
     using WebEvent = Notification::Event<>;

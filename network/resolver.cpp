@@ -56,62 +56,51 @@ const void* address(const void* pointer) { return pointer; }
 }  // namespace
 
 int Network::setHostname(const char* hostname) {
-    if (hostname == nullptr) {
-        networkBleSyslog(3,
-                         "[networkBLE]: setHostname failed! One of input args is NULL. "
-                         "hostname: %p\n",
-                         address(hostname));
-    }
+    reportIf(hostname == nullptr,
+             "[networkBLE]: setHostname failed! One of input args is NULL. "
+             "hostname: %p\n",
+             address(hostname));
     return -1;
 }
 
 int Network::getHostname(char* hostname) {
-    if (hostname == nullptr) {
-        networkBleSyslog(3,
-                         "[networkBLE]: getHostname failed! One of input args is NULL. "
-                         "hostname: %p\n",
-                         address(hostname));
-    }
+    reportIf(hostname == nullptr,
+             "[networkBLE]: getHostname failed! One of input args is NULL. "
+             "hostname: %p\n",
+             address(hostname));
     return -1;
 }
 
 int Network::setDomainname(const char* domainname) {
     return withExclusiveLock([&] {
-        if (domainname == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: setDomainname failed! One of input args is NULL. "
-                             "domainname: %p\n",
-                             address(domainname));
+        if (reportIf(domainname == nullptr,
+                     "[networkBLE]: setDomainname failed! One of input args is NULL. "
+                     "domainname: %p\n",
+                     address(domainname))) {
             return -1;
         }
         auto dns = readDns(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: setDomainname: varoGetDns has failed!\n");
-        }
+        reportIf(dns.status != 0, "[networkBLE]: setDomainname: varoGetDns has failed!\n");
         copyBounded(dns.record.domain, domainname);
         const int status = varoUpdateDnsWS(cliSource, &dns.record);
-        if (status != 0) {
-            networkBleSyslog(
-                3, "[networkBLE]: setDomainname: varoUpdateDns has failed! Return value: %d\n",
-                status);
-            return -1;
-        }
-        return 0;
+        return reportIf(status != 0,
+                        "[networkBLE]: setDomainname: varoUpdateDns has failed! Return value: %d\n",
+                        status)
+                   ? -1
+                   : 0;
     });
 }
 
 int Network::getDomainname(char* domainname) {
     return withSharedLock([&] {
-        if (domainname == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: getDomainname failed! One of input args is NULL. "
-                             "domainname: %p\n",
-                             address(domainname));
+        if (reportIf(domainname == nullptr,
+                     "[networkBLE]: getDomainname failed! One of input args is NULL. "
+                     "domainname: %p\n",
+                     address(domainname))) {
             return -1;
         }
         const auto dns = readDns(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: getDomainname: varoGetDns has failed!\n");
+        if (reportIf(dns.status != 0, "[networkBLE]: getDomainname: varoGetDns has failed!\n")) {
             return -1;
         }
         copyDomain(domainname, dns.record.domain);
@@ -121,16 +110,15 @@ int Network::getDomainname(char* domainname) {
 
 int Network::getDomainnameWS(int* dnsSource, char* domainname) {
     return withSharedLock([&] {
-        if (domainname == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: getDomainname failed! One of input args is NULL. "
-                             "domainname: %p\n",
-                             address(domainname));
+        if (reportIf(domainname == nullptr,
+                     "[networkBLE]: getDomainname failed! One of input args is NULL. "
+                     "domainname: %p\n",
+                     address(domainname))) {
             return -1;
         }
         const auto dns = readDns(anySource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: getDomainnameWS: varoGetDnsWS has failed!\n");
+        if (reportIf(dns.status != 0,
+                     "[networkBLE]: getDomainnameWS: varoGetDnsWS has failed!\n")) {
             return -1;
         }
         copyDomain(domainname, dns.record.domain);
@@ -142,57 +130,48 @@ int Network::getDomainnameWS(int* dnsSource, char* domainname) {
 int Network::setDnsServers(unsigned int primary, unsigned int secondary) {
     return withExclusiveLock([&] {
         auto dns = readDns(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: setDnsServers: varoGetDns has failed!\n");
-        }
+        reportIf(dns.status != 0, "[networkBLE]: setDnsServers: varoGetDns has failed!\n");
         dns.record.ip_pri = primary;
         // A secondary equal to the primary says nothing new and is dropped.
         dns.record.ip_sec = secondary != primary ? secondary : 0;
         const int status = varoUpdateDnsWS(dns.source, &dns.record);
-        if (status != 0) {
-            networkBleSyslog(3,
-                             "[networkBLE]: setDnsServers: varoUpdateDns has failed "
-                             "(dnsSource=%d), dns.ip_pri=%d, dns.ip_sec=%d)! Return value: %d\n",
-                             dns.source, static_cast<int>(dns.record.ip_pri),
-                             static_cast<int>(dns.record.ip_sec), status);
-            return -1;
-        }
-        return 0;
+        return reportIf(status != 0,
+                        "[networkBLE]: setDnsServers: varoUpdateDns has failed "
+                        "(dnsSource=%d), dns.ip_pri=%d, dns.ip_sec=%d)! Return value: %d\n",
+                        dns.source, static_cast<int>(dns.record.ip_pri),
+                        static_cast<int>(dns.record.ip_sec), status)
+                   ? -1
+                   : 0;
     });
 }
 
 int Network::deleteDnsServers() {
     return withExclusiveLock([&] {
         auto dns = readDns(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: deleteDnsServers: varoGetDns has failed!\n");
-        }
+        reportIf(dns.status != 0, "[networkBLE]: deleteDnsServers: varoGetDns has failed!\n");
         dns.record.ip_pri = 0;
         dns.record.ip_sec = 0;
         const int status = varoUpdateDnsWS(cliSource, &dns.record);
-        if (status != 0) {
-            networkBleSyslog(
-                3, "[networkBLE]: deleteDnsServers: varoUpdateDns has failed! Return value: %d\n",
-                status);
-            return -1;
-        }
-        return 0;
+        return reportIf(
+                   status != 0,
+                   "[networkBLE]: deleteDnsServers: varoUpdateDns has failed! Return value: %d\n",
+                   status)
+                   ? -1
+                   : 0;
     });
 }
 
 int Network::getDnsServers(unsigned int* primary, unsigned int* secondary) {
     return withSharedLock([&] {
-        if (primary == nullptr || secondary == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: getDnsServers failed! One of input args is NULL. "
-                             "primary: %p, secondary: %p\n",
-                             address(primary), address(secondary));
+        if (reportIf(primary == nullptr || secondary == nullptr,
+                     "[networkBLE]: getDnsServers failed! One of input args is NULL. "
+                     "primary: %p, secondary: %p\n",
+                     address(primary), address(secondary))) {
             return -1;
         }
         const auto dns = readDns(cliSource);
-        if (dns.status != 0) {
-            // The getters share the message of the delete operation.
-            networkBleSyslog(3, "[networkBLE]: deleteDnsServers: varoGetDns has failed!\n");
+        // The getters share the message of the delete operation.
+        if (reportIf(dns.status != 0, "[networkBLE]: deleteDnsServers: varoGetDns has failed!\n")) {
             return -1;
         }
         *primary = dns.record.ip_pri;
@@ -203,16 +182,14 @@ int Network::getDnsServers(unsigned int* primary, unsigned int* secondary) {
 
 int Network::getDnsServersWS(int* dnsSource, unsigned int* primary, unsigned int* secondary) {
     return withSharedLock([&] {
-        if (dnsSource == nullptr || primary == nullptr || secondary == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: getDnsServers failed! One of input args is NULL. "
-                             "dnsSource: %p, primary: %p, secondary: %p\n",
-                             address(dnsSource), address(primary), address(secondary));
+        if (reportIf(dnsSource == nullptr || primary == nullptr || secondary == nullptr,
+                     "[networkBLE]: getDnsServers failed! One of input args is NULL. "
+                     "dnsSource: %p, primary: %p, secondary: %p\n",
+                     address(dnsSource), address(primary), address(secondary))) {
             return -1;
         }
         const auto dns = readDns(anySource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: deleteDnsServers: varoGetDns has failed!\n");
+        if (reportIf(dns.status != 0, "[networkBLE]: deleteDnsServers: varoGetDns has failed!\n")) {
             return -1;
         }
         *primary = dns.record.ip_pri;
@@ -224,42 +201,36 @@ int Network::getDnsServersWS(int* dnsSource, unsigned int* primary, unsigned int
 
 int Network::setIPv6Domainname(const char* domainname) {
     return withExclusiveLock([&] {
-        if (domainname == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: setIPv6Domainname failed! One of input args is NULL. "
-                             "domainname: %p\n",
-                             address(domainname));
+        if (reportIf(domainname == nullptr,
+                     "[networkBLE]: setIPv6Domainname failed! One of input args is NULL. "
+                     "domainname: %p\n",
+                     address(domainname))) {
             return -1;
         }
         auto dns = readDns6(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: setIPv6Domainname: varoGetDns6 has failed!\n");
-        }
+        reportIf(dns.status != 0, "[networkBLE]: setIPv6Domainname: varoGetDns6 has failed!\n");
         copyBounded(dns.record.domain, domainname);
         const int status = varoUpdateDns6(cliSource, &dns.record);
-        if (status != 0) {
-            networkBleSyslog(3,
-                             "[networkBLE]: setIPv6Domainname: varoUpdateDns6 has failed! "
-                             "Return value: %d\n",
-                             status);
-            return -1;
-        }
-        return 0;
+        return reportIf(status != 0,
+                        "[networkBLE]: setIPv6Domainname: varoUpdateDns6 has failed! "
+                        "Return value: %d\n",
+                        status)
+                   ? -1
+                   : 0;
     });
 }
 
 int Network::getIPv6Domainname(int* dnsSource, char* domainname) {
     return withSharedLock([&] {
-        if (domainname == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: getIPv6Domainname failed! One of input args is NULL. "
-                             "domainname: %p\n",
-                             address(domainname));
+        if (reportIf(domainname == nullptr,
+                     "[networkBLE]: getIPv6Domainname failed! One of input args is NULL. "
+                     "domainname: %p\n",
+                     address(domainname))) {
             return -1;
         }
         const auto dns = readDns6(anySource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: getIPv6Domainname: varoGetDns6 has failed!\n");
+        if (reportIf(dns.status != 0,
+                     "[networkBLE]: getIPv6Domainname: varoGetDns6 has failed!\n")) {
             return -1;
         }
         copyDomain(domainname, dns.record.domain);
@@ -271,56 +242,47 @@ int Network::getIPv6Domainname(int* dnsSource, char* domainname) {
 int Network::setIPv6DnsServers(const char* primary, const char* secondary) {
     return withExclusiveLock([&] {
         auto dns = readDns6(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: setIPv6DnsServers: varoGetDns6 has failed!\n");
-        }
+        reportIf(dns.status != 0, "[networkBLE]: setIPv6DnsServers: varoGetDns6 has failed!\n");
         copyGuarded(dns.record.ipv6_pri, primary);
         copyGuarded(dns.record.ipv6_sec, secondary);
         const int status = varoUpdateDns6(dns.source, &dns.record);
-        if (status != 0) {
-            networkBleSyslog(
-                3,
-                "[networkBLE]: setIPv6DnsServers: varoUpdateDns6 has failed (dnsSource=%d), "
-                "dns.ipv6_pri=%s, dnsipv6.ip_sec=%s)! Return value: %d\n",
-                dns.source, dns.record.ipv6_pri, dns.record.ipv6_sec, status);
-            return -1;
-        }
-        return 0;
+        return reportIf(
+                   status != 0,
+                   "[networkBLE]: setIPv6DnsServers: varoUpdateDns6 has failed (dnsSource=%d), "
+                   "dns.ipv6_pri=%s, dnsipv6.ip_sec=%s)! Return value: %d\n",
+                   dns.source, dns.record.ipv6_pri, dns.record.ipv6_sec, status)
+                   ? -1
+                   : 0;
     });
 }
 
 int Network::deleteIPv6DnsServers() {
     return withExclusiveLock([&] {
         auto dns = readDns6(cliSource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: deleteIPv6DnsServers: varoGetDns6 has failed!\n");
-        }
+        reportIf(dns.status != 0, "[networkBLE]: deleteIPv6DnsServers: varoGetDns6 has failed!\n");
         dns.record.ipv6_pri[0] = '\0';
         dns.record.ipv6_sec[0] = '\0';
         const int status = varoUpdateDns6(cliSource, &dns.record);
-        if (status != 0) {
-            networkBleSyslog(3,
-                             "[networkBLE]: deleteIPv6DnsServers: varoUpdateDns6 has failed! "
-                             "Return value: %d\n",
-                             status);
-            return -1;
-        }
-        return 0;
+        return reportIf(status != 0,
+                        "[networkBLE]: deleteIPv6DnsServers: varoUpdateDns6 has failed! "
+                        "Return value: %d\n",
+                        status)
+                   ? -1
+                   : 0;
     });
 }
 
 int Network::getIPv6DnsServers(int* dnsSource, char* primary, char* secondary) {
     return withSharedLock([&] {
-        if (dnsSource == nullptr || primary == nullptr || secondary == nullptr) {
-            networkBleSyslog(3,
-                             "[networkBLE]: getIPv6DnsServers failed! One of input args is NULL. "
-                             "dnsSource: %p, primary: %p, secondary: %p\n",
-                             address(dnsSource), address(primary), address(secondary));
+        if (reportIf(dnsSource == nullptr || primary == nullptr || secondary == nullptr,
+                     "[networkBLE]: getIPv6DnsServers failed! One of input args is NULL. "
+                     "dnsSource: %p, primary: %p, secondary: %p\n",
+                     address(dnsSource), address(primary), address(secondary))) {
             return -1;
         }
         const auto dns = readDns6(anySource);
-        if (dns.status != 0) {
-            networkBleSyslog(3, "[networkBLE]: getIPv6DnsServersWS: varoGetDns6 has failed!\n");
+        if (reportIf(dns.status != 0,
+                     "[networkBLE]: getIPv6DnsServersWS: varoGetDns6 has failed!\n")) {
             return -1;
         }
         copyBounded(primary, dns.record.ipv6_pri, ipv6ServerLimit);
