@@ -138,12 +138,13 @@ void Network::pollOnce() {
         return;
     }
     const std::uint32_t address = ntohl(interface.ipAddr);
-    if (address == currentIpAddr) {
+    const std::uint32_t previous = currentIpAddr;
+    if (address == previous) {
         return;
     }
     // Pre-handlers are offered the old address here, and their answers do not stop a change that
     // has happened already.
-    mngAddrChanged.firePre(currentIpAddr);
+    mngAddrChanged.firePre(previous);
     currentIpAddr = address;
     mngAddrChanged.firePost(address);
 }

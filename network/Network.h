@@ -12,6 +12,7 @@
 
 #include <pthread.h>
 
+#include <cstdarg>
 #include <cstdint>
 #include <list>
 #include <sstream>
@@ -21,9 +22,10 @@
 /// live in varoLib and in the platform services; the entity adds validation, the order of steps and
 /// the side effects on neighbouring settings.
 ///
-/// Operations return 0 on success and -1 on failure unless said otherwise. Each takes the
-/// framework's lock itself; when it is refused, the operation writes the lock-failure text to the
-/// framework log and returns -1 without looking at its arguments.
+/// Operations return 0 on success and -1 on failure unless said otherwise. Those that read or
+/// change configuration take the framework's lock themselves; when it is refused, the operation
+/// writes the lock-failure text to the framework log and returns -1 without looking at its
+/// arguments.
 ///
 /// The virtual operations are grouped by feature in the order of their slots, which is part of the
 /// contract: append only.
@@ -235,14 +237,15 @@ public:
                          std::ostringstream* reply);
 
     /// Writes to the system log when the threshold is at least the level (syslog(3) priorities).
-    void networkBleSyslog(int level, const char* format, ...) const
-        __attribute__((format(printf, 3, 4)));
+    void networkBleSyslog(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 private:
     /// Writes to the system log at the level of failures if there is one to report, and says
     /// whether.
-    bool reportIf(bool failure, const char* format, ...) const
+    bool reportIf(bool failure, const char* format, ...)
         __attribute__((format(printf, 3, 4), visibility("hidden")));
+    __attribute__((visibility("hidden"))) void writeSyslog(int level, const char* format,
+                                                           std::va_list arguments);
 
     /// An event of the management address; handlers take an address in host byte order.
     using AddressEvent = Notification::Event<unsigned int>;

@@ -4,10 +4,10 @@
 #include "network/rpc/records.h"
 
 /// The flat interface of the network entity, for the RPC program and for other entities of the
-/// process. Each function makes the one entity if need be, calls the operation of the same name and
+/// process. Each function makes the one entity if need be, calls its operation and
 /// returns its result: 0 on success, -1 on failure, or what the operation says. Nothing is checked,
-/// logged or caught here. Addresses are in host byte order; a flag taken as an int is on for any
-/// value but 0; records, buffers and texts stay the caller's.
+/// logged or caught here. Addresses are in host byte order (name servers in the callers' own); a
+/// flag taken as an int is on for any value but 0; records, buffers and texts stay the caller's.
 
 #pragma GCC visibility push(default)
 extern "C" {

@@ -2,33 +2,27 @@
 
 #include <syslog.h>
 
-#include <cstdarg>
-
-namespace {
-
-/// The system log's level of failures.
-constexpr int failureLevel = LOG_ERR;
-
-}  // namespace
-
 // The system log is never opened here: facility and identity are those of the hosting process.
 
-void Network::networkBleSyslog(int level, const char* format, ...) const {
-    if (severity < level) {
-        return;
-    }
+void Network::networkBleSyslog(int level, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    vsyslog(level, format, arguments);
+    writeSyslog(level, format, arguments);
     va_end(arguments);
 }
 
-bool Network::reportIf(bool failure, const char* format, ...) const {
-    if (failure && severity >= failureLevel) {
+bool Network::reportIf(bool failure, const char* format, ...) {
+    if (failure) {
         std::va_list arguments;
         va_start(arguments, format);
-        vsyslog(failureLevel, format, arguments);
+        writeSyslog(LOG_ERR, format, arguments);
         va_end(arguments);
     }
     return failure;
+}
+
+void Network::writeSyslog(int level, const char* format, std::va_list arguments) {
+    if (severity >= level) {
+        vsyslog(level, format, arguments);
+    }
 }

@@ -5,8 +5,7 @@
 #include "network/boundedCopy.h"
 #include "varo/varoLib.h"
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
 
 namespace {
 

@@ -15,7 +15,8 @@ readonly boardStartLimit=20
 readonly boardEndLimit=15
 readonly commandEndLimit=5
 
-# All messages go to standard error: standard output belongs to the command. Nobody has to read them.
+# All messages go to standard error: standard output belongs to the command. Nobody has to read
+# them.
 say() {
     printf 'box: %s\n' "$*" >&2 2>/dev/null || true
 }

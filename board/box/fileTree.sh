@@ -65,8 +65,8 @@ refuseHiddenLinks() {
     done < <(find "$tree" -mindepth 1 -type d)
 }
 
-# Makes $newRoot/PATH a private copy of the machine's directory PATH. The copy is an overlay: what is
-# written goes to memory, and tree/ is there from the start.
+# Makes $newRoot/PATH a private copy of the machine's directory PATH. The copy is an overlay: what
+# is written goes to memory, and tree/ is there from the start.
 layer() {
     local path=$1
     mkdir -p "$newRoot$path"
@@ -156,8 +156,8 @@ copyTopOfTree() {
     done
 }
 
-# File systems mounted below a private directory (a /var/lib of its own, say) get layers of their own;
-# an overlay sees only the directories that they are mounted on.
+# File systems mounted below a private directory (a /var/lib of its own, say) get layers of their
+# own; an overlay sees only the directories that they are mounted on.
 mountedBelow() {
     local point type
     while read -r point type; do
@@ -218,8 +218,8 @@ kernelDirectories() {
     ln -s /proc/self/fd/2 "$newRoot/dev/stderr"
 }
 
-# The machine's terminals, the caller's among them. Their multiplexer looks for them beside itself, so
-# it cannot be bound; a user namespace cannot make one and gets terminals of its own.
+# The machine's terminals, the caller's among them. Their multiplexer looks for them beside itself,
+# so it cannot be bound; a user namespace cannot make one and gets terminals of its own.
 terminals() {
     if mknod -m 666 "$newRoot/dev/ptmx" c 5 2 2>/dev/null; then
         mount --rbind /dev/pts "$newRoot/dev/pts"
@@ -234,7 +234,8 @@ terminals() {
 callersDirectories() {
     local path
     for path in "$@"; do
-        if [[ -e $path ]] && { isPrivate "$path" || [[ $path == /run/* || $path == /dev/shm/* ]]; }; then
+        if [[ ! -e $path ]]; then continue; fi
+        if isPrivate "$path" || [[ $path == /run/* || $path == /dev/shm/* ]]; then
             share "$path"
         fi
     done

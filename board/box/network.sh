@@ -1,8 +1,8 @@
 # The box's interfaces and its management LAN. Sourced by the box's first process.
 # shellcheck shell=bash
 
-# mng0 and ont0 are one end each of a cable; the other ends stand in a namespace of their own, where a
-# host can be played: ip netns exec lan COMMAND.
+# mng0 and ont0 are one end each of a cable; the other ends stand in a namespace of their own, where
+# a host can be played: ip netns exec lan COMMAND.
 layCables() {
     ip link set lo up
     ip netns add lan

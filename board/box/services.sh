@@ -1,6 +1,6 @@
 # The port mapper and the board inside the box. Sourced by the box's first process.
 # shellcheck shell=bash
-# shellcheck disable=SC2154,SC2034  # state, build, lock, stopping and the board's variables are shared with inside
+# shellcheck disable=SC2154,SC2034  # state, build, lock and the like are shared with inside
 
 # Services run in sessions of their own, so that Ctrl-C at the terminal reaches the command alone.
 # Background jobs ignore SIGINT; a service starts with the default. Sets servicePid.

@@ -245,11 +245,12 @@ std::string argumentUsage(const Procedure& procedure) {
 }
 
 int refusal(const Procedure& procedure, const Json& result) {
-    if (procedure.name.starts_with("is_"))
-        return 0;
     for (const Json& field : procedure.describeResult()) {
-        if (field["type"] == "status")
-            return result[field["name"].get<std::string>()].get<int>();
+        if (field["type"] != "status")
+            continue;
+        const int outcome = result[field["name"].get<std::string>()].get<int>();
+        const bool answer = procedure.name.starts_with("is_") && outcome > 0;
+        return answer ? 0 : outcome;
     }
     return 0;
 }

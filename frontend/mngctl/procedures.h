@@ -33,8 +33,8 @@ Json argumentFromWords(const Procedure& procedure, std::span<const std::string> 
 /// How the argument is written on the command line, such as "primary:IPv4 secondary:IPv4".
 std::string argumentUsage(const Procedure& procedure);
 
-/// The outcome if it says that the board did not do what was asked, else 0. The answer of a
-/// question (is_...) is no outcome.
+/// The outcome if it says that the board did not do what was asked, else 0. What a question
+/// (is_...) answers above 0 is no refusal.
 int refusal(const Procedure& procedure, const Json& result);
 
 }  // namespace mngctl

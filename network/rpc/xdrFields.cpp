@@ -110,11 +110,12 @@ bool_t xdrText(XDR* xdrs, char*& text) {
     if (xdrs->x_op == XDR_ENCODE && text == nullptr) {
         return FALSE;
     }
+    const bool isCallers = holdsText(text);
     const bool_t done = xdr_string(xdrs, &text, UINT_MAX);
     if (xdrs->x_op != XDR_DECODE) {
         return done;
     }
-    if (!done) {
+    if (!done && !isCallers) {
         release(text);
     }
     // The length 2^32-1 leaves no room for a terminator; a library that lets it pass allocates no

@@ -2,6 +2,7 @@
 
 #include "network/rpc/xdr.h"
 
+#include <array>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -116,6 +117,14 @@ bool_t xdrField(XDR* xdrs, Run<Units...> field) {
         field.units);
 }
 
+/// Whether a field is a text that is there before it is decoded: the caller's own.
+template <class Field>
+bool holdsText(const Field&) {
+    return false;
+}
+
+inline bool holdsText(char* const& text) { return text != nullptr; }
+
 /// Gives back what a field's decoder allocated.
 template <class Field>
 void release(Field&) {}
@@ -125,13 +134,15 @@ inline void release(char*& text) {
     text = nullptr;
 }
 
-/// Runs a filter. A record is cleared before it is decoded into. No free pass follows a decoder
-/// that failed, so it releases the texts that it had decoded by then.
+/// Runs a filter. No free pass follows a decoder that failed, so it releases the texts that it had
+/// allocated by then.
 template <class... Fields>
 bool_t xdrFields(XDR* xdrs, Fields&&... fields) {
+    const std::array<bool, sizeof...(Fields)> isCallers{holdsText(fields)...};
     const bool done = (xdrField(xdrs, fields) && ...);
     if (!done && xdrs->x_op == XDR_DECODE) {
-        (release(fields), ...);
+        std::size_t field = 0;
+        ((isCallers[field++] ? void() : release(fields)), ...);
     }
     return done ? TRUE : FALSE;
 }

@@ -8,8 +8,6 @@
 namespace mngctl::test {
 namespace {
 
-using testing::ElementsAre;
-
 TEST(Procedures, AreAllThoseOfTheTableAndTheNullProcedure) {
     EXPECT_EQ(procedures().size(), 84U);
     EXPECT_TRUE(std::ranges::is_sorted(procedures(), {}, &Procedure::number));
@@ -210,6 +208,7 @@ TEST(Procedures, KnowARefusalFromAnAnswer) {
     EXPECT_EQ(refusal(findProcedure("set_ip"), Json{{"result", -1}}), -1);
     EXPECT_EQ(refusal(findProcedure("ftp_enable"), Json{{"result", 5}}), 5);
     EXPECT_EQ(refusal(findProcedure("is_ftp_enabled"), Json{{"result", 1}}), 0);
+    EXPECT_EQ(refusal(findProcedure("is_ftp_enabled"), Json{{"result", -1}}), -1);
     EXPECT_EQ(refusal(findProcedure("get_telnet"), Json{{"result", true}}), 0);
     // The first field of this record tells where the values come from.
     EXPECT_EQ(refusal(findProcedure("get_dns_serversws"), Json{{"result", 2}}), 0);

@@ -55,6 +55,7 @@ void enter(pid_t process, const char* kind) {
 
 std::vector<char*> pointers(std::vector<std::string>& words) {
     std::vector<char*> list;
+    list.reserve(words.size() + 1);
     for (std::string& word : words)
         list.push_back(word.data());
     list.push_back(nullptr);
@@ -133,7 +134,7 @@ std::string CannedBoard::readLine() {
     for (;;) {
         const std::size_t end = buffered.find('\n');
         if (end != std::string::npos) {
-            const std::string line = buffered.substr(0, end);
+            std::string line = buffered.substr(0, end);
             buffered.erase(0, end + 1);
             return line;
         }

@@ -16,6 +16,7 @@ Terminal::Terminal(const std::vector<std::string>& words,
     std::vector<std::string> command{MNGCTL};
     command.insert(command.end(), words.begin(), words.end());
     std::vector<char*> pointers;
+    pointers.reserve(command.size() + 1);
     for (std::string& word : command)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);
@@ -67,7 +68,7 @@ std::string Terminal::waitFor(const std::string& text) {
     for (;;) {
         const std::size_t found = seen.find(text);
         if (found != std::string::npos) {
-            const std::string part = seen.substr(0, found + text.size());
+            std::string part = seen.substr(0, found + text.size());
             seen.erase(0, part.size());
             return part;
         }

@@ -168,7 +168,7 @@ std::filesystem::path historyFile() {
         return std::filesystem::path(value == nullptr ? "" : value);
     };
     std::filesystem::path state = variable("XDG_STATE_HOME");
-    // A relative path is to be ignored (XDG Base Directory Specification).
+    // A relative path is to be ignored (XDG base directories).
     if (!state.is_absolute()) {
         if (!variable("HOME").is_absolute())
             return {};

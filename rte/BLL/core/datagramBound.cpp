@@ -2,8 +2,10 @@
 
 #include <sys/socket.h>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <type_traits>
 
@@ -17,6 +19,10 @@ struct BoundedTransport {
     const Operations* original;
     std::size_t datagramSize;
 };
+
+/// Bounds nothing: stands for a datagram that could not be looked at.
+constexpr std::size_t unknownSize = std::numeric_limits<std::size_t>::max();
+
 static_assert(std::is_standard_layout_v<BoundedTransport>);
 
 BoundedTransport& boundedOf(SVCXPRT* transport) {
@@ -49,7 +55,7 @@ bool_t receive(SVCXPRT* transport, rpc_msg* message) {
     std::byte nothing{};
     const ssize_t size =
         recv(transport->xp_fd, &nothing, sizeof nothing, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
-    bounded.datagramSize = size > 0 ? static_cast<std::size_t>(size) : 0;
+    bounded.datagramSize = size >= 0 ? static_cast<std::size_t>(size) : unknownSize;
     return bounded.original->xp_recv(transport, message);
 }
 
@@ -73,6 +79,7 @@ void boundArgumentsToDatagram(SVCXPRT* transport) {
     bounded->operations.xp_recv = receive;
     bounded->operations.xp_getargs = getArguments;
     bounded->operations.xp_destroy = destroy;
-    // From here on the transport owns it.
-    transport->xp_ops = &bounded.release()->operations;
+    // From here on the transport owns it. The loop may be using the transport already.
+    std::atomic_ref(transport->xp_ops)
+        .store(&bounded.release()->operations, std::memory_order_release);
 }

@@ -86,7 +86,8 @@ public:
             return;
         }
         if (listen(descriptor, 128) != 0) {
-            reportErrno("set TCP socket for RPC service", " to listen mode");
+            const int error = errno;
+            reportErrno(error, "set TCP socket for RPC service", " to listen mode");
             return;
         }
         SVCXPRT* const transport = svctcp_create(descriptor, 0, 0);
@@ -105,7 +106,8 @@ private:
     int boundSocket(const std::string& transport, int type, int protocol) const {
         const int descriptor = socket(AF_INET, type, protocol);
         if (descriptor == -1) {
-            reportErrno("create " + transport + " socket for RPC service", "");
+            const int error = errno;
+            reportErrno(error, "create " + transport + " socket for RPC service", "");
             return -1;
         }
         sockaddr_in address{};
@@ -113,15 +115,15 @@ private:
         address.sin_port = 0;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         if (bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == -1) {
-            reportErrno("bind " + transport + " socket for RPC service", "");
+            const int error = errno;
+            reportErrno(error, "bind " + transport + " socket for RPC service", "");
             return -1;
         }
         return descriptor;
     }
 
-    void reportErrno(const std::string& what, const std::string& suffix,
+    void reportErrno(int error, const std::string& what, const std::string& suffix,
                      const char* file = __builtin_FILE(), int line = __builtin_LINE()) const {
-        const int error = errno;
         report(what, suffix + " (" + std::to_string(error) + " - " + std::strerror(error) + ")",
                file, line);
     }

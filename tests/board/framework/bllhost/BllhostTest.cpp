@@ -14,7 +14,6 @@
 
 #include "../files.h"
 #include "ControlClient.h"
-#include "PrivateNamespaces.h"
 #include "Process.h"
 #include "mappers.h"
 
@@ -32,9 +31,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 namespace {
-
-const testing::Environment* const environment =
-    testing::AddGlobalTestEnvironment(new test::PrivateNamespaces);
 
 class BllhostTest : public testing::Test {
 protected:

@@ -90,20 +90,33 @@ TEST_F(Arguments, WithTextsLeaveNoMemoryBehindWhenTheyAreServed) {
     });
 }
 
-// A length that no memory holds, or that no text follows.
+// A length that leaves no room for the terminator, or that the text does not have.
 TEST_F(Arguments, WithTextsOfALengthThatIsNoneAreRefused) {
     for (const ProcedureCall& call : callsWith(hasText)) {
         Units units = call.argument.units();
         // The first text's length is the first unit but for the zone, whose offset goes before.
         const std::size_t place = call.number == 65 ? 1 : 0;
-        for (const std::uint32_t length : {0xffffffffU, 0xfffffffeU, 0xfffffffcU, 0x80000000U,
-                                           0x7fffffffU, 0x10000000U, 10000U}) {
+        for (const std::uint32_t length : {0xffffffffU, 10000U}) {
             SCOPED_TRACE(testing::PrintToString(call) + " of " + std::to_string(length));
             units[place] = length;
-            testing::internal::CaptureStderr();  // the RPC library may say that it lacks the memory
             expectRefusal(call.number, toBytes(units));
-            testing::internal::GetCapturedStderr();
         }
+    }
+}
+
+// The RPC library may say that it lacks the memory. A sanitizer takes long to hand it out.
+#ifdef SANITIZED
+constexpr std::uint32_t largeLengths[] = {0x7fffffff};
+#else
+constexpr std::uint32_t largeLengths[] = {0xfffffffe, 0x80000000, 0x7fffffff};
+#endif
+
+TEST_F(Arguments, WithTextsAsLargeAsTheMachinesMemoryAreRefused) {
+    for (const std::uint32_t length : largeLengths) {
+        SCOPED_TRACE(length);
+        testing::internal::CaptureStderr();
+        expectRefusal(14, toBytes({length, 0x61626364}));
+        testing::internal::GetCapturedStderr();
     }
 }
 

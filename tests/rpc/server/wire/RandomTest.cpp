@@ -11,10 +11,13 @@ namespace {
 
 using Transport = Client::Transport;
 
+// A sanitizer takes long, most of all to hand out the memory that the length of a text asks for.
 #ifdef SANITIZED
 constexpr int rounds = 300;
+constexpr std::uint32_t highest = 0xfffff;
 #else
 constexpr int rounds = 3000;
+constexpr std::uint32_t highest = 0xffffffff;
 #endif
 
 std::vector<char> operator+(std::vector<char> left, const std::vector<char>& right) {
@@ -40,15 +43,20 @@ public:
         return std::uniform_int_distribution<std::uint32_t>(0, limit - 1)(generator);
     }
 
-    std::vector<char> bytes(std::size_t most) {
-        std::vector<char> made(below(static_cast<std::uint32_t>(most) + 1));
-        std::ranges::generate(made, [this] { return static_cast<char>(generator()); });
+    std::uint32_t number() {
+        return std::uniform_int_distribution<std::uint32_t>(0, highest)(generator);
+    }
+
+    std::vector<char> bytes(std::uint32_t most) {
+        const std::uint32_t size = below(most + 1);
+        Units units(size / 4 + 1);
+        std::ranges::generate(units, [this] { return number(); });
+        std::vector<char> made = toBytes(units);
+        made.resize(size);
         return made;
     }
 
-    std::uint32_t procedure() {
-        return below(20) == 0 ? static_cast<std::uint32_t>(generator()) : below(110);
-    }
+    std::uint32_t procedure() { return below(20) == 0 ? number() : below(110); }
 
     /// A body for a procedure's argument: noise, small numbers, which may be lengths of texts, or
     /// the argument with a few units spoilt.
@@ -71,7 +79,7 @@ public:
     Units spoilt(Units units) {
         for (std::uint32_t count = below(4); count > 0 && !units.empty(); --count) {
             std::uint32_t& unit = units[below(static_cast<std::uint32_t>(units.size()))];
-            unit = below(2) == 0 ? static_cast<std::uint32_t>(generator()) : below(300);
+            unit = below(2) == 0 ? number() : below(300);
         }
         if (below(4) == 0) {
             units.resize(below(static_cast<std::uint32_t>(units.size()) + 1));
