@@ -50,8 +50,8 @@ TEST(Domain, IsClearedForOneFamilyOrBoth) {
 std::string longName(std::size_t size) {
     std::string name;
     while (name.size() + 50 < size)
-        name += std::string(49, 'a') + ".";
-    return name + std::string(size - name.size(), 'b');
+        name.append(49, 'a').push_back('.');
+    return name.append(size - name.size(), 'b');
 }
 
 TEST(Domain, WarnsOfWhatIsNotShown) {
