@@ -3,6 +3,7 @@
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
 #include "framework/Log.h"
+#include "framework/sysInfo.h"
 #include "network/rpc/program.h"
 #include "platform/zubridge.h"
 #include "varo/varoLib.h"
@@ -29,8 +30,14 @@ std::int16_t parseSeverity(const std::string& text) {
     return static_cast<std::int16_t>(std::strtol(text.c_str(), nullptr, 10));
 }
 
-/// Subscribing and unsubscribing take the same function object. The event's fourth argument, the
-/// sender, is not of interest here.
+// Subscribing and unsubscribing take the same function object.
+
+auto shelfIdHandler(Network* network) {
+    using namespace boost::placeholders;
+    return boost::bind(&Network::onShelfIdVlanChange, network, _1);
+}
+
+/// The event's fourth argument, the sender, is not of interest here.
 auto externalMessageHandler(Network* network) {
     using namespace boost::placeholders;
     return boost::bind(&Network::externalMessage, network, _1, _2, _3);
@@ -45,6 +52,12 @@ Network::Network()
       acl("br0", "acl"),
       mngVlanId(0),
       boardPos(0),
+      aclName{},
+      ruleIds{},
+      defaultRuleId(0),
+      ruleIdx(0),
+      aclInitialized(0),
+      aclAssigned(0),
       webServerOn(false),
       lockErrorMsg("Network BLE: Lock cant be obtained.\n"),
       pollThread(0),
@@ -57,6 +70,8 @@ Network::~Network() { varoLibDestroy(); }
 
 void Network::networkBleInit() {
     mngVlanId = 1;
+    getIpmiBoardPos(&boardPos);
+    networkRAClear();
     varoLibInit();
     severity = defaultSeverity;
     varoLib_s_internalConfig config{};
@@ -74,6 +89,8 @@ int Network::start() {
     if (!started) {
         return started;
     }
+    reportIf(!initNetworkAcl(), "[networkBLE]: start: initNetworkAcl has failed!\n");
+    singleton<sysInfo>::instance().shelfIdChanged().subscribePost(shelfIdHandler(this));
     singleton<BLLManager>::instance().externalMessage().subscribePost(externalMessageHandler(this));
     if (pthread_create(&pollThread, nullptr, PollThread, this) != 0) {
         pollThread = 0;  // the handle is undefined after a failure, and stop() must not join it
@@ -88,6 +105,9 @@ int Network::stop() {
         pollThread = 0;
     }
     rpcProxy.stop(false);
+    // Callers know this message by these words.
+    reportIf(!destroyNetworkAcl(), "[networkBLE]: start: destroyNetworkAcl has failed!\n");
+    singleton<sysInfo>::instance().shelfIdChanged().unsubscribePost(shelfIdHandler(this));
     singleton<BLLManager>::instance().externalMessage().unsubscribePost(
         externalMessageHandler(this));
     return 1;

@@ -236,6 +236,13 @@ public:
     void externalMessage(const std::string& name, const std::string& value,
                          std::ostringstream* reply);
 
+    /// Handler of the shelf's change of identity, which the circuit id carries.
+    void onShelfIdVlanChange(const std::string& shelfId);
+
+    /// Writes option 82 anew if it is on, by the given record or else by the one in force. The
+    /// caller holds the lock. The name is as callers know it.
+    void dhcpCehckBeforeSetOption82(varoLib_s_dhcp* dhcp);
+
     /// Writes to the system log when the threshold is at least the level (syslog(3) priorities).
     void networkBleSyslog(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
@@ -253,6 +260,38 @@ private:
 
     /// Start-up work at the end of construction.
     void networkBleInit();
+
+    // IPv4. Steps of the operations; the callers hold the lock.
+    /// Fills an interface record for the management port; false when the registry does not know it.
+    bool getIntf(unsigned int ipAddr, unsigned int netmask, varoLib_s_interface* interface);
+    /// Cuts a mask to its leading run of ones, complemented on demand. Always true.
+    bool correctNetmask(unsigned int* mask, bool negate);
+    /// Position of the board in the shelf, 0 when it is not known.
+    void getIpmiBoardPos(unsigned int* position);
+    int switchDhcp(bool on, const char* operation);
+    void detachAddress(unsigned int ipAddr, unsigned int netmask);
+    bool attachAddress(unsigned int ipAddr, unsigned int netmask);
+    void fillDhcp(NetworkInfo& info);
+    void fillAddress(NetworkInfo& info);
+
+    // Management VLAN. Steps of the move, under its lock.
+    bool ensureVlan(unsigned int vlanId);
+    bool moveManagementPort(unsigned int vlanId);
+
+    // The remote-access list in the bridge. The callers hold the lock, or start or stop the entity.
+    /// Creates the list and its catch-all; not bound to the port yet.
+    bool initNetworkAcl();
+    bool destroyNetworkAcl();
+    /// Binds the list to the management port, and takes it off.
+    bool assignNetworkAcl();
+    bool deassignNetworkAcl();
+    /// Forgets the rules, without touching the bridge.
+    void networkRAClear();
+    bool createUserRule(bool permit, unsigned int index, unsigned int& ruleId);
+    void rememberRule(unsigned int ruleId, unsigned int index);
+    int removeAllRules();
+    int removeRuleAt(unsigned int index);
+    bool removeFromBridge(unsigned int ruleId);
 
     /// Watches the management interface until the poll flag says stop.
     int Poll();
@@ -284,6 +323,12 @@ private:
     ACLContainer_t acl;              ///< held for the entity's lifetime; not used
     std::uint32_t mngVlanId;
     std::uint32_t boardPos;
+    char aclName[41];              ///< "RA_" and the Linux name of the management port
+    std::uint32_t ruleIds[200];    ///< in list order; unused slots 0
+    std::uint32_t defaultRuleId;   ///< the catch-all behind all rules
+    std::uint32_t ruleIdx;         ///< number of rules
+    std::uint32_t aclInitialized;  ///< the list and its catch-all exist
+    std::uint32_t aclAssigned;     ///< the list is bound to the port
     bool webServerOn;
     std::string lockErrorMsg;
     pthread_t pollThread;

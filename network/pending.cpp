@@ -11,26 +11,6 @@ constexpr auto notBuilt = [] { return -1; };
 
 int Network::applyDefaultSettings() { return notBuilt(); }
 
-int Network::setIp(unsigned int, unsigned int) { return withExclusiveLock(notBuilt); }
-int Network::setVlan(unsigned int) { return withExclusiveLock(notBuilt); }
-int Network::setDefVlanMode(unsigned int, unsigned int) { return withExclusiveLock(notBuilt); }
-int Network::getNetworkInfo(NetworkInfo*) { return withSharedLock(notBuilt); }
-int Network::getNetworkInfoIpv6(NetworkInfoIpv6*) { return withSharedLock(notBuilt); }
-int Network::setGateway(unsigned int) { return withExclusiveLock(notBuilt); }
-int Network::getGateway(unsigned int*) { return withSharedLock(notBuilt); }
-int Network::setProtocol(bool) { return withExclusiveLock(notBuilt); }
-
-int Network::setVendor(bool, bool) { return withExclusiveLock(notBuilt); }
-int Network::setOption82(bool, bool) { return withExclusiveLock(notBuilt); }
-int Network::setCircuitId(varoLib_s_dhcp*) { return notBuilt(); }
-
-int Network::addRARule(unsigned int, unsigned int, bool, unsigned int) {
-    return withExclusiveLock(notBuilt);
-}
-int Network::removeRARule(unsigned int) { return withExclusiveLock(notBuilt); }
-int Network::iterateRules(unsigned int, RemoteAccessRule*) { return withSharedLock(notBuilt); }
-unsigned int Network::getAclIdx() { return static_cast<unsigned int>(withSharedLock(notBuilt)); }
-
 int Network::getSWData(char*, char*, char*, char*, char*, char*, char*, char*, char*) {
     return withSharedLock(notBuilt);
 }
@@ -90,15 +70,6 @@ int Network::snmpSystemChange(const char*, rpcSnmpSystemSelector) {
     return withSharedLock(notBuilt);
 }
 int Network::snmpSystemGet(rpcSnmpSystemConfig*) { return withSharedLock(notBuilt); }
-
-int Network::getIpv6Addr(char*, char*) { return withSharedLock(notBuilt); }
-int Network::setIpv6Addr(char*, unsigned int) { return withExclusiveLock(notBuilt); }
-int Network::setIpv6Gw(char*) { return withExclusiveLock(notBuilt); }
-int Network::removeIpv6Addr() { return withExclusiveLock(notBuilt); }
-int Network::removeIpv6Gw() { return withExclusiveLock(notBuilt); }
-int Network::getIPv6Proto(bool*) { return withSharedLock(notBuilt); }
-// The DHCPv6 switch, too, works under the shared lock.
-int Network::setIPv6Proto(bool) { return withSharedLock(notBuilt); }
 
 int Network::networkHttpServerSet(bool) { return withExclusiveLock(notBuilt); }
 int Network::networkHttpGet(bool&) const { return withSharedLock(notBuilt); }

@@ -13,7 +13,7 @@ std::unique_ptr<fake::Platform> platform;
 Environment::Environment() {
     platform = std::make_unique<fake::Platform>();
     const Interface loopback = interface();
-    platform->interfaces[loopback.name] = {loopback.address, loopback.netmask};
+    platform->addressing.interfaces[loopback.name] = {loopback.address, loopback.netmask};
 }
 
 Environment::~Environment() { platform.reset(); }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "fake/AccessLists.h"
+#include "fake/Addressing.h"
 #include "fake/FakeLock.h"
 #include "fake/Journal.h"
 #include "fake/Script.h"
+#include "fake/Switch.h"
 #include "varo/records.h"
 
 #include <rpc/rpc.h>
@@ -17,12 +20,6 @@
 #include <vector>
 
 namespace fake {
-
-/// An IPv4 address on an interface, host byte order.
-struct InterfaceAddress {
-    std::uint32_t address;
-    std::uint32_t netmask;
-};
 
 /// A thread that the product asked for.
 struct ThreadRequest {
@@ -85,7 +82,11 @@ public:
     /// What a failing read leaves behind in the caller's record.
     std::optional<varoLib_s_dns> dnsLeftByFailure;
     std::optional<varoLib_s_dns6> dns6LeftByFailure;
-    std::map<std::string, InterfaceAddress> interfaces;
+    Addressing addressing;
+
+    // State of the platform's services.
+    Switch shelf;
+    AccessLists accessLists;
 
     FakeLock lock;
     Journal journal;

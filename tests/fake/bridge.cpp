@@ -1,17 +1,73 @@
 // The bridge, as far as the product imports it.
 
 #include "fake/Platform.h"
-#include "fake/quoted.h"
+#include "fake/describe.h"
 #include "platform/zubridge.h"
 
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <utility>
+
+using fake::AccessLists;
 using fake::Platform;
 using fake::quoted;
 
 struct ACLContainer_t::Lists {
     std::string description;
 };
+
+namespace {
+
+constexpr int refused = 1;
+
+AccessLists::List* listNamed(const std::string& name) {
+    auto& lists = Platform::current().accessLists.lists;
+    const auto found = lists.find(name);
+    return found == lists.end() ? nullptr : &found->second;
+}
+
+auto placeOf(AccessLists::List& list, unsigned int ruleId) {
+    return std::ranges::find(list.rules, ruleId, &AccessLists::Rule::id);
+}
+
+/// 0 and what lies past the end mean the end.
+auto placeAt(AccessLists::List& list, unsigned int sequenceNumber) {
+    const bool isInside = sequenceNumber != 0 && sequenceNumber <= list.rules.size();
+    return isInside ? list.rules.begin() + (sequenceNumber - 1) : list.rules.end();
+}
+
+int refuse(const std::string& function, const std::string& arguments) {
+    Platform::current().journal.write(fmt::format("{}({}) -> {}", function, arguments, refused));
+    return refused;
+}
+
+/// A call on a list; it is refused when there is no such list.
+template <class Work>
+int onList(const char* function, const std::string& name, const std::string& arguments, Work work) {
+    AccessLists::List* const list = listNamed(name);
+    const std::string all = quoted(name) + (arguments.empty() ? "" : ", " + arguments);
+    if (list == nullptr) {
+        return refuse(function, all);
+    }
+    return Platform::current().call(function, all, [&] { return work(*list); });
+}
+
+/// A call on a rule of a list; it is refused when there is no such rule.
+template <class Work>
+int onRule(const char* function, const std::string& name, unsigned int ruleId,
+           const std::string& arguments, Work work) {
+    AccessLists::List* const list = listNamed(name);
+    const std::string all =
+        fmt::format("{}, {}{}", quoted(name), ruleId, arguments.empty() ? "" : ", " + arguments);
+    if (list == nullptr || placeOf(*list, ruleId) == list->rules.end()) {
+        return refuse(function, all);
+    }
+    return Platform::current().call(function, all,
+                                    [&] { return work(*list, placeOf(*list, ruleId)); });
+}
+
+}  // namespace
 
 ACLContainer_t::ACLContainer_t(const std::string& bridge, const std::string& kind)
     : lists(std::make_unique<Lists>(Lists{fmt::format("{}, {}", quoted(bridge), quoted(kind))})) {
@@ -22,6 +78,113 @@ ACLContainer_t::~ACLContainer_t() {
     Platform::current().journal.write(fmt::format("~ACLContainer_t({})", lists->description));
 }
 
+int ACLContainer_t::createACL(const std::string& name, aclType_t type) {
+    const std::string arguments = fmt::format("{}, {}", quoted(name), static_cast<int>(type));
+    if (listNamed(name) != nullptr) {
+        return refuse("createACL", arguments);
+    }
+    return Platform::current().call("createACL", arguments, [&] {
+        Platform::current().accessLists.lists[name] = {};
+        return std::string();
+    });
+}
+
+int ACLContainer_t::deleteACL(const std::string& name) {
+    return onList("deleteACL", name, "", [&](AccessLists::List&) {
+        Platform::current().accessLists.lists.erase(name);
+        return std::string();
+    });
+}
+
+int ACLContainer_t::createRule(const std::string& name, bool permit, unsigned int& ruleId,
+                               unsigned int sequenceNumber) {
+    return onList("createRule", name,
+                  fmt::format("{}, {}", permit ? "permit" : "deny", sequenceNumber),
+                  [&](AccessLists::List& list) {
+                      ruleId = Platform::current().accessLists.nextId++;
+                      list.rules.insert(placeAt(list, sequenceNumber), {ruleId, permit, {}});
+                      return std::to_string(ruleId);
+                  });
+}
+
+int ACLContainer_t::delRuleById(const std::string& name, unsigned int ruleId) {
+    return onRule("delRuleById", name, ruleId, "", [](AccessLists::List& list, auto rule) {
+        list.rules.erase(rule);
+        return std::string();
+    });
+}
+
+int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
+                                 const zubridge_acl_condition& condition) {
+    return onRule("addCondition", name, ruleId, fake::describe(condition),
+                  [&](AccessLists::List&, auto rule) {
+                      rule->conditions.push_back(condition);
+                      return std::string();
+                  });
+}
+
+int ACLContainer_t::delCondition(const std::string& name, unsigned int ruleId,
+                                 unsigned int number) {
+    const AccessLists::List* const list = listNamed(name);
+    if (list != nullptr) {
+        const auto rule = std::ranges::find(list->rules, ruleId, &AccessLists::Rule::id);
+        if (rule != list->rules.end() && (number == 0 || number > rule->conditions.size())) {
+            return refuse("delCondition", fmt::format("{}, {}, {}", quoted(name), ruleId, number));
+        }
+    }
+    return onRule("delCondition", name, ruleId, std::to_string(number),
+                  [&](AccessLists::List&, auto rule) {
+                      rule->conditions.erase(rule->conditions.begin() + (number - 1));
+                      return std::string();
+                  });
+}
+
+int ACLContainer_t::changeRuleSequenceNumber(const std::string& name, unsigned int ruleId,
+                                             unsigned int sequenceNumber) {
+    return onRule("changeRuleSequenceNumber", name, ruleId, std::to_string(sequenceNumber),
+                  [&](AccessLists::List& list, auto rule) {
+                      const AccessLists::Rule moved = std::move(*rule);
+                      list.rules.erase(rule);
+                      list.rules.insert(placeAt(list, sequenceNumber), moved);
+                      return std::string();
+                  });
+}
+
+int ACLContainer_t::assignACL(const std::string& name, int portId, bool outgoing,
+                              unsigned int priority) {
+    const AccessLists::List* const list = listNamed(name);
+    const std::string arguments = fmt::format("{}, {}, {}", portId, outgoing, priority);
+    if (list != nullptr && list->port) {
+        return refuse("assignACL", quoted(name) + ", " + arguments);
+    }
+    return onList("assignACL", name, arguments, [&](AccessLists::List& found) {
+        found.port = portId;
+        return std::string();
+    });
+}
+
+int ACLContainer_t::deassignACL(const std::string& name, int portId, bool outgoing) {
+    const AccessLists::List* const list = listNamed(name);
+    const std::string arguments = fmt::format("{}, {}", portId, outgoing);
+    if (list != nullptr && list->port != portId) {
+        return refuse("deassignACL", quoted(name) + ", " + arguments);
+    }
+    return onList("deassignACL", name, arguments, [](AccessLists::List& found) {
+        found.port.reset();
+        return std::string();
+    });
+}
+
+int ACLContainer_t::getACLRule(const std::string& name, unsigned int ruleId,
+                               aclRule_t& rule) const {
+    return onRule("getACLRule", name, ruleId, "", [&](AccessLists::List& list, auto found) {
+        rule.sequenceNumber = static_cast<unsigned int>(found - list.rules.begin()) + 1;
+        rule.permit = found->permit;
+        rule.conditions = found->conditions;
+        return fmt::format("{} {}", rule.sequenceNumber, rule.permit ? "permit" : "deny");
+    });
+}
+
 zubridge::zubridge() : BLEntity("bridge"), acls("br0", "acl") {}
 zubridge::~zubridge() = default;
 void zubridge::applyConfiguration(boost::shared_ptr<Storage::Setting>) {}
@@ -30,5 +193,6 @@ int zubridge::start() { return 1; }
 int zubridge::applyDefaultSettings() { return 1; }
 int zubridge::stop() { return 1; }
 void zubridge::getDependencies(std::list<std::string>& names) { names.clear(); }
+ACLContainer_t& zubridge::aclContainer() { return acls; }
 
 template class singleton<zubridge>;

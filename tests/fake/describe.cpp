@@ -4,6 +4,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace fake {
@@ -14,6 +15,14 @@ namespace {
 template <std::size_t size>
 std::string text(const char (&field)[size]) {
     return quoted({field, strnlen(field, size)});
+}
+
+/// Bytes that are to be zero are not mentioned when they are.
+template <std::size_t size>
+std::string rest(const unsigned char (&bytes)[size]) {
+    const bool isClear =
+        std::all_of(bytes, bytes + size, [](unsigned char byte) { return byte == 0; });
+    return isClear ? "" : " reserved bytes set";
 }
 
 }  // namespace
@@ -40,6 +49,37 @@ std::string describe(const varoLib_s_dns6& dns) {
 std::string describe(const varoLib_s_interface& interface) {
     return fmt::format("{{{}/{} in network byte order}}", dotted(ntohl(interface.ipAddr)),
                        dotted(ntohl(interface.netmask)));
+}
+
+std::string describe(const varoLib_s_dhcp& dhcp) {
+    return fmt::format("{{selector={} dhcp={} vendor={} option82={} circuitId={}}}",
+                       dhcp.updateSelector, dhcp.dhcpEnabled, dhcp.vendorClassEnabled,
+                       dhcp.option82Enabled, text(dhcp.circuitId));
+}
+
+std::string describe(const varoLib_s_dhcp6& dhcp) {
+    return fmt::format("{{selector={} dhcp={}}}", dhcp.updateSelector, dhcp.dhcpEnabled);
+}
+
+std::string describe(const varoLib_s_route& route) {
+    return fmt::format("{{{} via {}{}}}", dotted(route.destination), dotted(route.gateway),
+                       rest(route.reserved));
+}
+
+std::string describe(const varoLib_s_ipv6& ipv6) {
+    return fmt::format("{{addr={} prefix={} list={} gw={}}}", text(ipv6.ipv6Addr), ipv6.prefixLen,
+                       text(ipv6.ipv6AddrList), text(ipv6.ipv6Gw));
+}
+
+std::string describe(const zubridge_acl_condition& condition) {
+    return fmt::format("{{{} {} {} {} {}}}", condition.kind, condition.selector, condition.flags,
+                       dotted(condition.address), dotted(condition.wildcard));
+}
+
+std::string describeRequest(const varoLib_s_interface& interface) {
+    return fmt::format("{{{}/{} {}{}{}}}", dotted(interface.ipAddr), dotted(interface.netmask),
+                       text(interface.name), interface.reserved == 0 ? "" : " reserved set",
+                       rest(interface.reserved2));
 }
 
 }  // namespace fake

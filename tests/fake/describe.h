@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fake/quoted.h"
+#include "platform/acl.h"
 #include "varo/records.h"
 
 #include <cstdint>
@@ -16,5 +17,13 @@ std::string describe(const varoLib_s_internalConfig& config);
 std::string describe(const varoLib_s_dns& dns);
 std::string describe(const varoLib_s_dns6& dns);
 std::string describe(const varoLib_s_interface& interface);
+std::string describe(const varoLib_s_dhcp& dhcp);
+std::string describe(const varoLib_s_dhcp6& dhcp);
+std::string describe(const varoLib_s_route& route);
+std::string describe(const varoLib_s_ipv6& ipv6);
+std::string describe(const zubridge_acl_condition& condition);
+
+/// An address to be attached or detached, host byte order.
+std::string describeRequest(const varoLib_s_interface& interface);
 
 }  // namespace fake

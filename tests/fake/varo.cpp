@@ -5,8 +5,6 @@
 #include "fake/Platform.h"
 #include "fake/describe.h"
 
-#include <netinet/in.h>
-
 #include <fmt/core.h>
 
 #include <cstring>
@@ -103,24 +101,6 @@ int varoUpdateInternalConfig(varoLib_s_internalConfig* config, std::int16_t seve
                              platform.internalConfig.severity = severity;
                              return std::string();
                          });
-}
-
-int varoGetInterface(varoLib_s_interface* interface) {
-    Platform& platform = Platform::current();
-    if (interface == nullptr || !isTerminated(interface->name)) {
-        return refused;
-    }
-    const auto found = platform.interfaces.find(interface->name);
-    if (found == platform.interfaces.end()) {
-        platform.journal.write(
-            fmt::format("varoGetInterface({}) -> {}", quoted(interface->name), refused));
-        return refused;
-    }
-    return platform.call("varoGetInterface", quoted(interface->name), [&] {
-        interface->ipAddr = htonl(found->second.address);
-        interface->netmask = htonl(found->second.netmask);
-        return describe(*interface);
-    });
 }
 
 int varoGetDnsWS(int* source, varoLib_s_dns* dns) {

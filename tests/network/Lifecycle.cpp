@@ -37,7 +37,9 @@ protected:
         };
     }
 
-    void setAddress(std::uint32_t address) { platform.interfaces["mng0"] = {address, mask}; }
+    void setAddress(std::uint32_t address) {
+        platform.addressing.interfaces["mng0"] = {address, mask};
+    }
 
     /// Handlers that write down what they are told.
     void subscribe(const std::string& name, bool answer) {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "varo/records.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace fake {
+
+/// An IPv4 address on an interface, host byte order.
+struct InterfaceAddress {
+    std::uint32_t address;
+    std::uint32_t netmask;
+};
+
+/// What the configuration library keeps of the management interface's addressing.
+struct Addressing {
+    std::uint32_t boardPosition = 5;
+    std::map<std::string, InterfaceAddress> interfaces;
+    std::map<std::string, std::array<unsigned char, 6>> macAddresses;
+    std::uint32_t defaultGateway = 0;
+    varoLib_s_dhcp dhcp{};
+    varoLib_s_ipv6 ipv6{};
+    varoLib_s_dhcp6 dhcp6{};
+};
+
+}  // namespace fake

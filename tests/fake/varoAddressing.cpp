@@ -1,0 +1,212 @@
+// The configuration library's calls for the addressing of the management interface, as far as the
+// product imports them.
+
+#include "fake/Platform.h"
+#include "fake/describe.h"
+#include "varo/varoLib.h"
+
+#include <netinet/in.h>
+
+#include <fmt/format.h>
+
+#include <cstring>
+
+using fake::describe;
+using fake::Platform;
+using fake::quoted;
+
+namespace {
+
+constexpr int refused = 1;
+
+int refuse(const std::string& function, const std::string& arguments) {
+    Platform::current().journal.write(fmt::format("{}({}) -> {}", function, arguments, refused));
+    return refused;
+}
+
+bool isTerminated(const auto& text) { return std::memchr(text, '\0', sizeof text) != nullptr; }
+
+/// A read of the one record of a group.
+template <class Record>
+int read(const char* function, const Record& state, Record* record) {
+    return Platform::current().call(function, "", [&] {
+        *record = state;
+        return describe(*record);
+    });
+}
+
+template <class Record>
+int update(const char* function, Record& state, const Record* record) {
+    return Platform::current().call(function, describe(*record), [&] {
+        state = *record;
+        return std::string();
+    });
+}
+
+/// A call without arguments and without a result but its status.
+template <class Work>
+int perform(const char* function, Work work) {
+    return Platform::current().call(function, "", [&] {
+        work();
+        return std::string();
+    });
+}
+
+}  // namespace
+
+int varoGetMyBoardPos(std::uint32_t* position) {
+    Platform& platform = Platform::current();
+    return platform.call("varoGetMyBoardPos", "", [&] {
+        *position = platform.addressing.boardPosition;
+        return std::to_string(*position);
+    });
+}
+
+int varoGetDhcp(varoLib_s_dhcp* dhcp) {
+    return read("varoGetDhcp", Platform::current().addressing.dhcp, dhcp);
+}
+
+int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
+    return update("varoUpdateDhcp", Platform::current().addressing.dhcp, dhcp);
+}
+
+int varoDhcpRetreatAlrServNotResponding() {
+    return perform("varoDhcpRetreatAlrServNotResponding", [] {});
+}
+
+int varoAttachIpToIntf(varoLib_s_interface* interface) {
+    auto& interfaces = Platform::current().addressing.interfaces;
+    const std::string arguments = fake::describeRequest(*interface);
+    if (!isTerminated(interface->name) || !interfaces.contains(interface->name)) {
+        return refuse("varoAttachIpToIntf", arguments);
+    }
+    return Platform::current().call("varoAttachIpToIntf", arguments, [&] {
+        interfaces[interface->name] = {interface->ipAddr, interface->netmask};
+        return std::string();
+    });
+}
+
+/// The kernel drops the default route with the address that it goes by.
+int varoDettachIpFromIntf(varoLib_s_interface* interface) {
+    auto& addressing = Platform::current().addressing;
+    const std::string arguments = fake::describeRequest(*interface);
+    const auto found = addressing.interfaces.find(interface->name);
+    if (found == addressing.interfaces.end() || found->second.address != interface->ipAddr) {
+        return refuse("varoDettachIpFromIntf", arguments);
+    }
+    return Platform::current().call("varoDettachIpFromIntf", arguments, [&] {
+        found->second = {0, 0};
+        addressing.defaultGateway = 0;
+        return std::string();
+    });
+}
+
+int varoGetInterface(varoLib_s_interface* interface) {
+    if (interface == nullptr || !isTerminated(interface->name)) {
+        return refused;
+    }
+    const auto& interfaces = Platform::current().addressing.interfaces;
+    const auto found = interfaces.find(interface->name);
+    if (found == interfaces.end()) {
+        return refuse("varoGetInterface", quoted(interface->name));
+    }
+    return Platform::current().call("varoGetInterface", quoted(interface->name), [&] {
+        interface->ipAddr = htonl(found->second.address);
+        interface->netmask = htonl(found->second.netmask);
+        return describe(*interface);
+    });
+}
+
+int varoGetIfcMAC(const char* name, unsigned char* mac) {
+    const auto& macAddresses = Platform::current().addressing.macAddresses;
+    const auto found = macAddresses.find(name);
+    if (found == macAddresses.end()) {
+        return refuse("varoGetIfcMAC", quoted(name));
+    }
+    return Platform::current().call("varoGetIfcMAC", quoted(name), [&] {
+        std::memcpy(mac, found->second.data(), found->second.size());
+        return fmt::format("{:02x}", fmt::join(found->second, ":"));
+    });
+}
+
+int varoAddRoute(varoLib_s_route* route) {
+    auto& gateway = Platform::current().addressing.defaultGateway;
+    if (route->destination != 0 || route->gateway == 0 || gateway != 0) {
+        return refuse("varoAddRoute", describe(*route));
+    }
+    return Platform::current().call("varoAddRoute", describe(*route), [&] {
+        gateway = route->gateway;
+        return std::string();
+    });
+}
+
+int varoDeleteRoute(varoLib_s_route* route) {
+    auto& gateway = Platform::current().addressing.defaultGateway;
+    if (route->destination != 0 || gateway == 0 || route->gateway != gateway) {
+        return refuse("varoDeleteRoute", describe(*route));
+    }
+    return Platform::current().call("varoDeleteRoute", describe(*route), [&] {
+        gateway = 0;
+        return std::string();
+    });
+}
+
+int varoGetRouteByDst(varoLib_s_route* route) {
+    const auto gateway = Platform::current().addressing.defaultGateway;
+    if (route->destination != 0 || gateway == 0) {
+        return refuse("varoGetRouteByDst", describe(*route));
+    }
+    return Platform::current().call("varoGetRouteByDst", describe(*route), [&] {
+        route->gateway = gateway;
+        return fake::dotted(gateway);
+    });
+}
+
+int varoSendSigToAcs(int signal) {
+    return Platform::current().call("varoSendSigToAcs", std::to_string(signal));
+}
+
+int varoGetIpv6(varoLib_s_ipv6* ipv6) {
+    return read("varoGetIpv6", Platform::current().addressing.ipv6, ipv6);
+}
+
+int varoSetIpv6Addr(varoLib_s_ipv6* ipv6) {
+    auto& state = Platform::current().addressing.ipv6;
+    return Platform::current().call("varoSetIpv6Addr", describe(*ipv6), [&] {
+        std::memcpy(state.ipv6Addr, ipv6->ipv6Addr, sizeof state.ipv6Addr);
+        state.prefixLen = ipv6->prefixLen;
+        const std::string list = fmt::format("{}/{}", state.ipv6Addr, state.prefixLen);
+        std::memcpy(state.ipv6AddrList, list.c_str(), list.size() + 1);
+        return std::string();
+    });
+}
+
+int varoSetIpv6Gw(varoLib_s_ipv6* ipv6) {
+    auto& state = Platform::current().addressing.ipv6;
+    return Platform::current().call("varoSetIpv6Gw", describe(*ipv6), [&] {
+        std::memcpy(state.ipv6Gw, ipv6->ipv6Gw, sizeof state.ipv6Gw);
+        return std::string();
+    });
+}
+
+int varoRemoveIpv6Addr() {
+    return perform("varoRemoveIpv6Addr", [] {
+        auto& state = Platform::current().addressing.ipv6;
+        state.ipv6Addr[0] = '\0';
+        state.prefixLen = 0;
+        state.ipv6AddrList[0] = '\0';
+    });
+}
+
+int varoRemoveIpv6Gw() {
+    return perform("varoRemoveIpv6Gw",
+                   [] { Platform::current().addressing.ipv6.ipv6Gw[0] = '\0'; });
+}
+
+int varoGetDhcp6(varoLib_s_dhcp6* dhcp) {
+    return read("varoGetDhcp6", Platform::current().addressing.dhcp6, dhcp);
+}
+
+int varoUpdateDhcp6(varoLib_s_dhcp6* dhcp) {
+    return update("varoUpdateDhcp6", Platform::current().addressing.dhcp6, dhcp);
+}
