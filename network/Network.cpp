@@ -5,6 +5,7 @@
 #include "framework/Log.h"
 #include "framework/sysInfo.h"
 #include "network/rpc/program.h"
+#include "network/webEvents.h"
 #include "platform/zubridge.h"
 #include "varo/varoLib.h"
 
@@ -71,6 +72,7 @@ Network::~Network() { varoLibDestroy(); }
 void Network::networkBleInit() {
     mngVlanId = 1;
     getIpmiBoardPos(&boardPos);
+    announceRestartCause();
     networkRAClear();
     varoLibInit();
     severity = defaultSeverity;

@@ -227,6 +227,25 @@ public:
     /// The single switch of the web server set.
     int networkHttpServerSet(bool on);
     int networkHttpGet(bool& on) const;
+    bool isHttpServerInstalled() const;
+    /// Returns 1 when the event server's directory is there, and 0 otherwise.
+    int createHassesServerDir() const;
+
+    // The web event channel.
+    int hassComm_init();
+    const char* hassComm_GetVersion();
+    /// Returns the result of pthread_create(3).
+    int hassComm_createThread();
+    static void* hassComm_Proc(void* self);
+    /// Calls the subscribers of the web event once per cycle of 100 seconds until it is asked to
+    /// end, which it notices after a cycle only.
+    int hassComm_receiveMsgLoop();
+    int hassComm_stop();
+    void hassComm_stopThread();
+    /// Opens the event server's counter. Always returns 0.
+    int semaf_init();
+    /// Whether the event server's counter is above 0; -1 while it is not open.
+    int semaf_checkHassesSem();
 
     /// Management interface of the integrated ONT.
     int setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int vlanId);

@@ -29,6 +29,8 @@ const std::string eventServerStart =
 const std::string eventServerStop = "killall hasses";
 const std::string eventServerDirectory = "/var/run/hasses";
 
+HassesComm_Msgq_cl HassesComm_Msgq_network;
+
 namespace {
 
 struct Loader {

@@ -71,8 +71,5 @@ int Network::snmpSystemChange(const char*, rpcSnmpSystemSelector) {
 }
 int Network::snmpSystemGet(rpcSnmpSystemConfig*) { return withSharedLock(notBuilt); }
 
-int Network::networkHttpServerSet(bool) { return withExclusiveLock(notBuilt); }
-int Network::networkHttpGet(bool&) const { return withSharedLock(notBuilt); }
-
 int Network::setOntMng(unsigned int, unsigned int, unsigned int) { return notBuilt(); }
 int Network::getOntMng(unsigned int*, unsigned int*, unsigned int*) { return notBuilt(); }
