@@ -15,8 +15,10 @@
 #include <cstdarg>
 #include <cstdint>
 #include <list>
+#include <mutex>
 #include <sstream>
 #include <string>
+#include <vector>
 
 /// The network entity: owns the configuration of the board's management network. Persistent values
 /// live in varoLib and in the platform services; the entity adds validation, the order of steps and
@@ -293,6 +295,46 @@ private:
     void fillDhcp(NetworkInfo& info);
     void fillAddress(NetworkInfo& info);
 
+    // Factory settings. Each group says whether all its calls succeeded.
+    template <class Record>
+    struct DefaultCall {
+        const char* name;
+        int (*call)(Record* record);
+    };
+    template <class Record>
+    struct DefaultSourceCall {
+        const char* name;
+        int (*call)(int source, Record* record);
+    };
+    bool isDefaultDone(const char* call, int status);
+    template <class Record>
+    bool defaultGroup(const DefaultCall<Record>& fill, const DefaultCall<Record>& update);
+    template <class Record>
+    bool defaultResolver(const DefaultSourceCall<Record>& fill,
+                         const DefaultSourceCall<Record>& update);
+    bool defaultTimeZone();
+    bool defaultTelnet();
+    bool defaultNtp();
+    int defaultAcs(bool& isDone);
+    void defaultWebServer(int statusOfGroupBefore);
+
+    // Software inventory.
+    /// Stores the first line, at most 99 characters, that a tool program or a pipeline prints; an
+    /// empty text when there is none. Mode 0 is a pipeline, 1 to 3 name the program's directory.
+    void parseSoftwareInfo(const std::string& command, int mode, char* out);
+    /// Fills the component lists, once in the life of the process.
+    void initVersComp();
+    int nextComponent(const std::vector<std::string>& lines, char* line, int* index);
+
+    /// How a changed time-zone record is written, and the call's name in messages.
+    struct TimeZoneUpdate {
+        int (*call)(varoLib_s_sntpTimeZone* zone);
+        const char* name;
+    };
+    /// Reads the time-zone record, changes it and writes it back.
+    template <class Change>
+    int changeTimeZone(const char* operation, const TimeZoneUpdate& update, Change change);
+
     // Management VLAN. Steps of the move, under its lock.
     bool ensureVlan(unsigned int vlanId);
     bool moveManagementPort(unsigned int vlanId);
@@ -354,4 +396,7 @@ private:
     Relaxed<bool> pollStop;                ///< the poll loop runs while it is false
     Relaxed<std::uint32_t> currentIpAddr;  ///< address of "mng0" seen last, host byte order
     WebEvent webEvent;
+    std::mutex componentsGuard;  ///< protects the two lists
+    std::vector<std::string> applicationLines;
+    std::vector<std::string> platformLines;
 };

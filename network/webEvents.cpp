@@ -5,6 +5,7 @@
 
 #include "network/Network.h"
 #include "network/library.h"
+#include "network/localTime.h"
 #include "network/relaxed.h"
 
 #include <fcntl.h>
@@ -46,9 +47,9 @@ std::string restartCause() {
 /// Local time, which its readers take for UTC.
 std::string eventTime() {
     char text[80] = {};
-    const std::time_t now = std::time(nullptr);
-    if (const std::tm* const local = std::localtime(&now)) {
-        std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", local);
+    std::tm local{};
+    if (toLocalTime(std::time(nullptr), local)) {
+        std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &local);
     }
     return text;
 }

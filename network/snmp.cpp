@@ -1,0 +1,142 @@
+// Settings of the SNMP agent: trap managers, communities, system texts. Changes, too, take the
+// shared lock: to serialise them is varoLib's business. Nothing is logged here.
+
+#include "framework/relayAgents.h"
+#include "network/Network.h"
+#include "network/boundedCopy.h"
+#include "varo/varoLib.h"
+
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+#include <string>
+
+namespace {
+
+int failedUnlessZero(int status) { return status != 0 ? -1 : 0; }
+
+/// Copies a text into a field that is cleared, of at least its size.
+template <std::size_t fieldSize, std::size_t textSize>
+void copyText(char (&field)[fieldSize], const char (&text)[textSize]) {
+    copyBounded(field, text, (fieldSize < textSize ? fieldSize : textSize) - 1);
+}
+
+template <std::size_t size>
+rpcSnmpCommunityAccess accessOf(const char (&text)[size]) {
+    if (text[0] == '\0') {
+        return rpcSnmpCommunityNone;
+    }
+    return std::strncmp(text, "ro", size) == 0 ? rpcSnmpCommunityReadOnly
+                                               : rpcSnmpCommunityReadWrite;
+}
+
+/// The relay agents identify the node by the same texts; the DHCP relay agent is told first.
+template <class Agent>
+void tell(const std::string& text, rpcSnmpSystemSelector selector) {
+    Agent& agent = singleton<Agent>::instance();
+    switch (selector) {
+        case rpcSnmpSystemContact:
+            agent.setSystemContact(text);
+            break;
+        case rpcSnmpSystemLocation:
+            agent.setSystemLocation(text);
+            break;
+        case rpcSnmpSystemName:
+            agent.setSystemName(text);
+            break;
+    }
+}
+
+bool isKnown(rpcSnmpSystemSelector selector) {
+    return selector == rpcSnmpSystemContact || selector == rpcSnmpSystemLocation ||
+           selector == rpcSnmpSystemName;
+}
+
+}  // namespace
+
+int Network::snmptrapAdd(const char* community, unsigned int ipAddress, bool add) {
+    return withSharedLock([&] {
+        return failedUnlessZero(add ? varoAddSubag(community, ipAddress)
+                                    : varoDeleteSubag(community, ipAddress));
+    });
+}
+
+int Network::snmptrapChange(const char* community, unsigned int oldAddress,
+                            unsigned int newAddress) {
+    return withSharedLock([&] {
+        return failedUnlessZero(varoChangeSubag(community, oldAddress, community, newAddress));
+    });
+}
+
+int Network::snmptrapPort(unsigned int port) {
+    return withSharedLock([&] { return failedUnlessZero(varoChangePortSubag(port)); });
+}
+
+int Network::getSnmptrapConfig(rpcSnmpTrapConfig* config) {
+    return withSharedLock([&] {
+        varoLib_s_subag agent{};
+        if (varoGetSubag(&agent) != 0) {
+            return -1;
+        }
+        *config = {};
+        for (std::size_t index = 0; index < std::size(config->managers); ++index) {
+            config->managers[index].ipAddress = agent.managers[index].ipAddress;
+            copyText(config->managers[index].community, agent.managers[index].community);
+        }
+        config->port = agent.port;
+        return 0;
+    });
+}
+
+int Network::snmpCommunityAdd(const char* name, rpcSnmpCommunityAccess access, bool add) {
+    return withSharedLock([&] {
+        return failedUnlessZero(add ? varoAddSnmpCommunity(name, access)
+                                    : varoDeleteSnmpCommunity(name, access));
+    });
+}
+
+int Network::snmpCommunityChange(const char* name, rpcSnmpCommunityAccess access) {
+    return withSharedLock([&] { return failedUnlessZero(varoChangeSnmpCommunity(name, access)); });
+}
+
+int Network::snmpCommunityGet(rpcSnmpCommunityConfig* config) {
+    return withSharedLock([&] {
+        varoLib_s_snmpCommunity read{};
+        if (varoGetSnmpCommunity(&read) != 0) {
+            return -1;
+        }
+        *config = {};
+        for (std::size_t index = 0; index < std::size(config->communities); ++index) {
+            copyText(config->communities[index].name, read.communities[index].name);
+            config->communities[index].access = accessOf(read.communities[index].access);
+        }
+        return 0;
+    });
+}
+
+int Network::snmpSystemChange(const char* text, rpcSnmpSystemSelector selector) {
+    return withSharedLock([&] {
+        if (varoChangeSnmpSystem(text, selector) != 0) {
+            return -1;
+        }
+        if (isKnown(selector)) {
+            tell<dhcpra>(text, selector);
+            tell<pppoeia>(text, selector);
+        }
+        return 0;
+    });
+}
+
+int Network::snmpSystemGet(rpcSnmpSystemConfig* config) {
+    return withSharedLock([&] {
+        varoLib_s_snmpSystem system{};
+        if (varoGetSnmpSystem(&system) != 0) {
+            return -1;
+        }
+        *config = {};
+        copyText(config->contact, system.contact);
+        copyText(config->location, system.location);
+        copyText(config->name, system.name);
+        return 0;
+    });
+}
