@@ -13,6 +13,8 @@ void BLLManager::registerThread(const std::string& name) {
     board::framework().threads.nameThisThread(name);
 }
 
+// The text is taken by value, as the entities of the process were built to hand it over.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool BLLManager::isFeatureSupported(std::string feature) const {
     return board::framework().settings.hasFeature(feature);
 }

@@ -103,7 +103,7 @@ std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
     if (given.stateDirectory.empty())
         throw Failure(notConfigured, "no state directory is configured");
 
-    const auto opened = std::make_shared<Opened>(
+    auto opened = std::make_shared<Opened>(
         given, [this](int level, const std::string& text) { log(level, text); });
     const std::lock_guard locked(guard);
     current = opened;

@@ -43,7 +43,7 @@ fs::path freeName(const fs::path& file) {
 }  // namespace
 
 fs::path setAside(const fs::path& file) {
-    const fs::path name = freeName(file);
+    fs::path name = freeName(file);
     for (const char* suffix : suffixes) {
         std::error_code error;
         fs::rename(withSuffix(file, suffix), withSuffix(name, suffix), error);

@@ -239,7 +239,8 @@ std::string argumentUsage(const Procedure& procedure) {
     for (const Json& field : described) {
         const auto name = field["name"].get<std::string>();
         const auto type = field["type"].get<std::string>();
-        usage += (usage.empty() ? "" : " ") + (isRecord(described) ? name + ":" + type : type);
+        usage += usage.empty() ? "" : " ";
+        usage += isRecord(described) ? fmt::format("{}:{}", name, type) : type;
     }
     return isRecord(described) ? usage + ", or one JSON object" : usage;
 }

@@ -56,7 +56,7 @@ namespace {
 void addLines(std::string& lines, const std::string& path, const Json& value) {
     if (value.is_object()) {
         for (const auto& [name, child] : value.items())
-            addLines(lines, path.empty() ? name : path + "." + name, child);
+            addLines(lines, path.empty() ? name : fmt::format("{}.{}", path, name), child);
     } else if (value.is_array()) {
         for (std::size_t i = 0; i < value.size(); ++i)
             addLines(lines, fmt::format("{}[{}]", path, i), value[i]);

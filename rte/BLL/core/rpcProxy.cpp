@@ -144,6 +144,8 @@ private:
 RPCProxy::RPCProxy(ServiceStart startFunction, const std::string& threadName)
     : interruptCheck(checkInterrupt), serviceStart(startFunction), name(threadName) {}
 
+// A proxy destroyed on its own thread ends the process: the join throws.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 RPCProxy::~RPCProxy() {
     if (thread.joinable()) {
         thread.interrupt();

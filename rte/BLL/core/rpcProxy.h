@@ -19,7 +19,7 @@ public:
     RPCProxy(ServiceStart serviceStart, const std::string& name);
 
     /// Interrupts and joins a thread that was not stopped.
-    ~RPCProxy();
+    ~RPCProxy();  // NOLINT(bugprone-exception-escape): joining itself ends the process
 
     RPCProxy(const RPCProxy&) = delete;
     RPCProxy& operator=(const RPCProxy&) = delete;
