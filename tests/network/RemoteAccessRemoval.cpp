@@ -136,6 +136,19 @@ TEST_F(RemoteAccessRemoval, IndexBehindTheListCostsTheLastRuleIfTheBridgeAccepts
     EXPECT_THAT(bridgeRules(), ElementsAre(102, 103, 104, 101)) << "the bridge keeps its rule";
 }
 
+// The empty list is bound in this one case, with the catch-all and the rule that was lost sight of.
+TEST_F(RemoteAccessRemoval, IndexBehindTheOnlyRuleLeavesTheListBoundIfTheBridgeAccepts) {
+    addRules(1);
+    bridgeList().rules.push_back({0, true, {{1, 20, 0, 0, 0}}});
+    EXPECT_EQ(networkRemoveRARule(2), 0);
+    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
+                               unbound, asked("2"), gone("0"),
+                               trace("removeRARule: sequenceNumber=2, i=1, ruleIdx=0"), bound)));
+    EXPECT_THAT(rules(), IsEmpty());
+    EXPECT_THAT(entity().ruleIds, testing::Each(0U));
+    EXPECT_TRUE(isBound());
+}
+
 TEST_F(RemoteAccessRemoval, IsRefusedWithoutAList) {
     addRules(1);
     EXPECT_TRUE(entity().destroyNetworkAcl());
