@@ -2,6 +2,7 @@
 
 #include "board/framework/Framework.h"
 #include "board/framework/callWithin.h"
+#include "board/framework/managementPort.h"
 #include "board/framework/stderrLog.h"
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
@@ -22,7 +23,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <filesystem>
+#include <iterator>
+#include <sstream>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace host {
 
@@ -53,6 +59,28 @@ void configureFramework(const Options& options) {
     }
 }
 
+std::vector<std::string> words(const std::string& command) {
+    std::istringstream stream(command);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+/// The name of the management interface serves the registry and the configuration library alike.
+void configureBoard(const Options& options) {
+    board::nameManagementPort(options.managementInterface);
+    varo::configure({
+        .stateDirectory = options.stateDirectory,
+        .resolverFile = options.resolverFile,
+        .log = {},
+        .managementInterface = options.managementInterface,
+        .dhcpClient = words(options.dhcpClient),
+        // This very program reports the client's events; see main().
+        .dhcpScript = std::filesystem::read_symlink("/proc/self/exe"),
+        .dhcpVendorClass = options.dhcpVendorClass,
+        .acsPidFile = options.acsPidFile,
+        .boardPosition = options.boardPosition,
+    });
+}
+
 void closeConfigurationLibrary(milliseconds limit) {
     const auto result = board::callWithin(limit, "varo close", [] {
         varoLibDestroy();
@@ -74,7 +102,7 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    varo::configure({options.stateDirectory, options.resolverFile, {}});
+    configureBoard(options);
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());
