@@ -1,7 +1,9 @@
 #include "board/host/Host.h"
 
+#include "board/bridge/Configuration.h"
 #include "board/framework/Framework.h"
 #include "board/framework/callWithin.h"
+#include "board/framework/managementPort.h"
 #include "board/framework/stderrLog.h"
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
@@ -11,18 +13,28 @@
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
+#include "platform/interfaces.h"
 #include "platform/zubridge.h"
 #include "varo/varoLib.h"
 
 #include "control.h"
 
+#include <dlfcn.h>
+#include <net/if.h>
 #include <netinet/in.h>
 #include <syslog.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <exception>
+#include <filesystem>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace host {
 
@@ -53,6 +65,56 @@ void configureFramework(const Options& options) {
     }
 }
 
+std::vector<std::string> words(const std::string& command) {
+    std::istringstream stream(command);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+/// The name of the management interface serves the registry and the configuration library alike.
+void configureBoard(const Options& options) {
+    board::nameManagementPort(options.managementInterface);
+    varo::configure({
+        .stateDirectory = options.stateDirectory,
+        .resolverFile = options.resolverFile,
+        .log = {},
+        .managementInterface = options.managementInterface,
+        .dhcpClient = words(options.dhcpClient),
+        // This very program reports the client's events; see main().
+        .dhcpScript = std::filesystem::read_symlink("/proc/self/exe"),
+        .dhcpVendorClass = options.dhcpVendorClass,
+        .acsPidFile = options.acsPidFile,
+        .boardPosition = options.boardPosition,
+    });
+}
+
+std::optional<std::string> nameOfPort(int portId) {
+    std::array<char, IF_NAMESIZE> name{};
+    if (interfaceLinuxnameGet(portId, static_cast<int>(name.size()), name.data()) != 0) {
+        return std::nullopt;
+    }
+    return name.data();
+}
+
+void configureBridge(const Options& options) {
+    try {
+        bridge::configure({options.stateDirectory, options.filterTable, nameOfPort});
+    } catch (const std::exception& error) {
+        throw StartFailure(std::string("the remote-access rules cannot be read: ") + error.what() +
+                           ".");
+    }
+}
+
+/// The network entity starts with an empty remote-access list and leaves it to its host to put back
+/// what was there before.
+void replayRules(void* library) {
+    using Add = int(unsigned int, unsigned int, int, unsigned int);
+    if (void* const symbol = dlsym(library, "networkAddRARule"); symbol != nullptr) {
+        bridge::replayRemoteAccessRules(reinterpret_cast<Add*>(symbol));
+    } else {
+        bridge::replayRemoteAccessRules({});
+    }
+}
+
 void closeConfigurationLibrary(milliseconds limit) {
     const auto result = board::callWithin(limit, "varo close", [] {
         varoLibDestroy();
@@ -74,14 +136,15 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    varo::configure({options.stateDirectory, options.resolverFile, {}});
+    configureBoard(options);
+    configureBridge(options);
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());
     manager.registerEntity(zubridge::instance());
     const board::EntityRegistry& entities = board::framework().entities;
     const std::size_t ownEntities = entities.status().size();
-    loadLibrary(options.library);
+    library = loadLibrary(options.library);
     if (entities.status().size() == ownEntities) {
         throw StartFailure("the library " + options.library.string() +
                            " registers no entity; name an entity library with --library.");
@@ -90,6 +153,8 @@ void Host::prepare() {
 
 void Host::start() {
     board::framework().entities.startAll();
+    // Before the main loop, so that no request comes in between.
+    replayRules(library);
     if (!mainLoop.start()) {
         throw StartFailure("the thread of the main loop cannot be created.");
     }

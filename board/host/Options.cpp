@@ -1,9 +1,12 @@
 #include "board/host/Options.h"
 
+#include "board/framework/managementPort.h"
 #include "board/host/exitStatus.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace host {
@@ -24,6 +27,38 @@ constexpr const char* footer =
     "signal's number if a second signal ended it.\n"
     "\n"
     "Example: bllhost --library /usr/lib/networkble/libnetworkble.so --state /var/lib/networkble";
+
+/// Checks of the command line return what is wrong; empty: nothing.
+std::string isPortName(const std::string& name) {
+    const auto isUnusable = [](char c) { return c == '/' || c == ':' || c <= ' ' || c > '~'; };
+    if (name.empty() || name.size() > board::longestPortName ||
+        std::any_of(name.begin(), name.end(), isUnusable) || name == "." || name == "..") {
+        return "not the name of an interface, of 1 to " + std::to_string(board::longestPortName) +
+               " characters: " + name;
+    }
+    return {};
+}
+
+/// Its length is an octet in the packet (RFC 2132).
+std::string isVendorClass(const std::string& text) {
+    if (text.empty() || text.size() > 255) {
+        return "a vendor class has 1 to 255 characters";
+    }
+    return {};
+}
+
+/// People must be able to name it to nft(8).
+std::string isTableName(const std::string& name) {
+    constexpr std::size_t longest = 127;
+    const auto isUsable = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_';
+    };
+    if (name.size() > longest || !std::ranges::all_of(name, isUsable)) {
+        return "not the name of a table, of letters, digits and underscores: " + name;
+    }
+    return {};
+}
 
 /// An option that takes seconds, with fractions.
 class Seconds {
@@ -63,6 +98,35 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
     app.add_option("--resolv-conf", options.resolverFile,
                    "File in the form of resolv.conf(5) to write the resolver settings to")
         ->type_name("PATH");
+    app.add_option("--management-interface", options.managementInterface,
+                   "Linux interface that is the board's management port")
+        ->type_name("NAME")
+        ->check(isPortName)
+        ->capture_default_str();
+    app.add_option("--dhcp-client", options.dhcpClient,
+                   "Command of the DHCP client, one that takes the options of BusyBox's udhcpc; "
+                   "empty for none")
+        ->type_name("COMMAND")
+        ->capture_default_str();
+    app.add_option("--dhcp-vendor-class", options.dhcpVendorClass,
+                   "Vendor class that the DHCP client sends when it is told to")
+        ->type_name("TEXT")
+        ->check(isVendorClass)
+        ->capture_default_str();
+    app.add_option("--acs-pid-file", options.acsPidFile,
+                   "File with the process id of the auto-configuration client, which is told of a "
+                   "new address")
+        ->type_name("PATH");
+    app.add_option("--board-position", options.boardPosition, "Position of the board in its shelf")
+        ->type_name("N")
+        ->capture_default_str();
+    app.add_option(
+           "--filter-table", options.filterTable,
+           "nftables table, family inet, for the access lists; one that exists is replaced. "
+           "Empty: they filter nothing")
+        ->type_name("NAME")
+        ->check(isTableName)
+        ->capture_default_str();
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",
                               options.stopTimeout);
@@ -86,6 +150,9 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
     options.stateDirectory = std::filesystem::absolute(options.stateDirectory);
     if (!options.resolverFile.empty()) {
         options.resolverFile = std::filesystem::absolute(options.resolverFile);
+    }
+    if (!options.acsPidFile.empty()) {
+        options.acsPidFile = std::filesystem::absolute(options.acsPidFile);
     }
     options.stopTimeout = stopTimeout.get();
     options.lockTimeout = lockTimeout.get();

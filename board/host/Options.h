@@ -3,7 +3,9 @@
 #include "framework/Log.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
+#include <string>
 #include <variant>
 
 namespace host {
@@ -11,7 +13,13 @@ namespace host {
 struct Options {
     std::filesystem::path library;
     std::filesystem::path stateDirectory;
-    std::filesystem::path resolverFile;  ///< empty: none is written
+    std::filesystem::path resolverFile;          ///< empty: none is written
+    std::string filterTable = "networkble_acl";  ///< empty: access lists filter nothing
+    std::string managementInterface = "mng0";
+    std::string dhcpClient = "busybox udhcpc";  ///< program and first arguments; empty: none
+    std::string dhcpVendorClass = "VANTORIX";
+    std::filesystem::path acsPidFile;  ///< empty: there is no auto-configuration client
+    std::uint32_t boardPosition = 1;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;

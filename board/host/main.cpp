@@ -3,6 +3,7 @@
 #include "board/host/Options.h"
 #include "board/host/StartFailure.h"
 #include "board/host/exitStatus.h"
+#include "board/varo/dhcpEvent.h"
 
 #include <unistd.h>
 
@@ -53,6 +54,10 @@ int say(const std::exception& failure) {
 }  // namespace host
 
 int main(int argumentCount, char** arguments) {
+    // The DHCP client runs this program at its events, too.
+    if (varo::isDhcpEvent(argumentCount, arguments)) {
+        return varo::passDhcpEvent(arguments);
+    }
     auto options = host::readOptions(argumentCount, arguments);
     if (const int* const status = std::get_if<int>(&options)) {
         return *status;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace varo {
 
@@ -20,11 +22,26 @@ struct Configuration {
     std::filesystem::path resolverFile;
     /// Empty: lines go to syslog(3).
     Log log;
+    /// Linux name of the board's management interface. Its stored address and gateway, or the DHCP
+    /// client, are put into force when the store is opened and when the interface appears. Empty:
+    /// the library leaves the machine's interfaces alone until a call names one.
+    std::string managementInterface{};
+    /// Program and first arguments of the DHCP client, which understands those of BusyBox's udhcpc.
+    /// Empty: none is run.
+    std::vector<std::string> dhcpClient{};
+    /// Program that the client runs at every event. It has to hand over to passDhcpEvent.
+    std::filesystem::path dhcpScript{};
+    /// Vendor class (RFC 2132, option 60) that the client sends when told to.
+    std::string dhcpVendorClass{};
+    /// File that holds the process id of the auto-configuration client. Empty: there is none.
+    std::filesystem::path acsPidFile{};
+    /// Position of the board in its shelf.
+    std::uint32_t boardPosition = 1;
 };
 
-/// To be called before the first call of the library, which fails until then. Directory and file
-/// are taken when the store is opened: a later call counts from the next varoLibInit after a
-/// varoLibDestroy. The log function counts at once.
+/// To be called before the first call of the library, which fails until then. Most is taken when
+/// the store is opened: a later call counts from the next varoLibInit after a varoLibDestroy. The
+/// log function, the position and the process id file count at once.
 void configure(Configuration configuration);
 
 }  // namespace varo

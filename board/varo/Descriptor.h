@@ -2,18 +2,23 @@
 
 #include <unistd.h>
 
+#include <utility>
+
 namespace varo {
 
 /// A file descriptor that closes itself. Negative: there is none.
 class Descriptor {
 public:
-    explicit Descriptor(int opened) : number(opened) {}
+    explicit Descriptor(int opened = -1) : number(opened) {}
     ~Descriptor() {
         if (number >= 0)
             ::close(number);
     }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number, other.number);
+        return *this;
+    }
 
     int get() const { return number; }
     explicit operator bool() const { return number >= 0; }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <syslog.h>
 
+#include "board/varo/Ipv4Keeper.h"
 #include "board/varo/appliers.h"
 #include "board/varo/groups.h"
 #include "board/varo/schema.h"
@@ -32,24 +33,32 @@ void Library::configure(Configuration given) {
 }
 
 void Library::open() {
+    const std::lock_guard alone(lifecycle);
     const Lock lock(changing);
     {
         const std::lock_guard locked(guard);
         closed = false;
     }
     const auto opened = openStore(lock);
-    applyAll(opened->store, opened->configuration);
+    applyAll(opened->store, opened->configuration, keeper);
 }
 
 void Library::close() {
-    const Lock lock(changing);
+    const std::lock_guard alone(lifecycle);
     std::shared_ptr<Opened> last;
+    std::shared_ptr<Ipv4Keeper> ended;
     {
+        const Lock lock(changing);
         const std::lock_guard locked(guard);
         closed = true;
         last = std::move(current);
         current.reset();
+        ended = std::move(keeper);
+        keeper.reset();
     }
+    // Its thread may be waiting for the right to change something, which it is refused from now on.
+    if (ended)
+        ended->end();
     if (last)
         last->store.close();
     threshold = factoryThreshold();
@@ -79,7 +88,7 @@ std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHel
         return store;
     auto opened = openStore(changingHeld);
     try {
-        applyAll(opened->store, opened->configuration);
+        applyAll(opened->store, opened->configuration, keeper);
     } catch (...) {
         // The store is open, which is what the call needs.
         report("opening on first use");
@@ -108,6 +117,13 @@ std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
     const std::lock_guard locked(guard);
     current = opened;
     return opened;
+}
+
+Configuration Library::given() {
+    const std::lock_guard locked(guard);
+    if (configuration.stateDirectory.empty())
+        throw Failure(notConfigured, "no state directory is configured");
+    return configuration;
 }
 
 void Library::log(int level, const std::string& text) noexcept {

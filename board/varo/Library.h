@@ -11,6 +11,8 @@
 
 namespace varo {
 
+class Ipv4Keeper;
+
 /// The one instance of the library in the process: its configuration, its open store, its log.
 ///
 /// Calls that only read take the store. Calls that change something hold a Change while they store
@@ -33,12 +35,15 @@ public:
     public:
         RecordStore& store() const { return opened->store; }
         const Configuration& configuration() const { return opened->configuration; }
+        /// What looks after the management interface. Null: there is none to look after yet.
+        std::shared_ptr<Ipv4Keeper>& keeper() const { return library.keeper; }
 
     private:
         friend class Library;
-        explicit Change(Library& library)
-            : lock(library.changing), opened(library.openOnFirstUse(lock)) {}
+        explicit Change(Library& changed)
+            : library(changed), lock(library.changing), opened(library.openOnFirstUse(lock)) {}
 
+        Library& library;
         std::unique_lock<std::mutex> lock;
         std::shared_ptr<Opened> opened;
     };
@@ -60,6 +65,9 @@ public:
     void log(int level, const std::string& text) noexcept;
     void setThreshold(int severity) { threshold = severity; }
 
+    /// What the host has configured last, which needs no store. Throws Failure (notConfigured).
+    Configuration given();
+
 private:
     using Lock = std::unique_lock<std::mutex>;
 
@@ -67,8 +75,10 @@ private:
 
     std::atomic<int> threshold{factoryThreshold()};
 
-    std::mutex changing;  ///< held to store and apply values, to open and to close
-    std::mutex guard;     ///< protects what follows; taken after `changing`
+    std::mutex lifecycle;  ///< held to open and to close for good, beyond `changing`
+    std::mutex changing;   ///< held to store and apply values; protects the keeper
+    std::shared_ptr<Ipv4Keeper> keeper;
+    std::mutex guard;  ///< protects what follows; taken after `changing`
     Configuration configuration;
     std::shared_ptr<Opened> current;
     bool closed = false;

@@ -22,10 +22,12 @@ void attempt(std::exception_ptr& failure, Apply apply) {
 
 }  // namespace
 
-void applyAll(RecordStore& store, const Configuration& configuration) {
+void applyAll(RecordStore& store, const Configuration& configuration,
+              std::shared_ptr<Ipv4Keeper>& keeper) {
     std::exception_ptr failure;
     attempt(failure, [&] { applyInternalConfig(store); });
     attempt(failure, [&] { applyResolver(store, configuration); });
+    attempt(failure, [&] { applyIpv4(store, configuration, keeper); });
     if (failure)
         std::rethrow_exception(failure);
 }

@@ -7,12 +7,46 @@ namespace varo {
 // Groups are made on first use, so that calls are answered before main() as well, and never
 // destroyed, so that they are while the process ends.
 
+namespace {
+
+varoLib_s_dhcp factoryDhcp() {
+    varoLib_s_dhcp dhcp{};
+    dhcp.dhcpEnabled = 1;
+    return dhcp;
+}
+
+}  // namespace
+
 const Group<varoLib_s_internalConfig>& internalConfigGroup() {
     using Record = varoLib_s_internalConfig;
     static const auto& group =
         *new Group<Record>("internal_config", Rows::single, Record{.severity = 3},
                            {
                                column("severity", &Record::severity),
+                           });
+    return group;
+}
+
+const Group<Ipv4Settings>& ipv4Group() {
+    using Record = Ipv4Settings;
+    static const auto& group = *new Group<Record>("ipv4", Rows::single, Record{},
+                                                  {
+                                                      ipv4Column("address", &Record::address),
+                                                      ipv4Column("netmask", &Record::netmask),
+                                                      ipv4Column("gateway", &Record::gateway),
+                                                  });
+    return group;
+}
+
+const Group<varoLib_s_dhcp>& dhcpGroup() {
+    using Record = varoLib_s_dhcp;
+    static const auto& group =
+        *new Group<Record>("dhcp", Rows::single, factoryDhcp(),
+                           {
+                               column("enabled", &Record::dhcpEnabled),
+                               column("vendor_class", &Record::vendorClassEnabled),
+                               column("option82", &Record::option82Enabled),
+                               column("circuit_id", &Record::circuitId),
                            });
     return group;
 }
@@ -42,7 +76,7 @@ const Group<varoLib_s_dns6>& dns6Group() {
 
 const Schema& schema() {
     static const auto& all = *new Schema{
-        .tables = {&internalConfigGroup(), &dnsGroup(), &dns6Group()},
+        .tables = {&internalConfigGroup(), &ipv4Group(), &dhcpGroup(), &dnsGroup(), &dns6Group()},
         .steps = {},
     };
     return all;

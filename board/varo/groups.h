@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/varo/Group.h"
+#include "board/varo/ipv4.h"
 #include "varo/records.h"
 
 namespace varo {
@@ -8,6 +9,8 @@ namespace varo {
 // The record groups of the store.
 
 const Group<varoLib_s_internalConfig>& internalConfigGroup();
+const Group<Ipv4Settings>& ipv4Group();
+const Group<varoLib_s_dhcp>& dhcpGroup();
 const Group<varoLib_s_dns>& dnsGroup();
 const Group<varoLib_s_dns6>& dns6Group();
 

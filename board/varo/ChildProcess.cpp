@@ -1,0 +1,151 @@
+#include "board/varo/ChildProcess.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <signal.h>
+#include <string.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
+extern char** environ;
+
+namespace varo {
+
+namespace {
+
+/// Number of the socket in the child. BusyBox's udhcpc puts pipes of its own on 3 and 4, whatever
+/// is there.
+constexpr int childSocket = 9;
+
+[[noreturn]] void fail(const char* what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+void say(const char* text) {
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, ::strlen(text));
+}
+
+/// Everything the child does before it becomes another program. Other threads of the process may
+/// have held locks when it was forked: only calls that are safe in signal handlers are made.
+[[noreturn]] void become(char* const* arguments, char* const* environment, int socket, int output,
+                         pid_t parent) {
+    // Standard descriptors may be closed in this process, so these can be among 0 to 2 or on the
+    // socket's new number: first out of the way.
+    socket = ::fcntl(socket, F_DUPFD, childSocket + 1);
+    output = ::fcntl(output, F_DUPFD, childSocket + 1);
+    const int empty = ::open("/dev/null", O_RDONLY);
+    ::dup2(empty, STDIN_FILENO);
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(output, STDERR_FILENO);
+    ::dup2(socket, childSocket);
+    ::close_range(STDERR_FILENO + 1, childSocket - 1, 0);
+    ::close_range(childSocket + 1, ~0U, 0);
+
+    for (int number = 1; number < NSIG; ++number)
+        ::signal(number, SIG_DFL);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    ::setsid();
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may have ended before that.
+    if (::getppid() != parent)
+        ::_exit(EXIT_FAILURE);
+    ::execvpe(arguments[0], arguments, environment);
+    say("cannot run ");
+    say(arguments[0]);
+    say(": ");
+    const char* const reason = ::strerrordesc_np(errno);
+    say(reason != nullptr ? reason : "unknown error");
+    say("\n");
+    ::_exit(127);
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+    std::vector<char*> result;
+    for (std::string& text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+std::vector<std::string> environmentWith(const std::string& variable) {
+    std::vector<std::string> result;
+    for (char** each = environ; each != nullptr && *each != nullptr; ++each)
+        result.emplace_back(*each);
+    result.push_back(fmt::format("{}={}", variable, childSocket));
+    return result;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::string& variable) {
+    if (command.empty())
+        throw std::invalid_argument("there is no program to run");
+    std::vector<std::string> argumentTexts = command;
+    std::vector<std::string> environmentTexts = environmentWith(variable);
+    const std::vector<char*> arguments = pointers(argumentTexts);
+    const std::vector<char*> environment = pointers(environmentTexts);
+
+    int ends[2];
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)
+        fail("cannot make a socket");
+    messageSocket = Descriptor(ends[0]);
+    const Descriptor theirSocket(ends[1]);
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        fail("cannot make a pipe");
+    outputPipe = Descriptor(ends[0]);
+    const Descriptor theirOutput(ends[1]);
+    for (const Descriptor* own : {&messageSocket, &outputPipe}) {
+        if (::fcntl(own->get(), F_SETFL, O_NONBLOCK) != 0)
+            fail("cannot make a descriptor non-blocking");
+    }
+
+    const pid_t parent = ::getpid();
+    process = ::fork();
+    if (process == 0)
+        become(arguments.data(), environment.data(), theirSocket.get(), theirOutput.get(), parent);
+    if (process < 0)
+        fail("cannot make a process");
+    processHandle = Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    if (!processHandle) {
+        const int error = errno;
+        signal(SIGKILL);
+        awaitEnd();
+        errno = error;
+        fail("cannot watch a process");
+    }
+}
+
+ChildProcess::~ChildProcess() {
+    if (process > 0) {
+        signal(SIGKILL);
+        awaitEnd();
+    }
+}
+
+void ChildProcess::signal(int number) const {
+    // The number is the process's until its end was taken.
+    if (process > 0)
+        ::kill(process, number);
+}
+
+std::string ChildProcess::awaitEnd() {
+    int status = 0;
+    while (::waitpid(process, &status, 0) < 0) {
+        if (errno != EINTR)
+            break;
+    }
+    process = -1;
+    return WIFSIGNALED(status) ? fmt::format("signal {}", WTERMSIG(status))
+                               : fmt::format("status {}", WEXITSTATUS(status));
+}
+
+}  // namespace varo

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "board/varo/Descriptor.h"
+
+namespace varo {
+
+/// A program that runs with default signal dispositions, nothing blocked, in a session of its own,
+/// and with no descriptors but: an empty standard input, its output read here, and one socket.
+///
+/// It is killed with the object, and by the kernel when the thread that started it ends.
+class ChildProcess {
+public:
+    /// The program is looked up in PATH. `variable` tells it the number of its socket. Throws
+    /// std::system_error; a program that cannot be run says so on its output and ends with 127.
+    ChildProcess(const std::vector<std::string>& command, const std::string& variable);
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// Readable when the process has ended.
+    const Descriptor& handle() const { return processHandle; }
+    /// This end of the socket (SOCK_SEQPACKET); does not block.
+    const Descriptor& messages() const { return messageSocket; }
+    /// Standard output and error of the process; does not block.
+    const Descriptor& output() const { return outputPipe; }
+
+    void signal(int number) const;
+    /// Takes the end of a process that has ended; returns how, for people: "status 1", "signal 9".
+    std::string awaitEnd();
+
+private:
+    pid_t process = -1;
+    Descriptor processHandle;
+    Descriptor messageSocket;
+    Descriptor outputPipe;
+};
+
+}  // namespace varo

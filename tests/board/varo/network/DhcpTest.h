@@ -1,0 +1,36 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/board/framework/bllhost/Process.h"
+#include "tests/board/varo/network/NetworkTest.h"
+
+namespace varotest {
+
+/// The library with BusyBox's DHCP client on mng0, closed.
+class DhcpTest : public ClosedNetworkTest {
+protected:
+    DhcpTest();
+
+    /// A server on the far end of the cable: leases of 192.0.2.50, with router, name servers and
+    /// domain.
+    void startServer(const std::vector<std::string>& more = {});
+    void stopServer() { server.reset(); }
+
+    /// Runs this shell script as the client from now on; "$REPORT" EVENT in it reports.
+    void useClient(const std::string& script);
+
+    /// Processes that this one has started and that run the client.
+    static std::vector<pid_t> clients();
+
+    /// The resolver values in force: "SOURCE PRIMARY SECONDARY DOMAIN".
+    static std::string resolver();
+
+    std::unique_ptr<test::Process> server;
+};
+
+}  // namespace varotest
