@@ -93,10 +93,11 @@ CommandTree::CommandTree(Settings& target)
         "Without a command mngctl offers a prompt; if its input is no terminal, it reads commands\n"
         "from it, one a line, and stops at the first that fails.\n"
         "\n"
-        "Exit codes: 0 done, 1 refused by the board, 2 wrong usage (nothing was sent), 3 no "
-        "answer.\n"
+        "Exit codes: 0 done, 1 refused by the board, 2 wrong usage or no consent (nothing was\n"
+        "changed), 3 no answer.\n"
         "\n"
         "Examples:\n"
+        "  mngctl ip set 192.0.2.10/24\n"
         "  mngctl dns set 192.0.2.1 192.0.2.2\n"
         "  mngctl --json dns show\n"
         "  mngctl rpc get_network_info");

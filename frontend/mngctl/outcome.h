@@ -9,7 +9,7 @@ namespace mngctl {
 enum class Exit : int {
     Done = 0,
     Refused = 1,   ///< the board answered, and the answer is no
-    Usage = 2,     ///< the command line is wrong; nothing was sent
+    Usage = 2,     ///< the command line is wrong, or consent is missing; nothing was changed
     NoAnswer = 3,  ///< no answer, or none that can be read
 };
 

@@ -23,6 +23,13 @@ void refuse(void* result) {
 
 bool changesSomething(rpcproc_t procedure) {
     switch (procedure) {
+        case rpc_network_set_ip:
+        case rpc_network_set_gateway:
+        case rpc_network_set_protocol:
+        case rpc_network_set_vendor:
+        case rpc_network_set_option82:
+        case rpc_network_add_ra_rule:
+        case rpc_network_remove_ra_rule:
         case rpc_network_set_domainname:
         case rpc_network_set_hostname:
         case rpc_network_set_dns_servers:
@@ -43,15 +50,11 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     // As on the board, the host name is never taken.
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
+    if (answerAddressing(state, behaviour, procedure, argument, result))
+        return;
     switch (procedure) {
         case rpc_network_is_ftp_enabled:
             as<int>(result) = 1;
-            break;
-        case rpc_network_iterate_rules:
-            as<rpcNetworkRemoteAccessResult>(result).rule = {as<unsigned>(argument), 0xC0000200,
-                                                             0xFFFFFF00, TRUE};
-            if (as<unsigned>(argument) > 1)
-                refuse(result);
             break;
         case rpc_network_get_domainname:
             // Bytes that are no UTF-8, and a text that fills its array.
@@ -116,6 +119,21 @@ void sendReply(SVCXPRT* transport, std::string text) {
     if (board().behaviour.refuse)
         reply.reply = reason.data();
     svc_sendreply(transport, asFilter(xdr_controlReply), &reply);
+}
+
+void sendCounters(SVCXPRT* transport) {
+    const Board& all = board();
+    std::vector<bllRuleCounter> counters;
+    for (const auto& rule : all.state.rules) {
+        const auto place = static_cast<unsigned>(counters.size() + 1);
+        counters.push_back({rule.ipAddress, rule.netmask, rule.flag, place, 0x100000000U * place});
+    }
+    counters.push_back({0, 0, FALSE, 7, 420});
+    if (all.behaviour.counters == "wrong")
+        counters.front().permit = !counters.front().permit;
+    const bool failed = all.behaviour.counters == "failed";
+    bllRuleCounters answer{failed ? -1 : 0, {static_cast<u_int>(counters.size()), counters.data()}};
+    svc_sendreply(transport, asFilter(xdr_bllRuleCounters), &answer);
 }
 
 void sendStatus(SVCXPRT* transport) {
@@ -200,6 +218,11 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
         case BLL_STOP:
             tell("stop");
             return sendReply(transport, "");
+        case BLL_CONTROL_RULE_COUNTERS:
+            tell("counters");
+            if (board().behaviour.counters == "none")
+                return svcerr_noproc(transport);
+            return sendCounters(transport);
         default:
             return svcerr_noproc(transport);
     }

@@ -2,6 +2,8 @@
 // ports when it serves, then a line for each request. It ends with its parent.
 //
 //   mngctl_canned_board [--refuse] [--silent] [--lone] [--die-after PROCEDURE]
+//                       [--rules N] [--fail-half-way PROCEDURE]
+//                       [--counters right|wrong|failed|none]
 //                       [--tcp-port N] [--udp-port N] [--namespace]
 //                       [--mapper full|empty|silent|stale]
 
@@ -181,6 +183,13 @@ struct Options {
     std::string mapper;
 };
 
+/// So many rules that permit 192.0.2.0/24.
+void addRules(int count) {
+    auto& rules = board().state.rules;
+    for (int i = 0; i < count; ++i)
+        rules.push_back({0, 0xC0000200, 0xFFFFFF00, TRUE});
+}
+
 Options parse(int count, char** words) {
     Options options;
     for (int i = 1; i < count; ++i) {
@@ -195,6 +204,12 @@ Options parse(int count, char** words) {
             options.separate = true;
         else if (word == "--die-after" && i + 1 < count)
             board().behaviour.dieAfter = words[++i];
+        else if (word == "--fail-half-way" && i + 1 < count)
+            board().behaviour.failHalfWay = words[++i];
+        else if (word == "--counters" && i + 1 < count)
+            board().behaviour.counters = words[++i];
+        else if (word == "--rules" && i + 1 < count)
+            addRules(std::atoi(words[++i]));
         else if (word == "--tcp-port" && i + 1 < count)
             options.tcpPort = static_cast<unsigned short>(std::atoi(words[++i]));
         else if (word == "--udp-port" && i + 1 < count)

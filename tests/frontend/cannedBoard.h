@@ -3,18 +3,36 @@
 #include <control.h>
 #include <network.h>
 #include <string>
+#include <vector>
 
 namespace canned {
 
 /// What the canned board was asked to do, by its command line.
 struct Behaviour {
-    bool refuse = false;   ///< every operation answers -1
-    bool lone = false;     ///< serves neither of the board's programs
+    bool refuse = false;             ///< every operation answers -1
+    bool lone = false;               ///< serves neither of the board's programs
+    std::string failHalfWay;         ///< the procedure that does a part of its work and answers -1
+    std::string counters = "right";  ///< of the rules: "right", "wrong" (those of other rules),
+                                     ///< "failed", or "none" (the procedure is not known)
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
+inline rpcNetworkInfo initialInfo() {
+    rpcNetworkInfo info{};
+    info.ipAddress = 0xC000020A;  // 192.0.2.10
+    info.netmask = 0xFFFFFF00;
+    info.macAddress = {{2, 0, 0x5E, 0x10, 0, 0x0A}};
+    info.mngVlanId = 1;
+    info.defVid = 1;
+    info.defVlanMode = rpcVlanNative;
+    return info;
+}
+
 /// What the canned board remembers, so that what was set can be read back.
 struct State {
+    rpcNetworkInfo info = initialInfo();
+    unsigned gateway = 0xC00002FE;  // 192.0.2.254
+    std::vector<rpcNetworkRemoteAccessRule> rules;
     rpcNetworkDnsInfoWS dns{2, 0, 0};
     rpcNetworkDomainWS domain{2, {}};
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
@@ -29,6 +47,10 @@ struct State {
 /// Fills the result of a procedure of the network program; what has no answer of its own is zero.
 void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
             void* result);
+
+/// The same for the procedures of addressing and remote access. Answers false if it is another.
+bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                      void* result);
 
 /// The dispatcher of the control program.
 void dispatchControl(svc_req* request, SVCXPRT* transport);

@@ -10,11 +10,12 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST(CommandLine, NamesTheCommandsThatExist) {
-    EXPECT_EQ(run({"reboot"}),
-              failed(Exit::Usage,
-                     "there is no command 'mngctl reboot'; expected dns, domain, board, "
-                     "factory-defaults, rpc or help\n"
-                     "Try 'mngctl --help'."));
+    EXPECT_EQ(
+        run({"reboot"}),
+        failed(Exit::Usage,
+               "there is no command 'mngctl reboot'; expected ip, gateway, dhcp, access, dns, "
+               "domain, board, factory-defaults, rpc or help\n"
+               "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
               failed(Exit::Usage,
                      "there is no command 'mngctl dns shw'; expected show, set or clear\n"
@@ -68,6 +69,26 @@ TEST(CommandLine, ChecksTheCommonOptions) {
 
 TEST(CommandLine, HelpsEverywhereWithExamples) {
     const std::vector<std::string> commands{"",
+                                            "ip",
+                                            "ip show",
+                                            "ip set",
+                                            "gateway",
+                                            "gateway show",
+                                            "gateway set",
+                                            "gateway clear",
+                                            "dhcp",
+                                            "dhcp show",
+                                            "dhcp on",
+                                            "dhcp off",
+                                            "dhcp vendor-class",
+                                            "dhcp option82",
+                                            "access",
+                                            "access list",
+                                            "access permit",
+                                            "access deny",
+                                            "access remove",
+                                            "access clear",
+                                            "access test",
                                             "dns",
                                             "dns show",
                                             "dns set",

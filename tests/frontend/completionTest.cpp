@@ -16,14 +16,18 @@ std::vector<std::string> candidates(const std::string& line) {
 }
 
 TEST(Completion, OffersNounsAndVerbs) {
-    EXPECT_THAT(candidates(""), ElementsAre("board", "dns", "domain", "exit", "factory-defaults",
-                                            "help", "quit", "rpc"));
-    EXPECT_THAT(candidates("d"), ElementsAre("dns", "domain"));
+    EXPECT_THAT(candidates(""),
+                ElementsAre("access", "board", "dhcp", "dns", "domain", "exit", "factory-defaults",
+                            "gateway", "help", "ip", "quit", "rpc"));
+    EXPECT_THAT(candidates("d"), ElementsAre("dhcp", "dns", "domain"));
     EXPECT_EQ(completeLine("d").insert, "");
     EXPECT_EQ(completeLine("dn").insert, "s ");
     EXPECT_THAT(candidates("dns "), ElementsAre("clear", "set", "show"));
     EXPECT_EQ(completeLine("dns s").insert, "");
     EXPECT_EQ(completeLine("board cl").insert, "ear-config ");
+    EXPECT_THAT(candidates("access "),
+                ElementsAre("clear", "deny", "list", "permit", "remove", "test"));
+    EXPECT_THAT(candidates("dhcp o"), ElementsAre("off", "on", "option82"));
     EXPECT_THAT(candidates("nothing "), ElementsAre());
     EXPECT_THAT(candidates("dns show "), IsEmpty());
 }
@@ -33,9 +37,12 @@ TEST(Completion, OffersValuesOfAnArgumentInItsPlace) {
     EXPECT_THAT(candidates("board feature "), IsEmpty());
     EXPECT_THAT(candidates("board feature httpserver on "), IsEmpty());
     EXPECT_EQ(completeLine("board clear-config st").insert, "art ");
+    EXPECT_THAT(candidates("dhcp vendor-class "), ElementsAre("off", "on"));
 }
 
 TEST(Completion, OffersOptions) {
+    EXPECT_THAT(candidates("access permit --a"), ElementsAre("--at"));
+    EXPECT_THAT(candidates("access permit 192.0.2.0/24 --at "), IsEmpty());
     EXPECT_THAT(candidates("dns clear --ip"), ElementsAre("--ipv4", "--ipv6"));
     EXPECT_EQ(completeLine("dns clear --ip").insert, "v");
     EXPECT_THAT(candidates("dns show --"), Contains("--json"));

@@ -15,7 +15,7 @@ protected:
     }
     Outcome run(const std::string& line) const { return run(words(line)); }
 
-    CannedBoard board;
+    CannedBoard board{{"--rules", "2"}};
 };
 
 INSTANTIATE_TEST_SUITE_P(Over, Rpc, testing::Values(Protocol::Tcp, Protocol::Udp),
@@ -95,14 +95,14 @@ TEST_P(Rpc, CallsEveryProcedure) {
 
 TEST_P(Rpc, PrintsRecordsAsLinesOrJson) {
     EXPECT_EQ(run("rpc iterate_rules 1"), done("result: 0\n"
-                                               "rule.index: 1\n"
+                                               "rule.index: 2\n"
                                                "rule.ipAddress: 192.0.2.0\n"
                                                "rule.netmask: 255.255.255.0\n"
                                                "rule.flag: on\n"));
     EXPECT_EQ(run("rpc iterate_rules 1 --json"), done(R"({
   "result": 0,
   "rule": {
-    "index": 1,
+    "index": 2,
     "ipAddress": "192.0.2.0",
     "netmask": "255.255.255.0",
     "flag": true

@@ -53,6 +53,12 @@ void enter(pid_t process, const char* kind) {
     ::close(descriptor);
 }
 
+/// Whoever runs the tests may have come in over SSH, which commands take notice of.
+class NoWayIn : public testing::Environment {
+    void SetUp() override { ::unsetenv("SSH_CONNECTION"); }
+};
+const testing::Environment* const noWayIn = testing::AddGlobalTestEnvironment(new NoWayIn);
+
 std::vector<char*> pointers(std::vector<std::string>& words) {
     std::vector<char*> list;
     list.reserve(words.size() + 1);
@@ -95,6 +101,12 @@ Outcome run(const std::vector<std::string>& command, const std::string& input, b
     outcome.err = err.str();
     return outcome;
 }
+
+Variable::Variable(std::string name, const std::string& value) : variable(std::move(name)) {
+    ::setenv(variable.c_str(), value.c_str(), 1);
+}
+
+Variable::~Variable() { ::unsetenv(variable.c_str()); }
 
 CannedBoard::CannedBoard(const std::vector<std::string>& options) {
     int pipe[2];

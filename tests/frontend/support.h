@@ -34,6 +34,18 @@ Outcome failed(Exit exit, const std::string& sentence);
 Outcome run(const std::vector<std::string>& words, const std::string& input = "",
             bool terminal = false);
 
+/// Sets a variable of the environment for as long as it lives.
+class Variable {
+public:
+    Variable(std::string name, const std::string& value);
+    ~Variable();
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    std::string variable;
+};
+
 /// A process of the canned board. It ends with this object.
 class CannedBoard {
 public:

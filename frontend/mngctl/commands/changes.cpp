@@ -40,6 +40,20 @@ void carryOut(std::span<const Change> changes) {
     }
 }
 
+void carryOut(const Change& change, const std::function<std::string()>& inForce) {
+    try {
+        carryOut(std::span(&change, 1));
+    } catch (const Refused& refusal) {
+        std::string state;
+        try {
+            state = "now in force: " + inForce();
+        } catch (const Failure& failure) {
+            state = fmt::format("what is in force now could not be read: {}", failure.what());
+        }
+        throw Refused(fmt::format("{}; {}", refusal.what(), state));
+    }
+}
+
 void readBack(Session& session, const std::function<void()>& show) {
     if (session.settings.quiet)
         return;

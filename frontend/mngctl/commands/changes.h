@@ -12,12 +12,27 @@ struct Change {
     std::function<rpcNetworkResult()> make;
 };
 
+/// A call of the network program with its argument, for a Change. The session outlives it.
+template <class Argument>
+std::function<rpcNetworkResult()> request(Session& session, Stub<Argument, rpcNetworkResult> stub,
+                                          std::type_identity_t<Argument> argument) {
+    return [&session, stub, argument]() mutable {
+        rpcNetworkResult result{};
+        session.client.call(networkProgram, stub, argument, result);
+        return result;
+    };
+}
+
 /// ", result -6 (invalid address)" and the like.
 std::string describeOutcome(int outcome);
 
 /// Makes the changes in order. Throws Refused at the first that the board refuses; the text, as
 /// that of any other failure, tells which changes were made before it.
 void carryOut(std::span<const Change> changes);
+
+/// Makes one change. If the board refuses it, the text also tells what `inForce` says of the state
+/// after it: a change that failed part-way is not taken back.
+void carryOut(const Change& change, const std::function<std::string()>& inForce);
 
 /// Shows what the board says after a change, unless --quiet is given. The change is done by then: a
 /// failure to read is reported, but does not fail the command.

@@ -6,6 +6,10 @@
 
 namespace mngctl {
 
+void addIp(CommandTree& tree);
+void addGateway(CommandTree& tree);
+void addDhcp(CommandTree& tree);
+void addAccess(CommandTree& tree);
 void addDns(CommandTree& tree);
 void addDomain(CommandTree& tree);
 void addBoard(CommandTree& tree);

@@ -19,6 +19,10 @@ void addExit(CommandTree& tree) {
 }
 
 void addAllCommands(CommandTree& tree, bool interactive) {
+    addIp(tree);
+    addGateway(tree);
+    addDhcp(tree);
+    addAccess(tree);
     addDns(tree);
     addDomain(tree);
     addBoard(tree);

@@ -1,0 +1,103 @@
+#include "mngctl/commands/addressing.h"
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/consent.h"
+#include "mngctl/commands/wayIn.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+std::string onOff(bool_t on) { return on ? "on" : "off"; }
+
+void show(Session& session) {
+    const rpcNetworkInfo info = readNetworkInfo(session);
+    session.print(
+        Json{{"enabled", info.dhcpEnabled != 0},
+             {"vendorClass", info.vendorClassEnabled != 0},
+             {"option82", info.option82Enabled != 0}},
+        fmt::format("DHCP client: {}\nvendor class: {}\noption 82: {}\n", onOff(info.dhcpEnabled),
+                    onOff(info.vendorClassEnabled), onOff(info.option82Enabled)));
+}
+
+std::string describeInForce(Session& session) {
+    const rpcNetworkInfo info = readNetworkInfo(session);
+    return fmt::format("DHCP {}, vendor class {}, option 82 {}", onOff(info.dhcpEnabled),
+                       onOff(info.vendorClassEnabled), onOff(info.option82Enabled));
+}
+
+void carryOutAndShow(Session& session, const Change& change) {
+    carryOut(change, [&] { return describeInForce(session); });
+    readBack(session, [&] { show(session); });
+}
+
+void switchClient(Session& session, bool yes, bool on) {
+    const std::string state = on ? "on" : "off";
+    if (const auto way = wayIn(); way && !yes) {
+        const rpcNetworkInfo info = readNetworkInfo(session);
+        if (way->server == info.ipAddress && on != (info.dhcpEnabled != 0))
+            askBeforeCuttingOff(
+                session, yes, *way,
+                fmt::format("it came in over {}, which the board can lose when DHCP is switched {}",
+                            formatIpv4(way->server), state));
+    }
+    carryOutAndShow(session, {"switch DHCP " + state,
+                              request(session, rpc_network_set_protocol_1, on ? TRUE : FALSE)});
+}
+
+void addClientCommand(CommandTree& tree, CLI::App& noun, bool on) {
+    const std::string verb = on ? "on" : "off";
+    CLI::App& command = tree.addCommand(noun, verb, "Switch the DHCP client " + verb,
+                                        {"dhcp " + verb, "dhcp " + verb + " --yes"});
+    const auto yes = addYesFlag(command);
+    tree.setAction(command, [yes, on](Session& session) { switchClient(session, *yes, on); });
+}
+
+void addOptionCommand(CommandTree& tree, CLI::App& noun, const std::string& name,
+                      const std::string& description,
+                      std::function<Change(Session&, bool_t)> change) {
+    CLI::App& command =
+        tree.addCommand(noun, name, description, {"dhcp " + name + " on", "dhcp " + name + " off"});
+    const CLI::Option& state =
+        *tree.addArgument(command, "STATE", "on or off", false, {"on", "off"}).required();
+    tree.setAction(command, [&state, make = std::move(change)](Session& session) {
+        const bool on = parseFlag(CommandTree::givenOne(state));
+        carryOutAndShow(session, make(session, on ? TRUE : FALSE));
+    });
+}
+
+// Both procedures can switch the client itself on as well; here it stays as it is.
+
+Change vendorClass(Session& session, bool_t on) {
+    return {
+        "switch the vendor class " + onOff(on),
+        request(session, rpc_network_set_vendor_1, rpc_network_set_vendor_1_argument{FALSE, on})};
+}
+
+Change option82(Session& session, bool_t on) {
+    return {"switch option 82 " + onOff(on),
+            request(session, rpc_network_set_option82_1,
+                    rpc_network_set_option82_1_argument{FALSE, on})};
+}
+
+}  // namespace
+
+void addDhcp(CommandTree& tree) {
+    CLI::App& noun = tree.addNoun("dhcp", "DHCP client of the management interface",
+                                  {"dhcp show", "dhcp on", "dhcp vendor-class on"});
+
+    CLI::App& showCommand =
+        tree.addCommand(noun, "show", "Show whether the client and its options are on",
+                        {"dhcp show", "dhcp show --json"});
+    tree.setAction(showCommand, show);
+    addClientCommand(tree, noun, true);
+    addClientCommand(tree, noun, false);
+    addOptionCommand(tree, noun, "vendor-class",
+                     "Have the client send its vendor class (option 60), or not", vendorClass);
+    addOptionCommand(tree, noun, "option82",
+                     "Have the client send shelf and board in option 82, or not", option82);
+}
+
+}  // namespace mngctl

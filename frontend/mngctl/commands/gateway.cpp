@@ -1,0 +1,111 @@
+#include "mngctl/commands/addressing.h"
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/consent.h"
+#include "mngctl/commands/wayIn.h"
+#include "mngctl/outcome.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+unsigned readGateway(Session& session) {
+    rpcNetworkIpResult answer{};
+    session.client.call(networkProgram, rpc_network_get_gateway_1, answer);
+    return answer.ipAddress;
+}
+
+void show(Session& session) {
+    const unsigned gateway = readGateway(session);
+    session.print(Json{{"gateway", addressOrNull(gateway)}},
+                  fmt::format("gateway: {}\n", addressOrNone(gateway)));
+}
+
+unsigned parseGateway(const std::string& text) {
+    if (parseIpv4(text) == 0)
+        throw UsageError("'0.0.0.0' is no gateway: 'mngctl gateway clear' removes it");
+    return parseHostAddress(text);
+}
+
+/// What the state of the board makes wrong.
+void checkGateway(const Addressing& state, unsigned gateway, const std::string& text) {
+    if (!state.hasAddress())
+        return;
+    if (gateway == state.info.ipAddress)
+        throw UsageError(fmt::format("'{}' is the board's own address, not a gateway", text));
+    if (state.network().contains(gateway))
+        checkIsHostIn(state.network(), gateway, text);
+}
+
+/// The board removes the old route before it adds the new one.
+std::string describeInForce(const Addressing& before, unsigned now) {
+    const bool lost = before.gateway != 0 && now == 0;
+    return describeGateway(now) +
+           (lost ? fmt::format(", as {} is removed already", formatIpv4(before.gateway)) : "");
+}
+
+/// Makes the change; 0 removes the gateway.
+void change(Session& session, bool yes, const Addressing& before, unsigned gateway) {
+    const auto way = wayIn();
+    const bool needed = way && way->server == before.info.ipAddress && before.gateway != 0 &&
+                        !before.network().contains(way->client);
+    if (needed && gateway != before.gateway)
+        askBeforeCuttingOff(
+            session, yes, *way,
+            fmt::format(
+                "it is reached through the gateway {}, which {}", formatIpv4(before.gateway),
+                gateway == 0 ? "is to be removed" : formatIpv4(gateway) + " is to replace"));
+    const bool outside = gateway != 0 && before.hasAddress() && !before.network().contains(gateway);
+    const std::string what =
+        gateway == 0 ? "remove the gateway" : "set the gateway " + formatIpv4(gateway);
+    carryOut({what, request(session, rpc_network_set_gateway_1, gateway)}, [&] {
+        return describeInForce(before, readGateway(session)) +
+               (outside
+                    ? fmt::format(" ({} is outside the board's network {})", formatIpv4(gateway),
+                                  formatNetwork(before.network().withoutHostBits()))
+                    : "");
+    });
+    readBack(session, [&] { show(session); });
+}
+
+void set(Session& session, bool yes, const std::string& text) {
+    const unsigned gateway = parseGateway(text);
+    const Addressing before = readAddressing(session);
+    checkGateway(before, gateway, text);
+    change(session, yes, before, gateway);
+}
+
+void clear(Session& session, bool yes) { change(session, yes, readAddressing(session), 0); }
+
+}  // namespace
+
+void addGateway(CommandTree& tree) {
+    CLI::App& noun = tree.addNoun("gateway", "Default gateway of the management interface",
+                                  {"gateway show", "gateway set 192.0.2.254", "gateway clear"});
+
+    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the default gateway",
+                                            {"gateway show", "gateway show --json"});
+    tree.setAction(showCommand, show);
+
+    CLI::App& setCommand =
+        tree.addCommand(noun, "set", "Set the default gateway, in place of the one there is",
+                        {"gateway set 192.0.2.254",
+                         "gateway set --yes 192.0.2.253     (without asking whoever comes in "
+                         "through the old one)"});
+    const CLI::Option& address =
+        *tree.addArgument(setCommand, "ADDRESS", "IPv4 address, in the board's own network")
+             .required();
+    const auto setYes = addYesFlag(setCommand);
+    tree.setAction(setCommand, [&address, setYes](Session& session) {
+        set(session, *setYes, CommandTree::givenOne(address));
+    });
+
+    CLI::App& clearCommand = tree.addCommand(noun, "clear", "Remove the default gateway",
+                                             {"gateway clear", "gateway clear --yes"});
+    const auto clearYes = addYesFlag(clearCommand);
+    tree.setAction(clearCommand, [clearYes](Session& session) { clear(session, *clearYes); });
+}
+
+}  // namespace mngctl

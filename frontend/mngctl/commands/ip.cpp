@@ -1,0 +1,141 @@
+#include "mngctl/commands/addressing.h"
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/consent.h"
+#include "mngctl/commands/wayIn.h"
+
+#include <fmt/format.h>
+#include <algorithm>
+
+namespace mngctl {
+
+namespace {
+
+Json macOrNull(const rpcMacAddress& mac) {
+    const bool known = std::ranges::any_of(mac.octets, [](auto octet) { return octet != 0; });
+    return known ? Json(formatMac(mac.octets)) : Json();
+}
+
+std::string source(const rpcNetworkInfo& info) { return info.dhcpEnabled ? "dhcp" : "static"; }
+
+Json describe(const Addressing& state) {
+    const rpcNetworkInfo& info = state.info;
+    const auto length = prefixLength(info.netmask);
+    const bool known = state.hasAddress();
+    return Json{{"address", addressOrNull(info.ipAddress)},
+                {"prefixLength", known && length ? Json(*length) : Json()},
+                {"netmask", known ? Json(formatIpv4(info.netmask)) : Json()},
+                {"source", source(info)},
+                {"macAddress", macOrNull(info.macAddress)},
+                {"gateway", addressOrNull(state.gateway)},
+                {"managementVlan", info.mngVlanId == 0 ? Json() : Json(info.mngVlanId)}};
+}
+
+std::string orUnknown(const Json& value) {
+    if (value.is_null())
+        return "unknown";
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+std::string lines(const Addressing& state) {
+    const bool known = state.hasAddress();
+    const Json json = describe(state);
+    return fmt::format(
+        "address: {}\nmask: {}\nsource: {}\nMAC: {}\ngateway: {}\n"
+        "management VLAN: {}\n",
+        known ? formatNetwork(state.network()) : "none",
+        known ? formatIpv4(state.info.netmask) : "none", source(state.info),
+        orUnknown(json["macAddress"]), addressOrNone(state.gateway),
+        orUnknown(json["managementVlan"]));
+}
+
+void show(Session& session) {
+    const Addressing state = readAddressing(session);
+    session.print(describe(state), lines(state));
+}
+
+/// What a refused change of the address has left behind.
+std::string describeInForce(const Addressing& state) {
+    const std::string dhcp = state.info.dhcpEnabled ? "DHCP on" : "DHCP off";
+    if (state.hasAddress())
+        return fmt::format("the address {}, {}, {}", formatNetwork(state.network()), dhcp,
+                           describeGateway(state.gateway));
+    return fmt::format(
+        "no address, {}, {}: 'mngctl ip set' with an address that the board takes, or 'mngctl dhcp "
+        "on', gives it one again",
+        dhcp, describeGateway(state.gateway));
+}
+
+void askBefore(Session& session, bool yes, const Addressing& before, const Ipv4Network& wanted) {
+    const auto way = wayIn();
+    if (!way || way->server != before.info.ipAddress)
+        return;
+    if (wanted.address != way->server)
+        return askBeforeCuttingOff(
+            session, yes, *way,
+            fmt::format("it came in over {}, which {} takes the place of",
+                        formatNetwork(before.network()), formatNetwork(wanted)));
+    if (reaches(before.network(), before.gateway, way->client) &&
+        !reaches(wanted, before.gateway, way->client))
+        askBeforeCuttingOff(session, yes, *way,
+                            fmt::format("no way leads back there from {} with {}",
+                                        formatNetwork(wanted), describeGateway(before.gateway)));
+}
+
+/// The board sets the old gateway again, and says nothing if it cannot.
+void tellLostGateway(Session& session, const Addressing& before, const Addressing& after) {
+    if (before.gateway == 0 || after.gateway != 0)
+        return;
+    session.streams.err << fmt::format(
+        "mngctl: the gateway {} is gone{}; 'mngctl gateway set' sets another\n",
+        formatIpv4(before.gateway),
+        after.network().contains(before.gateway)
+            ? ""
+            : fmt::format(": it is not in {}", formatNetwork(after.network().withoutHostBits())));
+}
+
+void set(Session& session, bool yes, const std::string& address, const std::string& mask) {
+    const Ipv4Network wanted = parseInterfaceAddress(address, mask);
+    const Addressing before = readAddressing(session);
+    askBefore(session, yes, before, wanted);
+    carryOut({fmt::format("set the address {}", formatNetwork(wanted)),
+              request(session, rpc_network_set_ip_1,
+                      rpc_network_set_ip_1_argument{wanted.address, wanted.mask})},
+             [&] { return describeInForce(readAddressing(session)); });
+    readBack(session, [&] {
+        const Addressing after = readAddressing(session);
+        session.print(describe(after), lines(after));
+        tellLostGateway(session, before, after);
+    });
+}
+
+}  // namespace
+
+void addIp(CommandTree& tree) {
+    CLI::App& noun =
+        tree.addNoun("ip", "IPv4 address of the management interface",
+                     {"ip show", "ip set 192.0.2.10/24", "ip set 192.0.2.10 255.255.255.0"});
+
+    CLI::App& showCommand = tree.addCommand(
+        noun, "show",
+        "Show the address, where it comes from, the MAC address, the gateway and the management "
+        "VLAN",
+        {"ip show", "ip show --json"});
+    tree.setAction(showCommand, show);
+
+    CLI::App& setCommand = tree.addCommand(
+        noun, "set", "Set a static address; this switches the DHCP client off",
+        {"ip set 192.0.2.10/24", "ip set 192.0.2.10 255.255.255.0",
+         "ip set --yes 192.0.2.10/24     (without asking whoever came in over the old address)"});
+    const CLI::Option& address =
+        *tree.addArgument(setCommand, "ADDRESS", "IPv4 address, with /PREFIX or before MASK")
+             .required();
+    const CLI::Option& mask =
+        tree.addArgument(setCommand, "MASK", "Mask such as 255.255.255.0, if there is no /PREFIX");
+    const auto yes = addYesFlag(setCommand);
+    tree.setAction(setCommand, [&address, &mask, yes](Session& session) {
+        set(session, *yes, CommandTree::givenOne(address), CommandTree::givenOne(mask));
+    });
+}
+
+}  // namespace mngctl
