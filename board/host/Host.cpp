@@ -8,6 +8,7 @@
 #include "board/host/descriptorLimit.h"
 #include "board/host/loadLibrary.h"
 #include "board/host/stateDirectory.h"
+#include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
@@ -75,6 +76,9 @@ void Host::prepare() {
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
     varo::configure({options.stateDirectory, options.resolverFile, {}});
+    switchboard::configure({options.stateDirectory});
+    // A switch whose state cannot be used has logged why; the rest of the board works without.
+    switchboard::returnManagementPort();
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());

@@ -1,8 +1,12 @@
 #include "board/support/readFile.h"
 
+#include "board/support/Descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace board {
@@ -16,16 +20,22 @@ namespace {
 }  // namespace
 
 std::string readFile(const std::filesystem::path& file) {
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
+    const Descriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!opened) {
         fail(file);
     }
-    std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad()) {
-        fail(file);
+    std::string content;
+    std::array<char, 65536> buffer;
+    for (;;) {
+        const ssize_t count = ::read(opened.get(), buffer.data(), buffer.size());
+        if (count > 0) {
+            content.append(buffer.data(), static_cast<std::size_t>(count));
+        } else if (count == 0) {
+            return content;
+        } else if (errno != EINTR) {
+            fail(file);
+        }
     }
-    return content;
 }
 
 }  // namespace board

@@ -28,6 +28,9 @@ public:
     /// One line for each value: "shelfId a", "feature 12 on", "entity bridge started", ...
     std::vector<std::string> status();
 
+    /// One line for each value: "vlan 1: members 1 100, pvid 1", "default 1 tagged", "stored 0".
+    std::vector<std::string> vlans();
+
     /// How the server answers an argument that does not decode.
     clnt_stat sendBrokenMessage();
 
