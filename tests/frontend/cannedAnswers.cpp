@@ -23,6 +23,8 @@ void refuse(void* result) {
 
 bool changesSomething(rpcproc_t procedure) {
     switch (procedure) {
+        case rpc_network_set_vlan:
+        case rpc_network_set_def_vlan_mode:
         case rpc_network_set_domainname:
         case rpc_network_set_hostname:
         case rpc_network_set_dns_servers:
@@ -43,6 +45,8 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     // As on the board, the host name is never taken.
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
+    if (answerVlan(state, procedure, argument, result))
+        return;
     switch (procedure) {
         case rpc_network_is_ftp_enabled:
             as<int>(result) = 1;
@@ -200,6 +204,9 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
         case BLL_STOP:
             tell("stop");
             return sendReply(transport, "");
+        case BLL_CONTROL_VLANS:
+            tell("vlans");
+            return sendVlans(transport);
         default:
             return svcerr_noproc(transport);
     }

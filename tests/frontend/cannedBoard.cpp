@@ -2,6 +2,7 @@
 // ports when it serves, then a line for each request. It ends with its parent.
 //
 //   mngctl_canned_board [--refuse] [--silent] [--lone] [--die-after PROCEDURE]
+//                       [--vlans right|stored|outside|failed|none]
 //                       [--tcp-port N] [--udp-port N] [--namespace]
 //                       [--mapper full|empty|silent|stale]
 
@@ -181,6 +182,12 @@ struct Options {
     std::string mapper;
 };
 
+void setVlans(const std::string& behaviour) {
+    board().behaviour.vlans = behaviour;
+    if (behaviour == "outside")
+        board().state.info.mngVlanId = 0;
+}
+
 Options parse(int count, char** words) {
     Options options;
     for (int i = 1; i < count; ++i) {
@@ -195,6 +202,8 @@ Options parse(int count, char** words) {
             options.separate = true;
         else if (word == "--die-after" && i + 1 < count)
             board().behaviour.dieAfter = words[++i];
+        else if (word == "--vlans" && i + 1 < count)
+            setVlans(words[++i]);
         else if (word == "--tcp-port" && i + 1 < count)
             options.tcpPort = static_cast<unsigned short>(std::atoi(words[++i]));
         else if (word == "--udp-port" && i + 1 < count)

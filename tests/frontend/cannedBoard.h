@@ -8,13 +8,29 @@ namespace canned {
 
 /// What the canned board was asked to do, by its command line.
 struct Behaviour {
-    bool refuse = false;   ///< every operation answers -1
-    bool lone = false;     ///< serves neither of the board's programs
+    bool refuse = false;          ///< every operation answers -1
+    bool lone = false;            ///< serves neither of the board's programs
+    std::string vlans = "right";  ///< of the switch: "right", "stored" (a management VLAN is),
+                                  ///< "outside" (the management port is in none), "failed", or
+                                  ///< "none" (the procedure is not known)
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
 /// What the canned board remembers, so that what was set can be read back.
 struct State {
+    rpcNetworkInfo info{0xC000020A,
+                        0xFFFFFF00,
+                        {{2, 0, 0x5E, 0x10, 0, 0x0A}},
+                        {},
+                        FALSE,
+                        FALSE,
+                        1,
+                        FALSE,
+                        FALSE,
+                        FALSE,
+                        rpcVlanNone,
+                        1,
+                        rpcVlanNative};  // 192.0.2.10/24
     rpcNetworkDnsInfoWS dns{2, 0, 0};
     rpcNetworkDomainWS domain{2, {}};
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
@@ -29,6 +45,13 @@ struct State {
 /// Fills the result of a procedure of the network program; what has no answer of its own is zero.
 void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
             void* result);
+
+/// The same for the procedures of VLANs. Answers false if it is another.
+bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
+
+/// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
+/// latter with port 100.
+void sendVlans(SVCXPRT* transport);
 
 /// The dispatcher of the control program.
 void dispatchControl(svc_req* request, SVCXPRT* transport);

@@ -12,7 +12,7 @@ using testing::StartsWith;
 TEST(CommandLine, NamesTheCommandsThatExist) {
     EXPECT_EQ(run({"reboot"}),
               failed(Exit::Usage,
-                     "there is no command 'mngctl reboot'; expected dns, domain, board, "
+                     "there is no command 'mngctl reboot'; expected dns, domain, vlan, board, "
                      "factory-defaults, rpc or help\n"
                      "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
@@ -76,6 +76,12 @@ TEST(CommandLine, HelpsEverywhereWithExamples) {
                                             "domain show",
                                             "domain set",
                                             "domain clear",
+                                            "vlan",
+                                            "vlan show",
+                                            "vlan set",
+                                            "vlan default",
+                                            "vlan default show",
+                                            "vlan default set",
                                             "board",
                                             "board status",
                                             "board message",

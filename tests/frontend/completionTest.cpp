@@ -17,13 +17,16 @@ std::vector<std::string> candidates(const std::string& line) {
 
 TEST(Completion, OffersNounsAndVerbs) {
     EXPECT_THAT(candidates(""), ElementsAre("board", "dns", "domain", "exit", "factory-defaults",
-                                            "help", "quit", "rpc"));
+                                            "help", "quit", "rpc", "vlan"));
     EXPECT_THAT(candidates("d"), ElementsAre("dns", "domain"));
     EXPECT_EQ(completeLine("d").insert, "");
     EXPECT_EQ(completeLine("dn").insert, "s ");
     EXPECT_THAT(candidates("dns "), ElementsAre("clear", "set", "show"));
     EXPECT_EQ(completeLine("dns s").insert, "");
     EXPECT_EQ(completeLine("board cl").insert, "ear-config ");
+    EXPECT_THAT(candidates("vlan "), ElementsAre("default", "set", "show"));
+    EXPECT_THAT(candidates("vlan default "), ElementsAre("set", "show"));
+    EXPECT_THAT(candidates("vlan default set 10 "), ElementsAre("native", "tagged"));
     EXPECT_THAT(candidates("nothing "), ElementsAre());
     EXPECT_THAT(candidates("dns show "), IsEmpty());
 }

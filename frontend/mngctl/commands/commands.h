@@ -8,6 +8,7 @@ namespace mngctl {
 
 void addDns(CommandTree& tree);
 void addDomain(CommandTree& tree);
+void addVlan(CommandTree& tree);
 void addBoard(CommandTree& tree);
 void addFactoryDefaults(CommandTree& tree);
 void addRpc(CommandTree& tree);

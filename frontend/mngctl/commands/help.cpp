@@ -21,6 +21,7 @@ void addExit(CommandTree& tree) {
 void addAllCommands(CommandTree& tree, bool interactive) {
     addDns(tree);
     addDomain(tree);
+    addVlan(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);
