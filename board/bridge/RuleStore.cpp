@@ -1,8 +1,9 @@
 #include "board/bridge/RuleStore.h"
 
 #include "board/bridge/Failure.h"
-#include "board/framework/replaceFile.h"
-#include "board/framework/stateFile.h"
+#include "board/support/readFile.h"
+#include "board/support/replaceFile.h"
+#include "board/support/setAside.h"
 
 #include <exception>
 #include <utility>
@@ -22,11 +23,11 @@ void RuleStore::open(const fs::path& stateDirectory,
     const fs::path opened = stateDirectory.empty() ? fs::path() : stateDirectory / fileName;
     SavedRules read;
     if (!opened.empty() && fs::exists(opened)) {
-        const std::string text = board::readStateFile(opened);
+        const std::string text = board::readFile(opened);
         try {
             read = parseRules(text);
         } catch (const std::exception& error) {
-            const fs::path kept = board::setStateFileAside(opened);
+            const fs::path kept = board::setAside(opened);
             report(opened.string() + " is damaged and was renamed to " + kept.filename().string() +
                    "; the remote-access list starts without rules: " + error.what());
             read = {};

@@ -1,7 +1,8 @@
 #include "board/framework/Settings.h"
 
-#include "board/framework/replaceFile.h"
-#include "board/framework/stateFile.h"
+#include "board/support/readFile.h"
+#include "board/support/replaceFile.h"
+#include "board/support/setAside.h"
 
 #include <stdexcept>
 #include <utility>
@@ -22,7 +23,7 @@ void Settings::load(const fs::path& stateDirectory,
     std::string text;
     SettingsValues read;
     if (fs::exists(path)) {
-        text = readStateFile(path);
+        text = readFile(path);
         try {
             read = parseSettings(text);
         } catch (const std::exception& error) {

@@ -10,6 +10,7 @@
 #include "board/host/descriptorLimit.h"
 #include "board/host/loadLibrary.h"
 #include "board/host/stateDirectory.h"
+#include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
@@ -138,6 +139,9 @@ void Host::prepare() {
     configureFramework(options);
     configureBoard(options);
     configureBridge(options);
+    switchboard::configure({options.stateDirectory});
+    // A switch whose state cannot be used has logged why; the rest of the board works without.
+    switchboard::returnManagementPort();
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());

@@ -1,7 +1,7 @@
 #include "board/host/stateDirectory.h"
 
-#include "board/framework/FileDescriptor.h"
 #include "board/host/StartFailure.h"
+#include "board/support/Descriptor.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -22,7 +22,7 @@ void checkStateDirectory(const std::filesystem::path& directory) {
     }
     // The permission bits alone tell nothing of a file system that is mounted read-only.
     std::string probe = (directory / ".probe-XXXXXX").string();
-    const board::FileDescriptor created(mkstemp(probe.data()));
+    const board::Descriptor created(mkstemp(probe.data()));
     if (!created) {
         throw StartFailure(name + " is not writable (" + std::strerror(errno) +
                            "); give this user write access to it or name another one.");

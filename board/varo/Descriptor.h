@@ -1,30 +1,9 @@
 #pragma once
 
-#include <unistd.h>
-
-#include <utility>
+#include "board/support/Descriptor.h"
 
 namespace varo {
 
-/// A file descriptor that closes itself. Negative: there is none.
-class Descriptor {
-public:
-    explicit Descriptor(int opened = -1) : number(opened) {}
-    ~Descriptor() {
-        if (number >= 0)
-            ::close(number);
-    }
-    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number, other.number);
-        return *this;
-    }
-
-    int get() const { return number; }
-    explicit operator bool() const { return number >= 0; }
-
-private:
-    int number;
-};
+using board::Descriptor;
 
 }  // namespace varo

@@ -30,6 +30,8 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_option82:
         case rpc_network_add_ra_rule:
         case rpc_network_remove_ra_rule:
+        case rpc_network_set_vlan:
+        case rpc_network_set_def_vlan_mode:
         case rpc_network_set_domainname:
         case rpc_network_set_hostname:
         case rpc_network_set_dns_servers:
@@ -50,7 +52,8 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     // As on the board, the host name is never taken.
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
-    if (answerAddressing(state, behaviour, procedure, argument, result))
+    if (answerAddressing(state, behaviour, procedure, argument, result) ||
+        answerVlan(state, procedure, argument, result))
         return;
     switch (procedure) {
         case rpc_network_is_ftp_enabled:
@@ -223,6 +226,9 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
             if (board().behaviour.counters == "none")
                 return svcerr_noproc(transport);
             return sendCounters(transport);
+        case BLL_CONTROL_VLANS:
+            tell("vlans");
+            return sendVlans(transport);
         default:
             return svcerr_noproc(transport);
     }

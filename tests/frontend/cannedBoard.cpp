@@ -4,6 +4,7 @@
 //   mngctl_canned_board [--refuse] [--silent] [--lone] [--die-after PROCEDURE]
 //                       [--rules N] [--fail-half-way PROCEDURE]
 //                       [--counters right|wrong|failed|none]
+//                       [--vlans right|stored|outside|failed|none]
 //                       [--tcp-port N] [--udp-port N] [--namespace]
 //                       [--mapper full|empty|silent|stale]
 
@@ -190,6 +191,12 @@ void addRules(int count) {
         rules.push_back({0, 0xC0000200, 0xFFFFFF00, TRUE});
 }
 
+void setVlans(const std::string& behaviour) {
+    board().behaviour.vlans = behaviour;
+    if (behaviour == "outside")
+        board().state.info.mngVlanId = 0;
+}
+
 Options parse(int count, char** words) {
     Options options;
     for (int i = 1; i < count; ++i) {
@@ -210,6 +217,8 @@ Options parse(int count, char** words) {
             board().behaviour.counters = words[++i];
         else if (word == "--rules" && i + 1 < count)
             addRules(std::atoi(words[++i]));
+        else if (word == "--vlans" && i + 1 < count)
+            setVlans(words[++i]);
         else if (word == "--tcp-port" && i + 1 < count)
             options.tcpPort = static_cast<unsigned short>(std::atoi(words[++i]));
         else if (word == "--udp-port" && i + 1 < count)

@@ -14,6 +14,9 @@ struct Behaviour {
     std::string failHalfWay;         ///< the procedure that does a part of its work and answers -1
     std::string counters = "right";  ///< of the rules: "right", "wrong" (those of other rules),
                                      ///< "failed", or "none" (the procedure is not known)
+    std::string vlans = "right";     ///< of the switch: "right", "stored" (a management VLAN is),
+                                     ///< "outside" (the management port is in none), "failed", or
+                                     ///< "none" (the procedure is not known)
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
@@ -51,6 +54,13 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
 /// The same for the procedures of addressing and remote access. Answers false if it is another.
 bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
                       void* result);
+
+/// The same for the procedures of VLANs. Answers false if it is another.
+bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
+
+/// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
+/// latter with port 100.
+void sendVlans(SVCXPRT* transport);
 
 /// The dispatcher of the control program.
 void dispatchControl(svc_req* request, SVCXPRT* transport);

@@ -14,7 +14,7 @@ TEST(CommandLine, NamesTheCommandsThatExist) {
         run({"reboot"}),
         failed(Exit::Usage,
                "there is no command 'mngctl reboot'; expected ip, gateway, dhcp, access, dns, "
-               "domain, board, factory-defaults, rpc or help\n"
+               "domain, vlan, board, factory-defaults, rpc or help\n"
                "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
               failed(Exit::Usage,
@@ -97,6 +97,12 @@ TEST(CommandLine, HelpsEverywhereWithExamples) {
                                             "domain show",
                                             "domain set",
                                             "domain clear",
+                                            "vlan",
+                                            "vlan show",
+                                            "vlan set",
+                                            "vlan default",
+                                            "vlan default show",
+                                            "vlan default set",
                                             "board",
                                             "board status",
                                             "board message",

@@ -124,6 +124,24 @@ TEST_F(ReplaceFile, WritesInPlaceInAReadOnlyDirectory) {
               "new\n");
 }
 
+TEST_F(ReplaceFile, DoesNotWriteInPlaceUnlessThatIsAskedFor) {
+    const auto source = directory.path() / "source";
+    writeFile(source, "old\n");
+    writeFile(file, "covered\n");
+    const std::string result = inOwnNamespaces(CLONE_NEWNS, [&]() -> std::string {
+        bindMount(source, file);
+        try {
+            board::replaceFile(file, "new\n");
+            return "it was written";
+        } catch (const std::system_error& error) {
+            return error.what();
+        }
+    });
+    EXPECT_EQ(result, "cannot replace " + file.string() + ": Device or resource busy");
+    EXPECT_EQ(readFile(source), "old\n");
+    EXPECT_THAT(filesIn(directory.path()), ElementsAre("resolv.conf", "source"));
+}
+
 TEST_F(ReplaceFile, LeavesTheOldFileWhenTheDiskIsFull) {
     const auto disk = directory.path() / "disk";
     std::filesystem::create_directory(disk);

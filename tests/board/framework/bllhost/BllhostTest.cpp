@@ -246,6 +246,9 @@ TEST_P(BllhostControlTest, ServesTheControlProgram) {
     EXPECT_EQ(client.setClearConfig(false), "0: ");
     EXPECT_THAT(client.status(), Contains("clearConfigInProgress off"));
 
+    EXPECT_THAT(client.vlans(),
+                ElementsAre("vlan 1: members 1 100, pvid 1", "default 1 tagged", "stored 0"));
+
     EXPECT_EQ(client.sendBrokenMessage(), RPC_CANTDECODEARGS);
     EXPECT_EQ(client.externalMessage("echo", "still here"), "0: still here from control");
 }
@@ -277,6 +280,31 @@ TEST_F(BllhostTest, StartsWithFactorySettingsWhenTheirFileIsDamaged) {
     EXPECT_THAT(host->output(), HasSubstr("framework.json is damaged and was renamed to "
                                           "framework.json.damaged-"));
     EXPECT_THAT(ControlClient().status(), Contains("shelfId "));
+}
+
+TEST_F(BllhostTest, ReturnsTheManagementPortToVlanOneAndKeepsTheRestOfTheSwitch) {
+    writeFile(state.path() / "switch.json",
+              R"({"version":1,"vlans":[{"id":1,"ports":[100]},{"id":10,"ports":[1,100]}],)"
+              R"("pvids":[{"port":1,"vlan":10},{"port":100,"vlan":10}],)"
+              R"("defaultVlan":{"id":10,"native":true},"managementVlan":10,)"
+              R"("managementEntry":null})");
+    startHost();
+    EXPECT_THAT(ControlClient().vlans(),
+                ElementsAre("vlan 1: members 1 100, pvid 1", "vlan 10: members 100, pvid 100",
+                            "default 10 native", "stored 10"));
+    EXPECT_THAT(host->output(), HasSubstr("switch: the management port is back in VLAN 1"));
+}
+
+TEST_F(BllhostTest, RunsOnWithoutASwitchWhoseStateCannotBeUsed) {
+    writeFile(state.path() / "switch.json", R"({"version":2})");
+    startHost();
+    const std::string reason =
+        (state.path() / "switch.json").string() +
+        " cannot be used: it has version 2, this release knows version 1; install the newer "
+        "release again, or move the file away to start from factory values";
+    EXPECT_THAT(host->output(), HasSubstr("switch: returnManagementPort: " + reason));
+    EXPECT_THAT(ControlClient().vlans(),
+                ElementsAre("-1: " + reason, "default 0 tagged", "stored 0"));
 }
 
 TEST_F(BllhostTest, RunsOnWhenAnEntityCannotStart) {

@@ -141,6 +141,34 @@ std::vector<std::string> ControlClient::ruleCounters() {
     return lines;
 }
 
+std::vector<std::string> ControlClient::vlans() {
+    controlVlans vlans{};
+    if (bll_control_vlans_1(nullptr, &vlans, client.get()) != RPC_SUCCESS) {
+        throw std::runtime_error(clnt_sperror(client.get(), "control program"));
+    }
+    std::vector<std::string> lines;
+    if (vlans.result != 0) {
+        lines.push_back(std::to_string(vlans.result) + ": " + vlans.reply);
+    }
+    for (u_int index = 0; index < vlans.vlans.vlans_len; ++index) {
+        const controlVlan& vlan = vlans.vlans.vlans_val[index];
+        std::string line = "vlan " + std::to_string(vlan.id) + ": members";
+        for (u_int port = 0; port < vlan.members.members_len; ++port) {
+            line += " " + std::to_string(vlan.members.members_val[port]);
+        }
+        line += ", pvid";
+        for (u_int port = 0; port < vlan.pvidPorts.pvidPorts_len; ++port) {
+            line += " " + std::to_string(vlan.pvidPorts.pvidPorts_val[port]);
+        }
+        lines.push_back(line);
+    }
+    lines.push_back("default " + std::to_string(vlans.defaultVlan) +
+                    (vlans.defaultNative != FALSE ? " native" : " tagged"));
+    lines.push_back("stored " + std::to_string(vlans.managementVlan));
+    clnt_freeres(client.get(), (rpcFilter<controlVlans, xdr_controlVlans>), &vlans);
+    return lines;
+}
+
 clnt_stat ControlClient::sendBrokenMessage() {
     const std::string name = "a text that is decoded before the failure";
     char* text = textOf(name);

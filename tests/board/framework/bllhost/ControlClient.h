@@ -30,6 +30,8 @@ public:
 
     /// The status, and one line for each rule: "permit c0000200 ffffff00 5 packets 140 bytes".
     std::vector<std::string> ruleCounters();
+    /// One line for each value: "vlan 1: members 1 100, pvid 1", "default 1 tagged", "stored 0".
+    std::vector<std::string> vlans();
 
     /// How the server answers an argument that does not decode.
     clnt_stat sendBrokenMessage();

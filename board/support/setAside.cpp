@@ -1,4 +1,4 @@
-#include "board/varo/setAside.h"
+#include "board/support/setAside.h"
 
 #include <fcntl.h>
 #include <fmt/chrono.h>
@@ -10,9 +10,9 @@
 #include <chrono>
 #include <system_error>
 
-#include "board/varo/Descriptor.h"
+#include "board/support/Descriptor.h"
 
-namespace varo {
+namespace board {
 
 namespace {
 
@@ -47,14 +47,16 @@ fs::path setAside(const fs::path& file) {
     for (const char* suffix : suffixes) {
         std::error_code error;
         fs::rename(withSuffix(file, suffix), withSuffix(name, suffix), error);
-        if (error && error != std::errc::no_such_file_or_directory)
+        if (error && error != std::errc::no_such_file_or_directory) {
             throw std::system_error(error, "cannot rename " + withSuffix(file, suffix).string());
+        }
     }
     // Not every file system lets a directory be synchronised; the renaming stands without it.
     if (const Descriptor directory(::open(file.parent_path().c_str(), O_RDONLY | O_CLOEXEC));
-        directory)
+        directory) {
         ::fsync(directory.get());
+    }
     return name;
 }
 
-}  // namespace varo
+}  // namespace board

@@ -1,4 +1,4 @@
-#include "board/varo/replaceFile.h"
+#include "board/support/replaceFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,9 +9,9 @@
 #include <iterator>
 #include <system_error>
 
-#include "board/varo/Descriptor.h"
+#include "board/support/Descriptor.h"
 
-namespace varo {
+namespace board {
 
 namespace {
 
@@ -26,8 +26,9 @@ constexpr mode_t fileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 
 bool holds(const fs::path& file, std::string_view content) {
     std::ifstream stream(file, std::ios::binary);
-    if (!stream)
+    if (!stream) {
         return false;
+    }
     const std::string held{std::istreambuf_iterator<char>(stream), {}};
     return !stream.bad() && held == content;
 }
@@ -38,22 +39,36 @@ void write(const Descriptor& descriptor, std::string_view content, const fs::pat
     while (done < content.size()) {
         const ssize_t count = ::pwrite(descriptor.get(), content.data() + done,
                                        content.size() - done, static_cast<off_t>(done));
-        if (count >= 0)
+        if (count >= 0) {
             done += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
+        } else if (errno != EINTR) {
             fail("write", file);
+        }
     }
-    if (::ftruncate(descriptor.get(), static_cast<off_t>(content.size())) != 0)
+    if (::ftruncate(descriptor.get(), static_cast<off_t>(content.size())) != 0) {
         fail("write", file);
-    if (::fsync(descriptor.get()) != 0)
+    }
+    if (::fsync(descriptor.get()) != 0) {
         fail("synchronise", file);
+    }
 }
 
 void writeInPlace(const fs::path& file, std::string_view content) {
     const Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!descriptor)
+    if (!descriptor) {
         fail("write", file);
+    }
     write(descriptor, content, file);
+}
+
+/// Makes the renaming durable. Where the file system cannot do it, or the directory may not be
+/// read, the renaming stands without.
+void synchroniseDirectory(const fs::path& directory) {
+    const Descriptor opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened ? ::fsync(opened.get()) != 0 && errno != EINVAL && errno != ENOTSUP
+               : errno != EACCES) {
+        fail("synchronise", directory);
+    }
 }
 
 /// Removes the new file again unless it has taken the place of the old one.
@@ -61,17 +76,19 @@ class NewFile {
 public:
     explicit NewFile(fs::path path) : name(std::move(path)) {}
     ~NewFile() {
-        if (!placed)
+        if (!placed) {
             ::unlink(name.c_str());
+        }
     }
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
     /// False when something is mounted on the file.
-    bool takePlaceOf(const fs::path& file) {
+    bool takePlaceOf(const fs::path& file, Irreplaceable otherwise) {
         if (::rename(name.c_str(), file.c_str()) != 0) {
-            if (errno == EBUSY)
+            if (errno == EBUSY && otherwise == Irreplaceable::writeInPlace) {
                 return false;
+            }
             fail("replace", file);
         }
         placed = true;
@@ -85,12 +102,13 @@ private:
 
 }  // namespace
 
-void replaceFile(const fs::path& named, std::string_view content) {
+void replaceFile(const fs::path& named, std::string_view content, Irreplaceable otherwise) {
     std::error_code error;
     const fs::path target = fs::canonical(named, error);
     const fs::path file = error ? fs::absolute(named) : target;
-    if (holds(file, content))
+    if (holds(file, content)) {
         return;
+    }
 
     // Always the same name, so that an interrupted call leaves one file at most, for the next to
     // use.
@@ -98,22 +116,22 @@ void replaceFile(const fs::path& named, std::string_view content) {
     const Descriptor descriptor(
         ::open(newName.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, fileMode));
     if (!descriptor) {
-        if (errno != EROFS && errno != EACCES)
+        if (otherwise == Irreplaceable::fail || (errno != EROFS && errno != EACCES)) {
             fail("create", newName);
+        }
         writeInPlace(file, content);
         return;
     }
     NewFile newFile(newName);
-    if (::fchmod(descriptor.get(), fileMode) != 0)
+    if (::fchmod(descriptor.get(), fileMode) != 0) {
         fail("set the mode of", newName);
+    }
     write(descriptor, content, newName);
-    if (!newFile.takePlaceOf(file)) {
+    if (!newFile.takePlaceOf(file, otherwise)) {
         writeInPlace(file, content);
         return;
     }
-    const Descriptor directory(::open(file.parent_path().c_str(), O_RDONLY | O_CLOEXEC));
-    if (!directory || ::fsync(directory.get()) != 0)
-        fail("synchronise", file.parent_path());
+    synchroniseDirectory(file.parent_path());
 }
 
-}  // namespace varo
+}  // namespace board

@@ -1,0 +1,133 @@
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/vlanState.h"
+#include "mngctl/outcome.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+constexpr unsigned highestVlan = 4094;
+
+unsigned parseVlan(const std::string& text) {
+    unsigned vlan = 0;
+    try {
+        vlan = parseUnsigned(text);
+    } catch (const UsageError&) {
+        // One sentence for all that is no VLAN id.
+    }
+    if (vlan < 1 || vlan > highestVlan)
+        throw UsageError(
+            fmt::format("expected a VLAN id from 1 to {}, not '{}'", highestVlan, printable(text)));
+    return vlan;
+}
+
+rpcVlanMode parseMode(const std::string& text) {
+    if (text == "tagged")
+        return rpcVlanTagged;
+    if (text == "native")
+        return rpcVlanNative;
+    throw UsageError(fmt::format("expected tagged or native, not '{}'", printable(text)));
+}
+
+/// Makes one change; a refusal is explained.
+void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain) {
+    try {
+        carryOut(std::span(&change, 1));
+    } catch (const Refused& refusal) {
+        throw Refused(refusal.what() + explain());
+    }
+}
+
+void show(Session& session) {
+    Json json = readVlanSettings(session);
+    const Json database = readVlanDatabase(session);
+    json.update(database);
+    session.print(json, managementVlanLine(json) + defaultVlanLine(json) + databaseLines(database));
+}
+
+void showManagement(Session& session) {
+    const Json settings = readVlanSettings(session);
+    session.print(Json{{"managementVlan", settings["managementVlan"]}},
+                  managementVlanLine(settings));
+}
+
+void showDefault(Session& session) {
+    const Json settings = readVlanSettings(session);
+    session.print(Json{{"defaultVlan", settings["defaultVlan"]}}, defaultVlanLine(settings));
+}
+
+void set(Session& session, unsigned vlan) {
+    const Change change{"set the management VLAN", [&] {
+                            rpcNetworkResult result{};
+                            session.client.call(networkProgram, rpc_network_set_vlan_1, vlan,
+                                                result);
+                            return result;
+                        }};
+    carryOutOrExplain(change, [&] { return explainRefusedMove(session, vlan); });
+    readBack(session, [&] { showManagement(session); });
+}
+
+void setDefault(Session& session, unsigned vlan, rpcVlanMode mode) {
+    const Change change{"set the default VLAN", [&] {
+                            rpc_network_set_def_vlan_mode_1_argument argument{vlan, mode};
+                            rpcNetworkResult result{};
+                            session.client.call(networkProgram, rpc_network_set_def_vlan_mode_1,
+                                                argument, result);
+                            return result;
+                        }};
+    carryOutOrExplain(change, [&] { return explainRefusedDefault(session, vlan); });
+    readBack(session, [&] { showDefault(session); });
+}
+
+void addDefault(CommandTree& tree, CLI::App& parent) {
+    CLI::App& noun = tree.addCommand(parent, "default", "The default VLAN of the shelf",
+                                     {"vlan default show", "vlan default set 10 native"});
+    noun.require_subcommand(1, 1);
+
+    CLI::App& showCommand =
+        tree.addCommand(noun, "show", "Show the default VLAN and how the uplink carries it",
+                        {"vlan default show", "vlan default show --json"});
+    tree.setAction(showCommand, showDefault);
+
+    CLI::App& setCommand = tree.addCommand(
+        noun, "set", "Make a VLAN of the database the default one; needs profile mode",
+        {"vlan default set 10 tagged", "vlan default set 10 native"});
+    const CLI::Option& id =
+        *tree.addArgument(setCommand, "ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)").required();
+    const CLI::Option& mode =
+        *tree.addArgument(setCommand, "MODE",
+                          "tagged, or native: untagged on the uplink, with no other VLAN so", false,
+                          {"tagged", "native"})
+             .required();
+    tree.setAction(setCommand, [&](Session& session) {
+        const unsigned vlan = parseVlan(CommandTree::givenOne(id));
+        setDefault(session, vlan, parseMode(CommandTree::givenOne(mode)));
+    });
+}
+
+}  // namespace
+
+void addVlan(CommandTree& tree) {
+    CLI::App& noun =
+        tree.addNoun("vlan", "VLAN of the management port, default VLAN, VLAN database",
+                     {"vlan show", "vlan set 10", "vlan default set 10 native"});
+
+    CLI::App& showCommand = tree.addCommand(
+        noun, "show", "Show the management VLAN, the default VLAN and the VLAN database",
+        {"vlan show", "vlan show --json"});
+    tree.setAction(showCommand, show);
+
+    CLI::App& setCommand =
+        tree.addCommand(noun, "set", "Move the management port into a VLAN", {"vlan set 10"});
+    const CLI::Option& id =
+        *tree.addArgument(setCommand, "ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)").required();
+    tree.setAction(setCommand,
+                   [&id](Session& session) { set(session, parseVlan(CommandTree::givenOne(id))); });
+
+    addDefault(tree, noun);
+}
+
+}  // namespace mngctl
