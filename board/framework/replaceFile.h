@@ -1,3 +1,0 @@
-#pragma once
-
-#include "board/support/replaceFile.h"
