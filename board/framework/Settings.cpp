@@ -27,7 +27,7 @@ void Settings::load(const fs::path& stateDirectory,
         try {
             read = parseSettings(text);
         } catch (const std::exception& error) {
-            const fs::path kept = setStateFileAside(path);
+            const fs::path kept = setAside(path);
             report(path.string() + " is damaged and was renamed to " + kept.filename().string() +
                    "; factory settings are used: " + error.what());
             read = {};
