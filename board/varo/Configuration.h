@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "board/varo/hostAppliers.h"
+
 namespace varo {
 
 /// Receives the library's log lines: the level, 0 (emergency) to 7 (debug), and the text without a
@@ -20,6 +22,8 @@ struct Configuration {
     std::filesystem::path resolverFile;
     /// Empty: lines go to syslog(3).
     Log log;
+    /// What puts the settings of services into force.
+    Appliers appliers{};
 };
 
 /// To be called before the first call of the library, which fails until then. Directory and file

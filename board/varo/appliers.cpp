@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "board/varo/Library.h"
+#include "board/varo/applyServices.h"
 
 namespace varo {
 
@@ -26,6 +27,10 @@ void applyAll(RecordStore& store, const Configuration& configuration) {
     std::exception_ptr failure;
     attempt(failure, [&] { applyInternalConfig(store); });
     attempt(failure, [&] { applyResolver(store, configuration); });
+    for (const auto apply :
+         {applyTelnet, applySsh, applyFtp, applyTrapManagers, applySnmpCommunities, applySnmpSystem,
+          applyTimeZone, applyNtp, applyAcs})
+        attempt(failure, [&] { apply(store, configuration); });
     if (failure)
         std::rethrow_exception(failure);
 }
