@@ -75,6 +75,7 @@ void Host::prepare() {
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
     varo::configure({options.stateDirectory, options.resolverFile, {}});
+    configurePlatform(options.platform);
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());

@@ -63,6 +63,7 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
     app.add_option("--resolv-conf", options.resolverFile,
                    "File in the form of resolv.conf(5) to write the resolver settings to")
         ->type_name("PATH");
+    addPlatformOptions(app, options.platform);
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",
                               options.stopTimeout);

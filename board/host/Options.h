@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/host/platformOptions.h"
 #include "framework/Log.h"
 
 #include <chrono>
@@ -12,6 +13,7 @@ struct Options {
     std::filesystem::path library;
     std::filesystem::path stateDirectory;
     std::filesystem::path resolverFile;  ///< empty: none is written
+    PlatformOptions platform;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;
