@@ -1,16 +1,11 @@
 #include "framework/CliConfig.h"
 
 #include "board/framework/Framework.h"
-
-namespace {
-
-constexpr unsigned int factoryMaxSessions = 5;
-
-}  // namespace
+#include "board/platform/terminalSessions.h"
 
 template class singleton<CliConfig>;
 
-CliConfig::settings_t::settings_t() : maxSessions(factoryMaxSessions) {}
+CliConfig::settings_t::settings_t() : maxSessions(board::factoryTerminalSessions) {}
 
 CliConfig::CliConfig() = default;
 CliConfig::~CliConfig() = default;

@@ -76,6 +76,14 @@ bool Settings::setFeature(const std::string& name, bool on) {
     });
 }
 
+bool Settings::setOntManagementVlan(unsigned int vlanId) {
+    if (!isVlan(vlanId)) {
+        throw std::invalid_argument(
+            fmt::format("{} is not in {} to {}", vlanId, firstVlan, lastVlan));
+    }
+    return change([vlanId](SettingsValues& values) { values.ontManagementVlan = vlanId; });
+}
+
 bool Settings::change(const std::function<void(SettingsValues&)>& edit) {
     const std::lock_guard guard(mutex);
     SettingsValues changed = current;

@@ -37,6 +37,8 @@ public:
     bool setProfileMode(bool on);
     /// Throws std::invalid_argument, naming the features that exist, for one that does not.
     bool setFeature(const std::string& name, bool on);
+    /// Throws std::invalid_argument for a number that is no VLAN.
+    bool setOntManagementVlan(unsigned int vlanId);
 
 private:
     bool change(const std::function<void(SettingsValues&)>& edit);

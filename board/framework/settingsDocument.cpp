@@ -17,6 +17,7 @@ constexpr int indentation = 4;
 constexpr const char* shelfIdMember = "shelfId";
 constexpr const char* profileModeMember = "profileMode";
 constexpr const char* featuresMember = "features";
+constexpr const char* ontVlanMember = "ontManagementVlan";
 
 bool isControl(char character) {
     const auto code = static_cast<unsigned char>(character);
@@ -72,6 +73,12 @@ SettingsValues parseSettings(const std::string& document) {
             }
         }
     }
+    if (const auto found = root.find(ontVlanMember); found != root.end()) {
+        if (!found->is_number_unsigned() || *found < firstVlan || *found > lastVlan) {
+            throw std::runtime_error("the VLAN of the ONTs is not a number from 1 to 4094");
+        }
+        found->get_to(values.ontManagementVlan);
+    }
     return values;
 }
 
@@ -79,6 +86,7 @@ std::string formatSettings(const std::string& document, const SettingsValues& va
     json root = document.empty() ? json::object() : json::parse(document);
     root[shelfIdMember] = values.shelfId;
     root[profileModeMember] = values.profileMode;
+    root[ontVlanMember] = values.ontManagementVlan;
     for (const auto& [name, on] : values.features) {
         root[featuresMember][name] = on;
     }

@@ -11,6 +11,8 @@ struct SettingsValues {
     bool profileMode = false;
     /// By name, or by number in decimal digits. Every feature that the product knows is listed.
     std::map<std::string, bool> features{{"httpserver", true}, {"5", false}, {"12", false}};
+    /// VLAN that carries the management of the ONTs.
+    unsigned int ontManagementVlan = 1;
 
     bool operator==(const SettingsValues&) const = default;
 };
@@ -18,6 +20,12 @@ struct SettingsValues {
 /// Why a text may not be a shelf identity, empty if it may: at most 255 bytes of UTF-8 without
 /// control characters.
 std::string objectionToShelfId(const std::string& id);
+
+/// The ids that a VLAN can have (IEEE 802.1Q).
+inline constexpr unsigned int firstVlan = 1;
+inline constexpr unsigned int lastVlan = 4094;
+
+inline bool isVlan(unsigned int id) { return id >= firstVlan && id <= lastVlan; }
 
 /// The settings that a JSON document holds. What it leaves out has its factory value; members that
 /// are not known here are passed over. Throws std::exception when the text is not JSON or a value

@@ -142,6 +142,7 @@ void Host::prepare() {
     switchboard::configure({options.stateDirectory});
     // A switch whose state cannot be used has logged why; the rest of the board works without.
     switchboard::returnManagementPort();
+    configurePlatform(options.platform);
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());

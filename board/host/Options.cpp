@@ -127,6 +127,7 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
         ->type_name("NAME")
         ->check(isTableName)
         ->capture_default_str();
+    addPlatformOptions(app, options.platform);
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",
                               options.stopTimeout);

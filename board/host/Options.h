@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/host/platformOptions.h"
 #include "framework/Log.h"
 
 #include <chrono>
@@ -20,6 +21,7 @@ struct Options {
     std::string dhcpVendorClass = "VANTORIX";
     std::filesystem::path acsPidFile;  ///< empty: there is no auto-configuration client
     std::uint32_t boardPosition = 1;
+    PlatformOptions platform;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;

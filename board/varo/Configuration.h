@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "board/varo/hostAppliers.h"
+
 namespace varo {
 
 /// Receives the library's log lines: the level, 0 (emergency) to 7 (debug), and the text without a
@@ -37,6 +39,8 @@ struct Configuration {
     std::filesystem::path acsPidFile{};
     /// Position of the board in its shelf.
     std::uint32_t boardPosition = 1;
+    /// What puts the settings of services into force.
+    Appliers appliers{};
 };
 
 /// To be called before the first call of the library, which fails until then. Most is taken when

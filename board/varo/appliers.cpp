@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "board/varo/Library.h"
+#include "board/varo/applyServices.h"
 
 namespace varo {
 
@@ -28,6 +29,10 @@ void applyAll(RecordStore& store, const Configuration& configuration,
     attempt(failure, [&] { applyInternalConfig(store); });
     attempt(failure, [&] { applyResolver(store, configuration); });
     attempt(failure, [&] { applyIpv4(store, configuration, keeper); });
+    for (const auto apply :
+         {applyTelnet, applySsh, applyFtp, applyTrapManagers, applySnmpCommunities, applySnmpSystem,
+          applyTimeZone, applyNtp, applyAcs})
+        attempt(failure, [&] { apply(store, configuration); });
     if (failure)
         std::rethrow_exception(failure);
 }

@@ -17,7 +17,9 @@ enum Code : int {
     applyFailed = 10,     ///< the values are stored, but could not be put into force
     systemFailed = 11,    ///< a system call failed, or the kernel refused
     internalError = 12,   ///< out of memory, or a defect of the library
-    notThere = 13,        ///< no such address, route or MAC address
+    notThere = 13,        ///< no such entry, address, route or MAC address
+    tableFull = 14,       ///< there is no room for another entry
+    alreadyThere = 15,    ///< there is such an entry already
 };
 
 }  // namespace varo

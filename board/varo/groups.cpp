@@ -1,5 +1,8 @@
 #include "board/varo/groups.h"
 
+#include "board/varo/groupsServices.h"
+#include "board/varo/groupsSnmp.h"
+#include "board/varo/groupsTime.h"
 #include "board/varo/schema.h"
 
 namespace varo {
@@ -76,7 +79,10 @@ const Group<varoLib_s_dns6>& dns6Group() {
 
 const Schema& schema() {
     static const auto& all = *new Schema{
-        .tables = {&internalConfigGroup(), &ipv4Group(), &dhcpGroup(), &dnsGroup(), &dns6Group()},
+        .tables = {&internalConfigGroup(), &ipv4Group(), &dhcpGroup(), &dnsGroup(), &dns6Group(),
+                   &telnetGroup(), &sshGroup(), &ftpGroup(), &trapManagersGroup(),
+                   &snmpCommunitiesGroup(), &snmpSystemGroup(), &timeZoneGroup(), &ntpGroup(),
+                   &acsGroup()},
         .steps = {},
     };
     return all;

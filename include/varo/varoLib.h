@@ -77,7 +77,8 @@ int varoUpdateFtpSrv(varoLib_s_ftpSrv* server);
 int varoDefFtpSrv(varoLib_s_ftpSrv* server);
 
 // SNMP agent. Addresses in host byte order. Access: 1 read-only, 2 read-write. Selector: 1 contact,
-// 2 location, 3 name.
+// 2 location, 3 name. A trap manager is known by its address and community together, a community by
+// its name. To add what is there already, or to change or delete what is not, fails.
 int varoGetSubag(varoLib_s_subag* agent);
 int varoUpdateSubag(varoLib_s_subag* agent);
 int varoDefSubag(varoLib_s_subag* agent);
@@ -90,6 +91,7 @@ int varoGetSnmpCommunity(varoLib_s_snmpCommunity* communities);
 int varoUpdateSnmpCommunity(varoLib_s_snmpCommunity* communities);
 int varoDefSnmpCommunity(varoLib_s_snmpCommunity* communities);
 int varoAddSnmpCommunity(const char* name, int access);
+/// Whatever its access is.
 int varoDeleteSnmpCommunity(const char* name, int access);
 int varoChangeSnmpCommunity(const char* name, int access);
 int varoGetSnmpSystem(varoLib_s_snmpSystem* system);
@@ -97,7 +99,10 @@ int varoUpdateSnmpSystem(varoLib_s_snmpSystem* system);
 int varoDefSnmpSystem(varoLib_s_snmpSystem* system);
 int varoChangeSnmpSystem(const char* text, int selector);
 
-// SNTP client.
+// SNTP client. There is one configuration for each source, with servers by host texts. Records with
+// IPv4 addresses are a view of it: they show the servers that are given by such an address, in
+// their order as far as they fit, and leave the others out. To update through the view is to
+// replace all servers. Address types are set by the library.
 int varoGetNtpWS(int* source, rpcSntpConfig* config);
 int varoUpdateNtpWS(int source, rpcSntpConfig* config);
 int varoGetNtpHost(int* source, rpcSntpConfigHost* config);

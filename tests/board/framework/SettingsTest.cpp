@@ -156,7 +156,11 @@ TEST_P(DamagedSettingsTest, AreSetAsideWithAMessage) {
 INSTANTIATE_TEST_SUITE_P(Damage, DamagedSettingsTest,
                          testing::Values("", "{", "[]", "\x01\x02", "null", R"({"shelfId": 7})",
                                          R"({"shelfId": "a\nb"})", R"({"profileMode": "yes"})",
-                                         R"({"features": []})", R"({"features": {"12": 1}})",
+                                         R"({"ontManagementVlan": 4095})",
+                                         R"({"ontManagementVlan": "7"})",
+                                         R"({"ontManagementVlan": 0})",
+                                         R"({"ontManagementVlan": 1.5})", R"({"features": []})",
+                                         R"({"features": {"12": 1}})",
                                          R"({"shelfId": "a"} trailing)"));
 
 TEST_F(SettingsTest, SettingAsideOverwritesNothing) {
