@@ -20,7 +20,6 @@ using fake::Platform;
 using fake::quoted;
 
 extern "C" {
-int __real_fflush(std::FILE* stream);
 int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
                           void* (*function)(void*), void* argument);
 int __real_pthread_join(pthread_t thread, void** result);
@@ -72,14 +71,6 @@ void __wrap___vsyslog_chk(int priority, int flag, const char* format, std::va_li
 void __wrap_vsyslog(int priority, const char* format, std::va_list arguments) {
     Platform::current().journal.write(
         fmt::format("syslog unfortified({}, {})", priority, quoted(formatted(format, arguments))));
-}
-
-/// Only the flush of all streams is of interest.
-int __wrap_fflush(std::FILE* stream) {
-    if (stream == nullptr) {
-        Platform::current().journal.write("fflush(all)");
-    }
-    return __real_fflush(stream);
 }
 
 unsigned int __wrap_sleep(unsigned int seconds) {

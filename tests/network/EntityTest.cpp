@@ -1,9 +1,13 @@
 #include "network/EntityTest.h"
 
+#include "network/library.h"
+
 #include <memory>
 #include <sstream>
 
 EntityTest::EntityTest() {
+    // It remembers its queue, which belongs to the platform of the test before.
+    HassesComm_Msgq_network = {};
     remakeEntity();
     platform.journal.takeAll();
 }

@@ -58,10 +58,14 @@ protected:
 
 TEST_F(Lifecycle, ConstructionAndDestructionKeepTheirOrder) {
     remakeEntity();
-    EXPECT_THAT(journal(), ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
-                                       R"(~BLEntity("network"))", R"(BLEntity("network"))",
-                                       R"(ACLContainer_t("br0", "acl"))", "varoLibInit() -> 0",
-                                       "varoGetInternalConfig() -> 0 {severity=3}"));
+    EXPECT_THAT(
+        journal(),
+        ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
+                    R"(~BLEntity("network"))", R"(BLEntity("network"))",
+                    R"(ACLContainer_t("br0", "acl"))", "varoGetMyBoardPos() -> 0 5",
+                    // The cause of the last restart; its queue is that of the entity before.
+                    testing::StartsWith(R"(msgsnd(500, 1001 "events={\n)"), "varoLibInit() -> 0",
+                    "varoGetInternalConfig() -> 0 {severity=3}"));
 }
 
 TEST_F(Lifecycle, ConstructionTakesVaroLibsThreshold) {
@@ -88,7 +92,7 @@ TEST_F(Lifecycle, ConstructionKeepsThreeWhenVaroLibCannotBeRead) {
 TEST_F(Lifecycle, ANewEntityHasItsFirstValues) {
     EXPECT_EQ(entity().getName(), "network");
     EXPECT_EQ(entity().mngVlanId, 1U);
-    EXPECT_EQ(entity().boardPos, 0U);
+    EXPECT_EQ(entity().boardPos, 5U);
     EXPECT_EQ(entity().webServerOn, false);
     EXPECT_EQ(entity().pollThread, 0U);
     EXPECT_EQ(entity().pollStop, false);
