@@ -1,11 +1,16 @@
 #include "network/EntityTest.h"
 
+#include "framework/Interfaces.h"
 #include "network/library.h"
+#include "platform/zubridge.h"
 
 #include <memory>
 #include <sstream>
 
 EntityTest::EntityTest() {
+    // Made on first use, which must not fall into the journal of whichever test comes first.
+    singleton<zubridge>::instance();
+    singleton<Interfaces>::instance();
     // It remembers its queue, which belongs to the platform of the test before.
     HassesComm_Msgq_network = {};
     remakeEntity();

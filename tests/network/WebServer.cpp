@@ -2,6 +2,7 @@
 
 #include "network/EntityTest.h"
 #include "network/exports.h"
+#include "network/journals.h"
 #include "network/webEvents.h"
 #include "support/CapturedOutput.h"
 
@@ -12,8 +13,6 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
-
-using Entries = std::vector<std::string>;
 
 const std::string mkdirCommand = "mkdir -p /var/run/hasses &>/dev/null";
 const std::string lsCommand = "ls -l /etc/apache2 &>/dev/null";
@@ -56,22 +55,16 @@ Entries failureLogged(const std::string& label, const std::string& command) {
             R"(Log << "\n")"};
 }
 
-Entries operator+(Entries all, const Entries& more) {
-    all.insert(all.end(), more.begin(), more.end());
-    return all;
-}
-
-const Entries switchedOn = {"exclusiveLock",         ran(mkdirCommand),       ran(hassesStart),
-                            ran(apacheStartCommand), ran(feederStart),        "sleep(1)",
-                            ran(feederResume),       "pthread_create() -> 0", "~exclusiveLock"};
+const Entries switchedOn =
+    exclusively(ran(mkdirCommand), ran(hassesStart), ran(apacheStartCommand), ran(feederStart),
+                "sleep(1)", ran(feederResume), "pthread_create() -> 0");
 
 const Entries noSemaphores = {R"(sem_open("hassesKpiSem", 0) -> errno 2)",
                               R"(sem_open("hassesEventsSem", 0) -> errno 2)"};
 
 Entries switchedOff(const Entries& drained = noSemaphores) {
-    return Entries{"exclusiveLock", ran(hassesStop)} + drained +
-           Entries{ran(apacheStopCommand), ran(httpdKillCommand), ran(feederStart), "sleep(1)",
-                   ran(feederPause),       "~exclusiveLock"};
+    return exclusively(ran(hassesStop), drained, ran(apacheStopCommand), ran(httpdKillCommand),
+                       ran(feederStart), "sleep(1)", ran(feederPause));
 }
 
 const std::string pid = std::to_string(getpid());
@@ -188,10 +181,9 @@ INSTANTIATE_TEST_SUITE_P(Statuses, FailedCommand,
 TEST_P(FailedCommand, OfTheEventServersStartEndsTheSwitch) {
     platform.commandStatus[hassesStart] = GetParam();
     EXPECT_EQ(networkHttpServerSet(1), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(Entries{"exclusiveLock", ran(mkdirCommand), ran(hassesStart, GetParam())} +
-                         failureLogged("4053", hassesStart) + Entries{"~exclusiveLock"}));
+    EXPECT_THAT(journal(),
+                ElementsAreArray(exclusively(ran(mkdirCommand), ran(hassesStart, GetParam()),
+                                             failureLogged("4053", hassesStart))));
     EXPECT_FALSE(isOn());
     EXPECT_THAT(platform.threadRequests, IsEmpty());
 }
@@ -199,11 +191,10 @@ TEST_P(FailedCommand, OfTheEventServersStartEndsTheSwitch) {
 TEST_P(FailedCommand, OfApachesStartLeavesTheEventServerStarted) {
     platform.commandStatus[apacheStartCommand] = GetParam();
     EXPECT_EQ(networkHttpServerSet(1), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(Entries{"exclusiveLock", ran(mkdirCommand), ran(hassesStart),
-                                 ran(apacheStartCommand, GetParam())} +
-                         failureLogged("4084", apacheStartCommand) + Entries{"~exclusiveLock"}));
+    EXPECT_THAT(journal(),
+                ElementsAreArray(exclusively(ran(mkdirCommand), ran(hassesStart),
+                                             ran(apacheStartCommand, GetParam()),
+                                             failureLogged("4084", apacheStartCommand))));
     EXPECT_FALSE(isOn());
     // The same request runs everything again.
     platform.commandStatus.clear();
@@ -217,9 +208,8 @@ TEST_P(FailedCommand, OfTheEventServersStopEndsTheSwitch) {
     switchOn();
     platform.commandStatus[hassesStop] = GetParam();
     EXPECT_EQ(networkHttpServerSet(0), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(Entries{"exclusiveLock", ran(hassesStop, GetParam())} +
-                                 failureLogged("4053", hassesStop) + Entries{"~exclusiveLock"}));
+    EXPECT_THAT(journal(), ElementsAreArray(exclusively(ran(hassesStop, GetParam()),
+                                                        failureLogged("4053", hassesStop))));
     EXPECT_TRUE(isOn());
 }
 
@@ -227,11 +217,9 @@ TEST_P(FailedCommand, OfApachesStopLeavesTheEventServerStopped) {
     switchOn();
     platform.commandStatus[apacheStopCommand] = GetParam();
     EXPECT_EQ(networkHttpServerSet(0), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(Entries{"exclusiveLock", ran(hassesStop)} + noSemaphores +
-                         Entries{ran(apacheStopCommand, GetParam())} +
-                         failureLogged("4084", apacheStopCommand) + Entries{"~exclusiveLock"}));
+    EXPECT_THAT(journal(), ElementsAreArray(exclusively(ran(hassesStop), noSemaphores,
+                                                        ran(apacheStopCommand, GetParam()),
+                                                        failureLogged("4084", apacheStopCommand))));
     EXPECT_TRUE(isOn());
     platform.commandStatus.clear();
     EXPECT_EQ(networkHttpServerSet(0), 0);
@@ -260,11 +248,10 @@ TEST_P(FailedCommand, OfAnythingElseOnTheWayOffIsPassedOver) {
         platform.commandStatus[command] = GetParam();
     }
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(Entries{"exclusiveLock", ran(hassesStop)} + noSemaphores +
-                                 Entries{ran(apacheStopCommand), ran(httpdKillCommand, GetParam()),
-                                         ran(feederStart, GetParam()), "sleep(1)",
-                                         ran(feederPause, GetParam()), "~exclusiveLock"}));
+    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
+                               ran(hassesStop), noSemaphores, ran(apacheStopCommand),
+                               ran(httpdKillCommand, GetParam()), ran(feederStart, GetParam()),
+                               "sleep(1)", ran(feederPause, GetParam()))));
     EXPECT_EQ(output.take(), stopBanner);
     EXPECT_FALSE(isOn());
 }
