@@ -3,6 +3,7 @@
 #include "fake/AccessLists.h"
 #include "fake/Addressing.h"
 #include "fake/FakeLock.h"
+#include "fake/Ipc.h"
 #include "fake/Journal.h"
 #include "fake/Script.h"
 #include "fake/Switch.h"
@@ -10,9 +11,11 @@
 
 #include <rpc/rpc.h>
 
+#include <pthread.h>
 #include <sys/select.h>
 
 #include <cstdint>
+#include <ctime>
 #include <functional>
 #include <map>
 #include <optional>
@@ -54,12 +57,20 @@ public:
     /// Runs the threads that the product asks for; otherwise they are only written down.
     bool runsThreads = false;
     std::vector<ThreadRequest> threadRequests;
+    /// Threads that run, and that the product has not waited for.
+    std::vector<pthread_t> unjoinedThreads;
 
     /// Called before a thread is waited for, after that was written down.
     std::function<void()> onJoin = [] {};
 
     /// Called in place of sleep(3), after it was written down.
     std::function<void(unsigned int)> onSleep = [](unsigned int) {};
+
+    /// What time(2) tells; the system's own time if not set.
+    std::optional<std::time_t> time;
+
+    /// Wait statuses of shell commands by their text; a command that is not here ends with 0.
+    std::map<std::string, int> commandStatus;
 
     // The RPC library's server side. A call on a socket or transport fails under its function's
     // name ("bind") or under the name with the kind of transport ("bind TCP").
@@ -88,6 +99,8 @@ public:
     // State of the platform's services.
     Switch shelf;
     AccessLists accessLists;
+
+    Ipc ipc;
 
     FakeLock lock;
     Journal journal;

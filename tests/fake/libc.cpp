@@ -2,6 +2,7 @@
 
 #include "fake/Platform.h"
 #include "fake/quoted.h"
+#include "fake/threads.h"
 
 #include <pthread.h>
 
@@ -10,17 +11,19 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <string>
+#include <utility>
 
 using fake::Platform;
 using fake::quoted;
 
 extern "C" {
-int __real_fflush(std::FILE* stream);
 int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
                           void* (*function)(void*), void* argument);
 int __real_pthread_join(pthread_t thread, void** result);
+std::time_t __real_time(std::time_t* moment);
 }
 
 namespace {
@@ -70,14 +73,6 @@ void __wrap_vsyslog(int priority, const char* format, std::va_list arguments) {
         fmt::format("syslog unfortified({}, {})", priority, quoted(formatted(format, arguments))));
 }
 
-/// Only the flush of all streams is of interest.
-int __wrap_fflush(std::FILE* stream) {
-    if (stream == nullptr) {
-        Platform::current().journal.write("fflush(all)");
-    }
-    return __real_fflush(stream);
-}
-
 unsigned int __wrap_sleep(unsigned int seconds) {
     Platform& platform = Platform::current();
     platform.journal.write(fmt::format("sleep({})", seconds));
@@ -103,6 +98,7 @@ int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
     const int result = __real_pthread_create(thread, nullptr, runNamed, named.get());
     if (result == 0) {
         static_cast<void>(named.release());
+        platform.unjoinedThreads.push_back(*thread);
     }
     return result;
 }
@@ -111,6 +107,23 @@ int __wrap_pthread_join(pthread_t thread, void** result) {
     Platform& platform = Platform::current();
     platform.journal.write("pthread_join()");
     platform.onJoin();
+    std::erase(platform.unjoinedThreads, thread);
     return thread == writtenDown ? 0 : __real_pthread_join(thread, result);
 }
+std::time_t __wrap_time(std::time_t* moment) {
+    const auto& scripted = Platform::current().time;
+    if (!scripted) {
+        return __real_time(moment);
+    }
+    if (moment != nullptr) {
+        *moment = *scripted;
+    }
+    return *scripted;
+}
+}
+
+void fake::joinThreads() {
+    for (const pthread_t thread : std::exchange(Platform::current().unjoinedThreads, {})) {
+        __real_pthread_join(thread, nullptr);
+    }
 }

@@ -1,9 +1,13 @@
 // The library as it ships, in a process of its own: what it does when it is loaded and when the
 // process ends, what it asks of its host, and what it offers.
 
+#include "support/privateNamespaces.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/ipc.h>
+#include <sys/msg.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -18,6 +22,15 @@ namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+
+/// A library that is loaded says so on a message queue of the system's: on one of this process's
+/// and its children's, which goes with them.
+class PrivateQueues : public testing::Environment {
+public:
+    void SetUp() override { enterPrivateNamespaces(CLONE_NEWIPC); }
+};
+
+testing::Environment* const environment = testing::AddGlobalTestEnvironment(new PrivateQueues);
 
 struct Output {
     std::vector<std::string> lines;
@@ -70,6 +83,28 @@ TEST(Load, AnExportedCallBeforeTheStartUpCodeMakesTheEntity) {
                     "varoGetMyBoardPos() -> 0 5", "varoLibInit() -> 0",
                     "varoGetInternalConfig() -> 0 {severity=3}", "networkSetHostname() returned",
                     "BLLManager()", R"(registerEntity("network"))"));
+}
+
+/// The next text on the queue of the network's events; empty when there is none.
+std::string nextEvent() {
+    struct {
+        long type;
+        char text[2000];
+    } message{};
+    const int queue = msgget(1708033, 0);
+    return msgrcv(queue, &message, sizeof message.text, 1001, IPC_NOWAIT) < 0 ? "" : message.text;
+}
+
+TEST(Load, TellsTheWebManagerOfTheRestart) {
+    for (const std::string command : {PROBE " " LIBRARY, EARLY_CALL}) {
+        while (!nextEvent().empty()) {
+        }
+        EXPECT_EQ(run(command).status, 0);
+        const std::string event = nextEvent();
+        EXPECT_THAT(event, testing::StartsWith("events={\n  \"ietf-restconf:notification\": {\n"));
+        EXPECT_THAT(event, testing::EndsWith("\"\n    }\n  }\n}"));
+        EXPECT_EQ(nextEvent(), "");
+    }
 }
 
 #ifdef CHECK_SYMBOLS

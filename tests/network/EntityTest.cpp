@@ -1,6 +1,7 @@
 #include "network/EntityTest.h"
 
 #include "framework/Interfaces.h"
+#include "network/library.h"
 #include "platform/zubridge.h"
 
 #include <memory>
@@ -10,6 +11,8 @@ EntityTest::EntityTest() {
     // Made on first use, which must not fall into the journal of whichever test comes first.
     singleton<zubridge>::instance();
     singleton<Interfaces>::instance();
+    // It remembers its queue, which belongs to the platform of the test before.
+    HassesComm_Msgq_network = {};
     remakeEntity();
     platform.journal.takeAll();
 }

@@ -1,0 +1,8 @@
+#include "rte/hasses/HassesTest.h"
+
+void HassesTest::TearDown() {
+    if (!HasFailure()) {
+        EXPECT_THAT(platform.journal.takeAll(), testing::IsEmpty());
+        EXPECT_EQ(printed(), "");
+    }
+}
