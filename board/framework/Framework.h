@@ -3,11 +3,14 @@
 #include "board/framework/EntityRegistry.h"
 #include "board/framework/LogOutput.h"
 #include "board/framework/ReentrantSharedLock.h"
+#include "board/framework/RuleCounter.h"
 #include "board/framework/Settings.h"
 #include "board/framework/ThreadNames.h"
 
 #include <atomic>
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace board {
 
@@ -21,6 +24,10 @@ struct Framework {
     ReentrantSharedLock configurationLock;  ///< waits 10 s until told otherwise
     Settings settings;
     std::atomic<bool> clearConfigInProgress{false};
+    /// Tells the rules of the remote-access list in the order in which they are asked; throws
+    /// std::exception when it cannot. Empty until the bridge supplies it, before requests are
+    /// served.
+    std::function<std::vector<RuleCounter>()> ruleCounters;
 };
 
 /// Never destroyed: threads of entities may outlive the rest of the process.

@@ -1,16 +1,9 @@
 #include "board/framework/Settings.h"
 
 #include "board/framework/replaceFile.h"
+#include "board/framework/stateFile.h"
 
-#include <fmt/chrono.h>
-#include <fmt/format.h>
-
-#include <cerrno>
-#include <chrono>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 namespace board {
@@ -21,36 +14,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* fileName = "framework.json";
 
-[[noreturn]] void failReading(const fs::path& file) {
-    throw std::system_error(errno, std::generic_category(), "cannot read " + file.string());
-}
-
-std::string contentOf(const fs::path& file) {
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        failReading(file);
-    }
-    std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad()) {
-        failReading(file);
-    }
-    return content;
-}
-
-/// Renames a file to a name that overwrites nothing. Returns that name.
-fs::path setAside(const fs::path& file) {
-    const std::string base = fmt::format(
-        "{}.damaged-{:%Y%m%dT%H%M%SZ}", file.string(),
-        fmt::gmtime(std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())));
-    fs::path name = base;
-    for (int number = 2; fs::exists(fs::symlink_status(name)); ++number) {
-        name = fmt::format("{}.{}", base, number);
-    }
-    fs::rename(file, name);
-    return name;
-}
-
 }  // namespace
 
 void Settings::load(const fs::path& stateDirectory,
@@ -59,11 +22,11 @@ void Settings::load(const fs::path& stateDirectory,
     std::string text;
     SettingsValues read;
     if (fs::exists(path)) {
-        text = contentOf(path);
+        text = readStateFile(path);
         try {
             read = parseSettings(text);
         } catch (const std::exception& error) {
-            const fs::path kept = setAside(path);
+            const fs::path kept = setStateFileAside(path);
             report(path.string() + " is damaged and was renamed to " + kept.filename().string() +
                    "; factory settings are used: " + error.what());
             read = {};

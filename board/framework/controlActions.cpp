@@ -58,4 +58,11 @@ std::string applyDefaults() {
     return {};
 }
 
+std::vector<RuleCounter> ruleCounters() {
+    if (!framework().ruleCounters) {
+        throw std::runtime_error("nothing here keeps a remote-access list");
+    }
+    return framework().ruleCounters();
+}
+
 }  // namespace board::control

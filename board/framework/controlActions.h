@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/framework/RuleCounter.h"
+
 #include <string>
 #include <vector>
 
@@ -20,5 +22,8 @@ std::string setClearConfig(bool inProgress);
 
 /// Returns every entity to factory settings.
 std::string applyDefaults();
+
+/// The rules of the remote-access list in the order in which they are asked, the catch-all last.
+std::vector<RuleCounter> ruleCounters();
 
 }  // namespace board::control

@@ -13,6 +13,7 @@
 #include <array>
 #include <cstddef>
 #include <exception>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,6 +28,12 @@ std::function<void()> stopHandler;
 std::string replyText;
 controlReply reply;
 bool isStopRequested = false;
+
+/// What the record for the counters of rules can carry.
+constexpr std::size_t ruleRecordLimit = 201;
+
+std::vector<bllRuleCounter> ruleRecords;
+bllRuleCounters ruleCounters;
 
 /// A status and the storage that its pointers point into.
 struct Status {
@@ -115,6 +122,28 @@ void* getStatus(void*, svc_req* request) {
     }
 }
 
+/// An answer without rules tells clients that the counters cannot be read; the log tells why.
+void* getRuleCounters(void*, svc_req*) {
+    ruleRecords.clear();
+    int result = -1;
+    try {
+        const std::vector<RuleCounter> counters = control::ruleCounters();
+        if (counters.size() > ruleRecordLimit) {
+            throw std::length_error("there are " + std::to_string(counters.size()) + " of them");
+        }
+        for (const RuleCounter& counter : counters) {
+            ruleRecords.push_back(
+                {counter.address, counter.netmask, counter.permit, counter.packets, counter.bytes});
+        }
+        result = 0;
+    } catch (const std::exception& error) {
+        logLine(LogImpl::levelDebug,
+                std::string("the counters of the remote-access rules: ") + error.what());
+    }
+    ruleCounters = {result, {static_cast<u_int>(ruleRecords.size()), ruleRecords.data()}};
+    return &ruleCounters;
+}
+
 void* requestStop(void*, svc_req*) {
     return replyOf([] {
         isStopRequested = true;
@@ -134,10 +163,11 @@ constexpr xdrproc_t textArgument = argument<char*, xdr_wrapstring>;
 constexpr xdrproc_t featureArgument = argument<controlFeature, xdr_controlFeature>;
 constexpr xdrproc_t boolArgument = argument<bool_t, xdr_bool>;
 constexpr xdrproc_t replyResult = rpcFilter<controlReply, xdr_controlReply>;
+constexpr xdrproc_t countersResult = rpcFilter<bllRuleCounters, xdr_bllRuleCounters>;
 constexpr xdrproc_t statusResult = rpcFilter<controlStatus, xdr_controlStatus>;
 
-const std::array<RpcProcedure, BLL_STOP + 1> procedures = [] {
-    std::array<RpcProcedure, BLL_STOP + 1> table{};
+const std::array<RpcProcedure, BLL_CONTROL_RULE_COUNTERS + 1> procedures = [] {
+    std::array<RpcProcedure, BLL_CONTROL_RULE_COUNTERS + 1> table{};
     table[BLL_EXTERNAL_MESSAGE] = {messageArgument, replyResult, externalMessage};
     table[BLL_SET_SHELF_ID] = {textArgument, replyResult, setShelfId};
     table[BLL_SET_FEATURE] = {featureArgument, replyResult, setFeature};
@@ -146,6 +176,7 @@ const std::array<RpcProcedure, BLL_STOP + 1> procedures = [] {
     table[BLL_APPLY_DEFAULTS] = {rpcVoidFilter, replyResult, applyDefaults};
     table[BLL_GET_STATUS] = {rpcVoidFilter, statusResult, getStatus};
     table[BLL_STOP] = {rpcVoidFilter, replyResult, requestStop};
+    table[BLL_CONTROL_RULE_COUNTERS] = {rpcVoidFilter, countersResult, getRuleCounters};
     return table;
 }();
 

@@ -12,6 +12,8 @@
 #include <boost/bind/bind.hpp>
 
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace control = board::control;
 using namespace boost::placeholders;
@@ -130,6 +132,18 @@ TEST_F(ControlTest, AClearConfigurationIsStartedAndFinished) {
     control::setClearConfig(false);
     EXPECT_FALSE(cli.isClearConfigInProgress());
     EXPECT_THAT(directory.names(), IsEmpty());
+}
+
+TEST_F(ControlTest, TheCountersOfRulesComeFromWhoeverKeepsTheList) {
+    const auto supplied = std::exchange(board::framework().ruleCounters, nullptr);
+    EXPECT_THROW(control::ruleCounters(), std::runtime_error);
+    board::framework().ruleCounters = [] {
+        return std::vector<board::RuleCounter>{{1, 2, true, 3, 4}};
+    };
+    const auto counters = control::ruleCounters();
+    ASSERT_EQ(counters.size(), 1U);
+    EXPECT_EQ(counters[0].bytes, 4U);
+    board::framework().ruleCounters = supplied;
 }
 
 TEST_F(ControlTest, DefaultsAreAppliedToTheEntitiesAndFailuresNamed) {

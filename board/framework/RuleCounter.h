@@ -1,0 +1,14 @@
+#pragma once
+
+namespace board {
+
+/// A rule of the remote-access list and what it has matched. Addresses are in host byte order.
+struct RuleCounter {
+    unsigned int address;
+    unsigned int netmask;
+    bool permit;
+    unsigned long long packets;
+    unsigned long long bytes;
+};
+
+}  // namespace board
