@@ -1,9 +1,19 @@
 #include "platform/zubridge.h"
 
+#include "board/bridge/AccessLists.h"
+#include "board/bridge/Failure.h"
+#include "board/framework/Framework.h"
+
+#include <string>
+
 namespace {
 
 constexpr const char* bridgeInterface = "br0";
 constexpr const char* containerKind = "acl";
+
+// What the operations of an entity return.
+constexpr int succeeded = 1;
+constexpr int failed = 0;
 
 }  // namespace
 
@@ -16,11 +26,21 @@ void zubridge::applyConfiguration(boost::shared_ptr<Storage::Setting>) {}
 
 void zubridge::saveConfiguration(boost::shared_ptr<Storage::Setting>) const {}
 
-int zubridge::start() { return 1; }
+int zubridge::start() { return succeeded; }
 
-int zubridge::applyDefaultSettings() { return 1; }
+/// There are no access lists then, and none comes back with a restart.
+int zubridge::applyDefaultSettings() {
+    try {
+        bridge::AccessLists::instance().applyDefaults();
+        return succeeded;
+    } catch (const bridge::Failure& failure) {
+        board::logLine(LogImpl::levelError,
+                       std::string("the access lists cannot be removed: ") + failure.what());
+        return failed;
+    }
+}
 
-int zubridge::stop() { return 1; }
+int zubridge::stop() { return succeeded; }
 
 void zubridge::getDependencies(std::list<std::string>& names) { names.clear(); }
 

@@ -1,5 +1,6 @@
 #include "board/host/Host.h"
 
+#include "board/bridge/Configuration.h"
 #include "board/framework/Framework.h"
 #include "board/framework/callWithin.h"
 #include "board/framework/managementPort.h"
@@ -12,19 +13,24 @@
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
+#include "platform/interfaces.h"
 #include "platform/zubridge.h"
 #include "varo/varoLib.h"
 
 #include "control.h"
 
+#include <dlfcn.h>
+#include <net/if.h>
 #include <netinet/in.h>
 #include <syslog.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <exception>
 #include <filesystem>
 #include <iterator>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -81,6 +87,34 @@ void configureBoard(const Options& options) {
     });
 }
 
+std::optional<std::string> nameOfPort(int portId) {
+    std::array<char, IF_NAMESIZE> name{};
+    if (interfaceLinuxnameGet(portId, static_cast<int>(name.size()), name.data()) != 0) {
+        return std::nullopt;
+    }
+    return name.data();
+}
+
+void configureBridge(const Options& options) {
+    try {
+        bridge::configure({options.stateDirectory, options.filterTable, nameOfPort});
+    } catch (const std::exception& error) {
+        throw StartFailure(std::string("the remote-access rules cannot be read: ") + error.what() +
+                           ".");
+    }
+}
+
+/// The network entity starts with an empty remote-access list and leaves it to its host to put back
+/// what was there before.
+void replayRules(void* library) {
+    using Add = int(unsigned int, unsigned int, int, unsigned int);
+    if (void* const symbol = dlsym(library, "networkAddRARule"); symbol != nullptr) {
+        bridge::replayRemoteAccessRules(reinterpret_cast<Add*>(symbol));
+    } else {
+        bridge::replayRemoteAccessRules({});
+    }
+}
+
 void closeConfigurationLibrary(milliseconds limit) {
     const auto result = board::callWithin(limit, "varo close", [] {
         varoLibDestroy();
@@ -103,13 +137,14 @@ void Host::prepare() {
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
     configureBoard(options);
+    configureBridge(options);
 
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());
     manager.registerEntity(zubridge::instance());
     const board::EntityRegistry& entities = board::framework().entities;
     const std::size_t ownEntities = entities.status().size();
-    loadLibrary(options.library);
+    library = loadLibrary(options.library);
     if (entities.status().size() == ownEntities) {
         throw StartFailure("the library " + options.library.string() +
                            " registers no entity; name an entity library with --library.");
@@ -118,6 +153,8 @@ void Host::prepare() {
 
 void Host::start() {
     board::framework().entities.startAll();
+    // Before the main loop, so that no request comes in between.
+    replayRules(library);
     if (!mainLoop.start()) {
         throw StartFailure("the thread of the main loop cannot be created.");
     }

@@ -29,6 +29,7 @@ private:
     const Options options;
     const EndRequest endRequest;
     board::ManagerLoop mainLoop;
+    void* library = nullptr;  ///< as dlopen returned it
 };
 
 }  // namespace host

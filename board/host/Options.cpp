@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace host {
@@ -42,6 +43,19 @@ std::string isPortName(const std::string& name) {
 std::string isVendorClass(const std::string& text) {
     if (text.empty() || text.size() > 255) {
         return "a vendor class has 1 to 255 characters";
+    }
+    return {};
+}
+
+/// People must be able to name it to nft(8).
+std::string isTableName(const std::string& name) {
+    constexpr std::size_t longest = 127;
+    const auto isUsable = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_';
+    };
+    if (name.size() > longest || !std::ranges::all_of(name, isUsable)) {
+        return "not the name of a table, of letters, digits and underscores: " + name;
     }
     return {};
 }
@@ -105,6 +119,13 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
         ->type_name("PATH");
     app.add_option("--board-position", options.boardPosition, "Position of the board in its shelf")
         ->type_name("N")
+        ->capture_default_str();
+    app.add_option(
+           "--filter-table", options.filterTable,
+           "nftables table, family inet, for the access lists; one that exists is replaced. "
+           "Empty: they filter nothing")
+        ->type_name("NAME")
+        ->check(isTableName)
         ->capture_default_str();
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",

@@ -13,7 +13,8 @@ namespace host {
 struct Options {
     std::filesystem::path library;
     std::filesystem::path stateDirectory;
-    std::filesystem::path resolverFile;  ///< empty: none is written
+    std::filesystem::path resolverFile;          ///< empty: none is written
+    std::string filterTable = "networkble_acl";  ///< empty: access lists filter nothing
     std::string managementInterface = "mng0";
     std::string dhcpClient = "busybox udhcpc";  ///< program and first arguments; empty: none
     std::string dhcpVendorClass = "VANTORIX";

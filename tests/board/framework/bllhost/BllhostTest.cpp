@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -91,7 +92,7 @@ TEST_F(BllhostTest, HelpTellsOptionsExitStatusesAndAnExample) {
                       HasSubstr("--management-interface NAME [mng0]"),
                       HasSubstr("--dhcp-client COMMAND [busybox udhcpc]"),
                       HasSubstr("--dhcp-vendor-class TEXT"), HasSubstr("--acs-pid-file PATH"),
-                      HasSubstr("--board-position N [1]"),
+                      HasSubstr("--filter-table NAME"), HasSubstr("--board-position N [1]"),
                       HasSubstr("Exit status: 0 after an orderly end, 1 if it could not start, 2 "
                                 "for wrong usage"),
                       HasSubstr("Example: bllhost --library ")));
@@ -340,6 +341,67 @@ TEST_F(BllhostTest, CommandsOfEntitiesHaveTheUsualSignals) {
         EXPECT_FALSE(contains(signalSet(child, "SigIgn"), signal)) << signal;
         EXPECT_FALSE(contains(signalSet(child, "SigCgt"), signal)) << signal;
     }
+}
+
+/// The entities of the test add rules as the network entity does.
+TEST_F(BllhostTest, PutsStoredRulesBackIntoForceAndTellsWhatTheyMatch) {
+    const std::string file = state.path() / "remote-access.json";
+    const std::string stored = R"({
+    "notInForce": [],
+    "rules": [
+        {
+            "action": "permit",
+            "address": "192.0.2.0",
+            "wildcard": "0.0.0.255"
+        },
+        {
+            "action": "deny",
+            "address": "0.0.0.1",
+            "wildcard": "0.0.0.0"
+        },
+        {
+            "action": "deny",
+            "address": "10.0.0.1",
+            "wildcard": "0.0.0.0"
+        }
+    ],
+    "version": 1
+}
+)";
+    writeFile(file, stored);
+    startHost();
+    EXPECT_THAT(host->output(),
+                HasSubstr("stored remote-access rule 2 (deny 0.0.0.1, wildcard 0.0.0.0) could not "
+                          "be put into force (result -1); it stays in " +
+                          file + "\n"));
+    EXPECT_THAT(
+        ControlClient().ruleCounters(),
+        ElementsAre("status 0", "permit c0000200 ffffff00 0 packets 0 bytes",
+                    "deny a000001 ffffffff 0 packets 0 bytes", "deny 0 0 0 packets 0 bytes"));
+    EXPECT_EQ(readFile(file), stored);
+
+    // The next process finds the same, also when this one was killed, and what it left in the
+    // kernel does no harm.
+    host->signal(SIGKILL);
+    EXPECT_EQ(host->awaitEnd(), -SIGKILL);
+    restartHost();
+    EXPECT_EQ(ControlClient().ruleCounters().size(), 4U);
+    EXPECT_EQ(readFile(file), stored);
+}
+
+TEST_F(BllhostTest, WithoutAFilterThereAreNoCounters) {
+    portMapper.emplace();
+    host.emplace(commandLine(ENTITIES, {"--filter-table", ""}));
+    ASSERT_TRUE(host->awaitOutput("bllhost: ready\n")) << host->output();
+    EXPECT_THAT(ControlClient().ruleCounters(), ElementsAre("status -1"));
+}
+
+TEST_F(BllhostTest, DoesNotStartWithStoredRulesThatCannotBeRead) {
+    portMapper.emplace();
+    std::filesystem::create_directory(state.path() / "remote-access.json");
+    EXPECT_THAT(failedStart(commandLine(ENTITIES)),
+                HasSubstr("bllhost: the remote-access rules cannot be read: cannot read " +
+                          state.path().string() + "/remote-access.json: Is a directory."));
 }
 
 TEST_F(BllhostTest, DoesNotStartWithoutItsControlProgram) {

@@ -7,6 +7,7 @@
 #include <netinet/in.h>
 #include <sys/time.h>
 
+#include <sstream>
 #include <stdexcept>
 
 namespace test {
@@ -119,6 +120,24 @@ std::vector<std::string> ControlClient::status() {
         lines.push_back("entity " + std::string(entity.name) + " " + entity.state);
     }
     clnt_freeres(client.get(), (rpcFilter<controlStatus, xdr_controlStatus>), &status);
+    return lines;
+}
+
+std::vector<std::string> ControlClient::ruleCounters() {
+    bllRuleCounters counters{};
+    if (bll_control_rule_counters_1(nullptr, &counters, client.get()) != RPC_SUCCESS) {
+        throw std::runtime_error(clnt_sperror(client.get(), "control program"));
+    }
+    std::vector<std::string> lines{"status " + std::to_string(counters.status)};
+    for (u_int index = 0; index < counters.rules.rules_len; ++index) {
+        const bllRuleCounter& rule = counters.rules.rules_val[index];
+        std::ostringstream line;
+        line << (rule.permit != FALSE ? "permit " : "deny ") << std::hex << rule.address << " "
+             << rule.netmask << std::dec << " " << rule.packets << " packets " << rule.bytes
+             << " bytes";
+        lines.push_back(line.str());
+    }
+    clnt_freeres(client.get(), (rpcFilter<bllRuleCounters, xdr_bllRuleCounters>), &counters);
     return lines;
 }
 

@@ -28,6 +28,9 @@ public:
     /// One line for each value: "shelfId a", "feature 12 on", "entity bridge started", ...
     std::vector<std::string> status();
 
+    /// The status, and one line for each rule: "permit c0000200 ffffff00 5 packets 140 bytes".
+    std::vector<std::string> ruleCounters();
+
     /// How the server answers an argument that does not decode.
     clnt_stat sendBrokenMessage();
 

@@ -1,6 +1,9 @@
 // A library of two entities, for bllhost to load. "quick" does as it is told; "stuck" depends on it
 // and never returns from its stop.
 //
+// Remote-access rules are added to a list of the bridge, on the management port; those for the
+// address 0.0.0.1 are refused.
+//
 // External messages: "echo" replies the value; "run" runs the value as a command.
 // With QUICK_FAILS in the environment "quick" does not start.
 
@@ -8,6 +11,8 @@
 #include "framework/BLLManager.h"
 #include "framework/Log.h"
 #include "framework/sysInfo.h"
+#include "platform/interfaces.h"
+#include "platform/zubridge.h"
 
 #include <unistd.h>
 
@@ -82,3 +87,20 @@ struct Loader {
 } const loader;
 
 }  // namespace
+
+extern "C" __attribute__((visibility("default"))) int networkAddRARule(unsigned int address,
+                                                                       unsigned int netmask,
+                                                                       int permit,
+                                                                       unsigned int place) {
+    static const std::string list = "RA_test";
+    ACLContainer_t& acls = singleton<zubridge>::instance().aclContainer();
+    unsigned int rule = 0;
+    int port = 0;
+    static const bool isMade = acls.createACL(list, ACLContainer_t::aclRemoteAccess) == 0 &&
+                               acls.createRule(list, false, rule, 0) == 0 &&
+                               interfaceMngGet(&port) == 0 &&
+                               acls.assignACL(list, port, false, 0) == 0;
+    return isMade && address != 1 && acls.createRule(list, permit != 0, rule, place) == 0
+               ? acls.addCondition(list, rule, {1, 20, 0, address, ~netmask})
+               : -1;
+}

@@ -1,0 +1,47 @@
+#include "board/bridge/AccessList.h"
+
+#include "board/bridge/Failure.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace bridge {
+
+AccessList::AccessList(unsigned int number, std::string name)
+    : listNumber(number), listName(std::move(name)) {}
+
+void AccessList::insert(const AccessRule& rule, unsigned int sequenceNumber) {
+    if (firstRuleId == 0) {
+        firstRuleId = rule.id;
+    }
+    const bool isInside = sequenceNumber != 0 && sequenceNumber <= list.size();
+    const std::size_t index = isInside ? sequenceNumber - 1 : list.size();
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), rule);
+}
+
+void AccessList::move(unsigned int ruleId, unsigned int sequenceNumber) {
+    const AccessRule moved = rule(ruleId);
+    erase(ruleId);
+    insert(moved, sequenceNumber);
+}
+
+void AccessList::erase(unsigned int ruleId) {
+    list.erase(list.begin() + static_cast<std::ptrdiff_t>(indexOf(ruleId)));
+}
+
+AccessRule& AccessList::rule(unsigned int ruleId) { return list[indexOf(ruleId)]; }
+
+unsigned int AccessList::sequenceNumberOf(unsigned int ruleId) const {
+    return static_cast<unsigned int>(indexOf(ruleId)) + 1;
+}
+
+std::size_t AccessList::indexOf(unsigned int ruleId) const {
+    const auto found = std::ranges::find(list, ruleId, &AccessRule::id);
+    if (found == list.end()) {
+        throw Failure(unknownRule, "there is no rule " + std::to_string(ruleId));
+    }
+    return static_cast<std::size_t>(found - list.begin());
+}
+
+}  // namespace bridge
