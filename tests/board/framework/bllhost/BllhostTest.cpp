@@ -89,10 +89,10 @@ TEST_F(BllhostTest, HelpTellsOptionsExitStatusesAndAnExample) {
                 AllOf(HasSubstr("--library PATH"), HasSubstr("--state DIR"),
                       HasSubstr("--resolv-conf PATH"), HasSubstr("--stop-timeout SECONDS"),
                       HasSubstr("--lock-timeout SECONDS"), HasSubstr("--log-level N"),
-                      HasSubstr("--management-interface NAME [mng0]"),
-                      HasSubstr("--dhcp-client COMMAND [busybox udhcpc]"),
+                      HasSubstr("--management-interface NAME=mng0"),
+                      HasSubstr("--dhcp-client COMMAND=busybox udhcpc"),
                       HasSubstr("--dhcp-vendor-class TEXT"), HasSubstr("--acs-pid-file PATH"),
-                      HasSubstr("--filter-table NAME"), HasSubstr("--board-position N [1]"),
+                      HasSubstr("--filter-table NAME"), HasSubstr("--board-position N=1"),
                       HasSubstr("Exit status: 0 after an orderly end, 1 if it could not start, 2 "
                                 "for wrong usage"),
                       HasSubstr("Example: bllhost --library ")));

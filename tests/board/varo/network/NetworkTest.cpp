@@ -91,6 +91,7 @@ ClosedNetworkTest::ClosedNetworkTest() {
     configuration.managementInterface = "mng0";
     configuration.dhcpScript = std::filesystem::read_symlink("/proc/self/exe");
     configuration.dhcpVendorClass = "test class";
+    logEverything();
     configure();
 }
 
@@ -112,11 +113,17 @@ void ClosedNetworkTest::layCable() {
 
 void ClosedNetworkTest::cutCable() { shell("! ip link show mng0 || ip link delete mng0"); }
 
-void ClosedNetworkTest::open() {
-    ASSERT_EQ(varoLibInit(), varo::success);
+void ClosedNetworkTest::logEverything() const {
+    varo::Configuration storeOnly;
+    storeOnly.stateDirectory = state;
+    varo::configure(storeOnly);
     varoLib_s_internalConfig config{};
-    ASSERT_EQ(varoUpdateInternalConfig(&config, 7), varo::success);
+    if (varoLibInit() != 0 || varoUpdateInternalConfig(&config, 7) != 0)
+        throw std::runtime_error("the log level cannot be stored");
+    varoLibDestroy();
 }
+
+void ClosedNetworkTest::open() { ASSERT_EQ(varoLibInit(), varo::success); }
 
 int ClosedNetworkTest::attach(const std::string& address, const std::string& mask,
                               const std::string& name) {

@@ -50,7 +50,6 @@ protected:
     static void layCable();
     static void cutCable();
 
-    /// Opens the library, with all lines logged.
     void open();
     void close() { varoLibDestroy(); }
     void configure() { varo::configure(configuration); }
@@ -73,8 +72,12 @@ protected:
     /// What is stored, "address|mask|gateway".
     std::string stored() const;
 
-    AwaitedLog lines;
+    AwaitedLog lines;  ///< of all levels
     varo::Configuration configuration;
+
+private:
+    /// Stores the level, so that nothing is missed that is logged when the library opens.
+    void logEverything() const;
 };
 
 /// The same, open, with the DHCP client switched off.
