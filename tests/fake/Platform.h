@@ -46,8 +46,9 @@ public:
     int call(const std::string& function, const std::string& arguments,
              const std::function<std::string()>& work = {});
 
-    void fail(const std::string& function, int result, int times = Script::forever) {
-        script.fail(function, result, times);
+    void fail(const std::string& function, int result, int times = Script::forever,
+              int skipped = 0) {
+        script.fail(function, result, times, skipped);
     }
 
     /// Runs the threads that the product asks for; otherwise they are only written down.

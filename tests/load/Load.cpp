@@ -47,27 +47,29 @@ Output run(const std::string& command) {
 TEST(Load, BringsUpTheEntityAndRegistersItAndEndsInReverse) {
     const Output output = run(PROBE " " LIBRARY);
     EXPECT_EQ(output.status, 0);
-    EXPECT_THAT(output.lines,
-                ElementsAre("load: BLLManager()", R"(load: BLEntity("network"))",
-                            R"(load: ACLContainer_t("br0", "acl"))", "load: varoLibInit() -> 0",
-                            "load: varoGetInternalConfig() -> 0 {severity=3}",
-                            R"(load: registerEntity("network"))", "networkDeleteDnsServers() = 0",
-                            "call: exclusiveLock",
-                            R"(call: varoGetDnsWS(2) -> 0 2 {domain="" pri=0.0.0.0 sec=0.0.0.0})",
-                            R"(call: varoUpdateDnsWS(2, {domain="" pri=0.0.0.0 sec=0.0.0.0}) -> 0)",
-                            "call: ~exclusiveLock", "exit: varoLibDestroy()",
-                            R"(exit: ~ACLContainer_t("br0", "acl"))",
-                            R"(exit: ~BLEntity("network"))", "exit: ~BLLManager()"));
+    EXPECT_THAT(
+        output.lines,
+        ElementsAre("load: BLLManager()", R"(load: BLEntity("network"))",
+                    R"(load: ACLContainer_t("br0", "acl"))", "load: varoGetMyBoardPos() -> 0 5",
+                    "load: varoLibInit() -> 0", "load: varoGetInternalConfig() -> 0 {severity=3}",
+                    R"(load: registerEntity("network"))", "networkDeleteDnsServers() = 0",
+                    "call: exclusiveLock",
+                    R"(call: varoGetDnsWS(2) -> 0 2 {domain="" pri=0.0.0.0 sec=0.0.0.0})",
+                    R"(call: varoUpdateDnsWS(2, {domain="" pri=0.0.0.0 sec=0.0.0.0}) -> 0)",
+                    "call: ~exclusiveLock", "exit: varoLibDestroy()",
+                    R"(exit: ~ACLContainer_t("br0", "acl"))", R"(exit: ~BLEntity("network"))",
+                    "exit: ~BLLManager()"));
 }
 
 TEST(Load, AnExportedCallBeforeTheStartUpCodeMakesTheEntity) {
     const Output output = run(EARLY_CALL);
     EXPECT_EQ(output.status, 0);
-    EXPECT_THAT(output.lines,
-                ElementsAre("-1", R"(BLEntity("network"))", R"(ACLContainer_t("br0", "acl"))",
-                            "varoLibInit() -> 0", "varoGetInternalConfig() -> 0 {severity=3}",
-                            "networkSetHostname() returned", "BLLManager()",
-                            R"(registerEntity("network"))"));
+    EXPECT_THAT(
+        output.lines,
+        ElementsAre("-1", R"(BLEntity("network"))", R"(ACLContainer_t("br0", "acl"))",
+                    "varoGetMyBoardPos() -> 0 5", "varoLibInit() -> 0",
+                    "varoGetInternalConfig() -> 0 {severity=3}", "networkSetHostname() returned",
+                    "BLLManager()", R"(registerEntity("network"))"));
 }
 
 #ifdef CHECK_SYMBOLS

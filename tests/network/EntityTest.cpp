@@ -1,9 +1,15 @@
 #include "network/EntityTest.h"
 
+#include "framework/Interfaces.h"
+#include "platform/zubridge.h"
+
 #include <memory>
 #include <sstream>
 
 EntityTest::EntityTest() {
+    // Made on first use, which must not fall into the journal of whichever test comes first.
+    singleton<zubridge>::instance();
+    singleton<Interfaces>::instance();
     remakeEntity();
     platform.journal.takeAll();
 }

@@ -1,7 +1,9 @@
 // Construction, start, stop, poll loop and events of the entity. The poll flag and the event of the
 // management address are reached past their access (-fno-access-control, for this file only).
 
+#include "framework/sysInfo.h"
 #include "network/EntityTest.h"
+#include "network/journals.h"
 
 #include <boost/function/function_base.hpp>
 
@@ -11,6 +13,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 constexpr std::uint32_t firstAddress = 0xc0000202;   // 192.0.2.2
@@ -58,10 +61,11 @@ protected:
 
 TEST_F(Lifecycle, ConstructionAndDestructionKeepTheirOrder) {
     remakeEntity();
-    EXPECT_THAT(journal(), ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
-                                       R"(~BLEntity("network"))", R"(BLEntity("network"))",
-                                       R"(ACLContainer_t("br0", "acl"))", "varoLibInit() -> 0",
-                                       "varoGetInternalConfig() -> 0 {severity=3}"));
+    EXPECT_THAT(journal(),
+                ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
+                            R"(~BLEntity("network"))", R"(BLEntity("network"))",
+                            R"(ACLContainer_t("br0", "acl"))", "varoGetMyBoardPos() -> 0 5",
+                            "varoLibInit() -> 0", "varoGetInternalConfig() -> 0 {severity=3}"));
 }
 
 TEST_F(Lifecycle, ConstructionTakesVaroLibsThreshold) {
@@ -85,10 +89,27 @@ TEST_F(Lifecycle, ConstructionKeepsThreeWhenVaroLibCannotBeRead) {
     EXPECT_THAT(journal(), ElementsAre(R"(syslog(3, "three\n"))"));
 }
 
+TEST_F(Lifecycle, ConstructionGoesOnWithoutThePositionOfTheBoard) {
+    platform.fail("varoGetMyBoardPos", 4);
+    remakeEntity();
+    EXPECT_THAT(journal(),
+                ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
+                            R"(~BLEntity("network"))", R"(BLEntity("network"))",
+                            R"(ACLContainer_t("br0", "acl"))", "varoGetMyBoardPos() -> 4",
+                            error("getIpmiBoardPos: varoGetMyBoardPos has failed: rv=4"),
+                            "varoLibInit() -> 0", "varoGetInternalConfig() -> 0 {severity=3}"));
+    EXPECT_EQ(entity().boardPos, 0U);
+}
+
 TEST_F(Lifecycle, ANewEntityHasItsFirstValues) {
     EXPECT_EQ(entity().getName(), "network");
     EXPECT_EQ(entity().mngVlanId, 1U);
-    EXPECT_EQ(entity().boardPos, 0U);
+    EXPECT_EQ(entity().boardPos, 5U);
+    EXPECT_STREQ(entity().aclName, "");
+    EXPECT_THAT(entity().ruleIds, testing::Each(0U));
+    EXPECT_EQ(entity().ruleIdx, 0U);
+    EXPECT_EQ(entity().aclInitialized, 0U);
+    EXPECT_EQ(entity().aclAssigned, 0U);
     EXPECT_EQ(entity().webServerOn, false);
     EXPECT_EQ(entity().pollThread, 0U);
     EXPECT_EQ(entity().pollStop, false);
@@ -106,13 +127,23 @@ TEST_F(Lifecycle, DependsOnBridgeAndInterfacesInThatOrder) {
     std::list<std::string> names = {"something", "else"};
     entity().getDependencies(names);
     EXPECT_THAT(names, ElementsAre("bridge", "interfaces"));
-    // The first question of a process makes both entities, the bridge with its own access lists.
-    journal();
+    EXPECT_THAT(journal(), IsEmpty());
 }
 
-TEST_F(Lifecycle, StartRegistersTheServiceAndAsksForThePollThread) {
+/// The remote-access list comes with the start and goes with the stop.
+const Entries listCreated = {"interfaceMngGet() -> 0 1",
+                             R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
+                             R"(createACL("RA_mng0", 4) -> 0)",
+                             R"(createRule("RA_mng0", deny, 201) -> 0 101)",
+                             R"(addCondition("RA_mng0", 101, {1 20 0 0.0.0.0 0.0.0.0}) -> 0)",
+                             "fflush(all)"};
+const Entries listDestroyed = {R"(delCondition("RA_mng0", 101, 1) -> 0)",
+                               R"(delRuleById("RA_mng0", 101) -> 0)",
+                               R"(deleteACL("RA_mng0") -> 0)"};
+
+TEST_F(Lifecycle, StartRegistersTheServiceCreatesTheListAndAsksForThePollThread) {
     EXPECT_EQ(entity().start(), 1);
-    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 0"));
+    EXPECT_THAT(journal(), ElementsAreArray(sequence(listCreated, "pthread_create() -> 0")));
     entity().rpcProxy.stop(false);
     EXPECT_THAT(platform.journal.takeOf("Network_mng"),
                 ElementsAre(R"(registerThread("Network_mng"))", "pmap_unset(536870921, 1) -> 0",
@@ -121,6 +152,21 @@ TEST_F(Lifecycle, StartRegistersTheServiceAndAsksForThePollThread) {
                             "socket(2, 1, 6) -> 1001", "bind(1001, 2 127.0.0.1:0, 16) -> 0",
                             "listen(1001, 128) -> 0", "svctcp_create(1001, 0, 0) -> 0",
                             "svc_register(1001, 536870921, 1, 6) -> 0"));
+}
+
+TEST_F(Lifecycle, StartGoesOnWithoutTheList) {
+    platform.fail("createACL", 5);
+    EXPECT_EQ(entity().start(), 1);
+    EXPECT_THAT(
+        journal(),
+        ElementsAre("interfaceMngGet() -> 0 1", R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
+                    R"(createACL("RA_mng0", 4) -> 5)",
+                    error("initNetworkAcl: createACL(RA_mng0): faild! Remote access "
+                          "filtering will not be able to work! Return value: 5"),
+                    error("start: initNetworkAcl has failed!"), "pthread_create() -> 0"));
+    EXPECT_EQ(entity().stop(), 1);
+    EXPECT_THAT(journal(), ElementsAre("pthread_join()"));
+    platform.journal.takeAll();
 }
 
 class StartedEntity : public Lifecycle {
@@ -142,6 +188,12 @@ protected:
         singleton<BLLManager>::instance().externalMessage().firePost(name, value, &reply, "test");
     }
 
+    /// What the shelf tells when it is given another identity.
+    void renameShelf(const std::string& id) {
+        platform.shelf.shelfId = id;
+        singleton<sysInfo>::instance().shelfIdChanged().firePost(id);
+    }
+
     void TearDown() override {
         if (entity().pollThread != 0) {
             entity().stop();
@@ -157,6 +209,28 @@ TEST_F(StartedEntity, FollowsExternalMessages) {
     EXPECT_THAT(journal(), ElementsAre(R"(syslog(4, "four\n"))"));
 }
 
+TEST_F(StartedEntity, WritesANewIdentityOfTheShelfIntoOption82) {
+    platform.addressing.dhcp.option82Enabled = 1;
+    renameShelf("7");
+    const std::string read =
+        R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})";
+    EXPECT_THAT(
+        journal(),
+        ElementsAreArray(exclusively(
+            read,
+            exclusively(
+                read, R"(getShelfId() -> "7")",
+                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:7 eth 5:1:"}) -> 0)"))));
+}
+
+TEST_F(StartedEntity, DoesNotFollowTheShelfAfterItsStop) {
+    platform.addressing.dhcp.option82Enabled = 1;
+    EXPECT_EQ(entity().stop(), 1);
+    journal();
+    renameShelf("7");
+    EXPECT_THAT(journal(), IsEmpty());
+}
+
 TEST_F(StartedEntity, StartingAgainFailsAndDoesNothing) {
     // The thread has ended and has been joined, so that the proxy may start again; while it is
     // joinable it may not.
@@ -169,9 +243,23 @@ TEST_F(StartedEntity, StartingAgainFailsAndDoesNothing) {
 
 TEST_F(StartedEntity, StopJoinsThePollThreadAndLeavesTheEvents) {
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAre("pthread_join()"));
+    EXPECT_THAT(journal(), ElementsAreArray(sequence("pthread_join()", listDestroyed)));
     sendExternalMessage("networkBle_severity", "7");
     entity().networkBleSyslog(7, "seven\n");
+    EXPECT_THAT(journal(), IsEmpty());
+}
+
+TEST_F(StartedEntity, StopGoesOnThoughTheListStays) {
+    platform.fail("deleteACL", 6);
+    EXPECT_EQ(entity().stop(), 1);
+    EXPECT_THAT(journal(),
+                ElementsAre("pthread_join()", R"(delCondition("RA_mng0", 101, 1) -> 0)",
+                            R"(delRuleById("RA_mng0", 101) -> 0)", R"(deleteACL("RA_mng0") -> 6)",
+                            error("destroyNetworkAcl: deleteACL(RA_mng0): faild! Remote access "
+                                  "filtering will not be able to work anymore! Return value: 6"),
+                            error("start: destroyNetworkAcl has failed!")));
+    sendExternalMessage("networkBle_severity", "7");
+    renameShelf("7");
     EXPECT_THAT(journal(), IsEmpty());
 }
 
@@ -186,7 +274,8 @@ TEST_F(Lifecycle, StopWithoutAPollThreadJoinsNothing) {
     platform.fail("pthread_create", 11);
     EXPECT_EQ(entity().start(), 1);
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 11"));
+    EXPECT_THAT(journal(),
+                ElementsAreArray(sequence(listCreated, "pthread_create() -> 11", listDestroyed)));
     platform.journal.takeAll();
 }
 

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "fake/describe.h"
+#include "network/EntityTest.h"
+#include "network/exports.h"
+#include "network/journals.h"
+
+#include <fmt/core.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// Tests of the remote-access filter. The list's helpers are reached past their access
+/// (-fno-access-control). Rule ids of the fake bridge count from 101, which is the catch-all.
+class RemoteAccessTest : public EntityTest {
+protected:
+    RemoteAccessTest() { logEverything(); }
+
+    /// Adds rules that permit 10.0.1.0/24, 10.0.2.0/24 and so on, in that order.
+    void addRules(unsigned int count) {
+        for (unsigned int number = 1; number <= count; ++number) {
+            ASSERT_EQ(networkAddRARule(0x0a000000 | number << 8, 0xffffff00, 1, 0), 0);
+        }
+        journal();
+    }
+
+    /// The list as callers see it.
+    std::vector<std::string> rules() {
+        std::vector<std::string> all;
+        Network::RemoteAccessRule rule{};
+        for (unsigned int index = 0; networkIterateRules(index, &rule) == 0; ++index) {
+            all.push_back(fmt::format("{} {} {}/{}", rule.sequenceNumber,
+                                      rule.permit ? "permit" : "deny", fake::dotted(rule.ipAddr),
+                                      fake::dotted(rule.netmask)));
+        }
+        journal();
+        return all;
+    }
+
+    /// The bridge's list, and the ids of its rules in the order of their evaluation.
+    fake::AccessLists::List& bridgeList() { return platform.accessLists.lists["RA_mng0"]; }
+    std::vector<unsigned int> bridgeRules() {
+        std::vector<unsigned int> ids;
+        for (const auto& rule : bridgeList().rules) {
+            ids.push_back(rule.id);
+        }
+        return ids;
+    }
+    bool isBound() { return bridgeList().port == 1; }
+};
+
+inline const std::string portFound = "interfaceMngGet() -> 0 1";
+
+/// The list is bound to the port.
+inline const Entries bound = {trace("assignNetworkAcl: aclAssigned=0"), portFound,
+                              R"(assignACL("RA_mng0", 1, false, 0) -> 0)", trace("assignACL ok.")};
+/// It is taken off for an edit.
+inline const Entries unbound = {trace("deassignNetworkAcl: aclAssigned=1"), portFound,
+                                R"(deassignACL("RA_mng0", 1, false) -> 0)",
+                                trace("deassignACL ok.")};
+/// There is nothing to take off.
+inline const Entries wasUnbound = {trace("deassignNetworkAcl: aclAssigned=0")};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// What an expected journal is put together from: single entries, and lists of them that stand for
+/// a step which several operations share.
+using Entries = std::vector<std::string>;
+
+inline void append(Entries& all, const std::string& entry) { all.push_back(entry); }
+inline void append(Entries& all, const Entries& entries) {
+    all.insert(all.end(), entries.begin(), entries.end());
+}
+
+template <class... Parts>
+Entries sequence(const Parts&... parts) {
+    Entries all;
+    (append(all, parts), ...);
+    return all;
+}
+
+/// What happens under a lock.
+template <class... Parts>
+Entries exclusively(const Parts&... parts) {
+    return sequence("exclusiveLock", parts..., "~exclusiveLock");
+}
+template <class... Parts>
+Entries sharing(const Parts&... parts) {
+    return sequence("sharedLock", parts..., "~sharedLock");
+}
+
+/// What a refused lock leaves.
+inline Entries refused(const std::string& lock) {
+    return {lock + " -> refused", "Log::setMsgLevel(1)",
+            R"(Log << "Network BLE: Lock cant be obtained.\n")"};
+}
+
+/// A line of the system log, all of which begin and end alike.
+inline std::string logged(const std::string& level, const std::string& text) {
+    std::string entry = "syslog(";
+    entry += level;
+    entry += R"(, "[networkBLE]: )";
+    entry += text;
+    entry += R"(\n"))";
+    return entry;
+}
+inline std::string error(const std::string& text) { return logged("3", text); }
+inline std::string trace(const std::string& text) { return logged("7", text); }

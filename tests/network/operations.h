@@ -1,0 +1,35 @@
+#pragma once
+
+#include "fake/Platform.h"
+#include "network/Network.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// An imported call of an operation, or a lock that it takes, and what the operation returns when
+/// this call fails: once, and from then on for good.
+struct ImportedCall {
+    ImportedCall(const char* function, int result) : ImportedCall(function, result, result) {}
+    ImportedCall(const char* function, int once, int forGood)
+        : name(function), resultOnce(once), resultForGood(forGood) {}
+
+    std::string name;
+    int resultOnce;
+    int resultForGood;
+};
+
+/// An operation of the entity as the failure sweep knows it.
+struct Operation {
+    std::string name;
+    /// Brings the board and the entity into the state that the operation is to find.
+    std::function<void(fake::Platform&)> prepare;
+    std::function<int(Network&)> call;
+    /// All calls that can fail, in the order in which the operation makes them when none does.
+    std::vector<ImportedCall> calls;
+    /// What it returns then.
+    int success = 0;
+};
+
+/// All of them; an operation of several ways has a row for each.
+const std::vector<Operation>& operations();
