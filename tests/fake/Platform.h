@@ -4,13 +4,18 @@
 #include "fake/Addressing.h"
 #include "fake/FakeLock.h"
 #include "fake/Journal.h"
+#include "fake/OntInterface.h"
+#include "fake/Product.h"
+#include "fake/Programs.h"
 #include "fake/Script.h"
+#include "fake/Services.h"
 #include "fake/Switch.h"
 #include "varo/records.h"
 
 #include <rpc/rpc.h>
 
 #include <sys/select.h>
+#include <sys/time.h>
 
 #include <cstdint>
 #include <functional>
@@ -84,10 +89,23 @@ public:
     std::optional<varoLib_s_dns> dnsLeftByFailure;
     std::optional<varoLib_s_dns6> dns6LeftByFailure;
     Addressing addressing;
+    Services services;
+    SnmpAgent snmp;
+    TimeSettings time;
+    FactorySettings factory;
 
     // State of the platform's services.
     Switch shelf;
     AccessLists accessLists;
+    OntInterface ont;
+    Product product;
+
+    // Programs, files and clock.
+    /// By command line: the status, as wait(2) stores it, that system(3) returns; 0 by default.
+    std::map<std::string, int> commandStatus;
+    Programs programs;
+    /// What gettimeofday(2) says, if not the truth.
+    std::optional<timeval> timeOfDay;
 
     FakeLock lock;
     Journal journal;
