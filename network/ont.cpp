@@ -96,7 +96,7 @@ zubridge& bridge() { return singleton<zubridge>::instance(); }
 
 int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int vlanId) {
     NetworkInfo info{};
-    if (reportIf(getNetworkInfo(&info) != 0,
+    if (reportIf(Network::getNetworkInfo(&info) != 0,
                  "[networkBLE]: setOntMng: Could not read network info.\n")) {
         return -1;
     }

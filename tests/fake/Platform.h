@@ -5,7 +5,11 @@
 #include "fake/FakeLock.h"
 #include "fake/Ipc.h"
 #include "fake/Journal.h"
+#include "fake/OntInterface.h"
+#include "fake/Product.h"
+#include "fake/Programs.h"
 #include "fake/Script.h"
+#include "fake/Services.h"
 #include "fake/Switch.h"
 #include "varo/records.h"
 
@@ -13,6 +17,7 @@
 
 #include <pthread.h>
 #include <sys/select.h>
+#include <sys/time.h>
 
 #include <cstdint>
 #include <ctime>
@@ -66,12 +71,6 @@ public:
     /// Called in place of sleep(3), after it was written down.
     std::function<void(unsigned int)> onSleep = [](unsigned int) {};
 
-    /// What time(2) tells; the system's own time if not set.
-    std::optional<std::time_t> time;
-
-    /// Wait statuses of shell commands by their text; a command that is not here ends with 0.
-    std::map<std::string, int> commandStatus;
-
     // The RPC library's server side. A call on a socket or transport fails under its function's
     // name ("bind") or under the name with the kind of transport ("bind TCP").
     static constexpr int firstDescriptor = 1000;
@@ -95,10 +94,24 @@ public:
     std::optional<varoLib_s_dns> dnsLeftByFailure;
     std::optional<varoLib_s_dns6> dns6LeftByFailure;
     Addressing addressing;
+    Services services;
+    SnmpAgent snmp;
+    TimeSettings time;
+    FactorySettings factory;
 
     // State of the platform's services.
     Switch shelf;
     AccessLists accessLists;
+    OntInterface ont;
+    Product product;
+
+    // Programs, files and clock.
+    /// By command line: the status, as wait(2) stores it, that system(3) returns; 0 by default.
+    std::map<std::string, int> commandStatus;
+    Programs programs;
+    /// What time(2) and gettimeofday(2) say, if not the truth.
+    std::optional<std::time_t> unixTime;
+    std::optional<timeval> timeOfDay;
 
     Ipc ipc;
 

@@ -195,4 +195,26 @@ int zubridge::stop() { return 1; }
 void zubridge::getDependencies(std::list<std::string>& names) { names.clear(); }
 ACLContainer_t& zubridge::aclContainer() { return acls; }
 
+int zubridge::mngSystemMacGet(const zuHandle_t& handle, unsigned char* mac) {
+    const bool isDefault = std::ranges::all_of(handle.bytes, [](auto byte) { return byte == 0; });
+    return Platform::current().call("mngSystemMacGet", isDefault ? "" : "another handle", [&] {
+        std::ranges::copy(Platform::current().ont.systemMac, mac);
+        return std::string();
+    });
+}
+
+int zubridge::gponOntMngVlanSet(unsigned int vlanId) {
+    return Platform::current().call("gponOntMngVlanSet", std::to_string(vlanId), [&] {
+        Platform::current().ont.vlanId = vlanId;
+        return std::string();
+    });
+}
+
+int zubridge::gponOntMngVlanGet(unsigned int* vlanId) {
+    return Platform::current().call("gponOntMngVlanGet", "", [&] {
+        *vlanId = Platform::current().ont.vlanId;
+        return std::to_string(*vlanId);
+    });
+}
+
 template class singleton<zubridge>;

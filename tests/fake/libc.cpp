@@ -11,7 +11,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <string>
 #include <utility>
@@ -23,7 +22,6 @@ extern "C" {
 int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
                           void* (*function)(void*), void* argument);
 int __real_pthread_join(pthread_t thread, void** result);
-std::time_t __real_time(std::time_t* moment);
 }
 
 namespace {
@@ -109,16 +107,6 @@ int __wrap_pthread_join(pthread_t thread, void** result) {
     platform.onJoin();
     std::erase(platform.unjoinedThreads, thread);
     return thread == writtenDown ? 0 : __real_pthread_join(thread, result);
-}
-std::time_t __wrap_time(std::time_t* moment) {
-    const auto& scripted = Platform::current().time;
-    if (!scripted) {
-        return __real_time(moment);
-    }
-    if (moment != nullptr) {
-        *moment = *scripted;
-    }
-    return *scripted;
 }
 }
 

@@ -9,6 +9,7 @@
 #include <netinet/in.h>
 #include <sys/select.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <fmt/core.h>
 
@@ -103,9 +104,9 @@ int __wrap_listen(int descriptor, int backlog) {
     return failWithErrno("listen", descriptor, fmt::format("{}, {}", descriptor, backlog), 0);
 }
 
-/// Only descriptors of the fake's own are written down; any other is closed.
+/// Only descriptors of the fake's own and the standard input are written down; any other is closed.
 int __wrap_close(int descriptor) {
-    if (descriptor < Platform::firstDescriptor) {
+    if (descriptor < Platform::firstDescriptor && descriptor != STDIN_FILENO) {
         return __real_close(descriptor);
     }
     return failWithErrno("close", descriptor, fmt::format("{}", descriptor), 0);

@@ -59,7 +59,7 @@ protected:
         // The entity of this test has told already, of a file that the test has not written yet.
         platform.ipc = {};
         HassesComm_Msgq_network = {};
-        platform.time = winter;
+        platform.unixTime = winter;
     }
 
     void SetUp() override { setTimeZone("UTC0"); }
@@ -174,19 +174,19 @@ TEST_F(RestartCause, TimeIsLocalThoughItIsMarkedAsUtc) {
     EXPECT_EQ(told(), message("2024-03-01T05:20:30Z", ""));
     setTimeZone("CET-1CEST,M3.5.0,M10.5.0/3");
     EXPECT_EQ(told(), message("2024-03-01T11:20:30Z", ""));
-    platform.time = summer;
+    platform.unixTime = summer;
     EXPECT_EQ(told(), message("2024-07-02T00:30:05Z", ""));
 }
 
 TEST_F(RestartCause, TimeIsThatOfTheMoment) {
-    platform.time = 0;
+    platform.unixTime = 0;
     EXPECT_EQ(told(), message("1970-01-01T00:00:00Z", ""));
-    platform.time = summer;
+    platform.unixTime = summer;
     EXPECT_EQ(told(), message("2024-07-01T22:30:05Z", ""));
 }
 
 TEST_F(RestartCause, TimeThatNoCalendarHoldsIsEmpty) {
-    platform.time = std::numeric_limits<std::time_t>::max();
+    platform.unixTime = std::numeric_limits<std::time_t>::max();
     EXPECT_EQ(told(), message("", ""));
 }
 

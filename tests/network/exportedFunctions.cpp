@@ -108,7 +108,7 @@ const std::vector<ExportedFunction>& exportedFunctions() {
         {"networkRemoveIpv6Addr", "exclusiveLock", [] { return networkRemoveIpv6Addr(); }, [] { return networkRemoveIpv6Addr(); }},
         {"networkRemoveIpv6Gw", "exclusiveLock", [] { return networkRemoveIpv6Gw(); }, [] { return networkRemoveIpv6Gw(); }},
         {"networkSetOntMng", "", [] { return networkSetOntMng(1, 1, 1); }, [] { return networkSetOntMng(1, 1, 1); }},
-        {"networkGetOntMng", "", [] { return networkGetOntMng(nullptr, nullptr, nullptr); }, [] { return networkGetOntMng(&buffers.numbers[0], &buffers.numbers[1], &buffers.numbers[2]); }},
+        {"networkGetOntMng", "", [] { return networkGetOntMng(&buffers.numbers[0], &buffers.numbers[1], &buffers.numbers[2]); }, [] { return networkGetOntMng(&buffers.numbers[0], &buffers.numbers[1], &buffers.numbers[2]); }},
         {"networkHttpServerSet", "exclusiveLock", [] { return networkHttpServerSet(1); }, [] { return networkHttpServerSet(1); }},
         {"networkHttpGet", "sharedLock", [] { return networkHttpGet(&buffers.flag); }, [] { return networkHttpGet(&buffers.flag); }},
     };

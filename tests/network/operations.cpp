@@ -380,8 +380,8 @@ std::vector<Operation> lifecycle() {
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = [] {
         std::vector<Operation> rows;
-        for (const auto& group :
-             {addressing(), vlans(), ipv6(), resolver(), remoteAccess(), lifecycle()}) {
+        for (const auto& group : {addressing(), vlans(), ipv6(), resolver(), remoteAccess(),
+                                  managementOperations(), lifecycle()}) {
             rows.insert(rows.end(), group.begin(), group.end());
         }
         return rows;

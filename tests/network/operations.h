@@ -33,3 +33,6 @@ struct Operation {
 
 /// All of them; an operation of several ways has a row for each.
 const std::vector<Operation>& operations();
+
+/// The part of them that manages the board's servers and its time.
+std::vector<Operation> managementOperations();

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "fake/Platform.h"
+#include "fake/describeSettings.h"
+
+#include <string>
+
+namespace fake {
+
+// Calls on a group of settings that is one record. A call without a record is refused, whatever the
+// script says.
+
+inline constexpr int refused = 1;
+
+/// Writes down a call that is refused for its arguments.
+inline int refuse(const std::string& function, const std::string& arguments) {
+    Platform::current().journal.write(function + "(" + arguments + ") -> refused");
+    return refused;
+}
+
+template <class Record>
+int readWhole(const char* function, const Record& state, Record* record) {
+    if (record == nullptr) {
+        return refuse(function, "null");
+    }
+    return Platform::current().call(function, "", [&] {
+        *record = state;
+        return describe(*record);
+    });
+}
+
+template <class Record>
+int updateWhole(const char* function, Record& state, const Record* record) {
+    if (record == nullptr) {
+        return refuse(function, "null");
+    }
+    return Platform::current().call(function, describe(*record), [&] {
+        state = *record;
+        return std::string();
+    });
+}
+
+}  // namespace fake
