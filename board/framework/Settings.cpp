@@ -4,6 +4,8 @@
 #include "board/support/replaceFile.h"
 #include "board/support/setAside.h"
 
+#include <fmt/core.h>
+
 #include <stdexcept>
 #include <utility>
 
