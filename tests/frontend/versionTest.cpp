@@ -14,7 +14,7 @@ TEST(Version, IsShown) {
                                               "product after an upgrade: " +
                                               std::string(100, 'x') +
                                               "\n"
-                                              "package release: 17\\xE9\\x1b[31m\n"
+                                              "package release: 17\\xe9\\x1b[31m\n"
                                               "operating system: DORN medium 2.6\n"
                                               "file system: 2.6.3\n"
                                               "boot loader: n/a\n"
