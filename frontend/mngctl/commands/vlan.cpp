@@ -110,8 +110,9 @@ void addVlan(CommandTree& tree) {
         tree.addCommand(noun, "set", "Move the management port into a VLAN", {"vlan set 10"});
     const CLI::Option& id =
         *tree.addArgument(setCommand, "ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)").required();
-    tree.setAction(setCommand,
-                   [&id](Session& session) { set(session, parseVlanId(CommandTree::givenOne(id))); });
+    tree.setAction(setCommand, [&id](Session& session) {
+        set(session, parseVlanId(CommandTree::givenOne(id)));
+    });
 
     addDefault(tree, noun);
 }
