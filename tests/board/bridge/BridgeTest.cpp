@@ -1,6 +1,7 @@
 #include "BridgeTest.h"
 
 #include "board/framework/Framework.h"
+#include "platform/zubridge.h"
 
 #include <algorithm>
 

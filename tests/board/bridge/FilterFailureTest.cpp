@@ -159,7 +159,7 @@ TEST_F(FilterFailureTest, FactorySettingsLeaveTheFilter) {
     EXPECT_EQ(product.add(office, hostMask, true), 0);
     EXPECT_EQ(singleton<zubridge>::instance().applyDefaultSettings(), 1);
     EXPECT_FALSE(probe.takes("192.0.2.2"));
-    EXPECT_THAT(counters(), SizeIs(2));
+    EXPECT_THAT(counters(), testing::SizeIs(2));
 }
 
 TEST_F(FilterFailureTest, AClearedConfigurationTakesTheFilterOff) {
