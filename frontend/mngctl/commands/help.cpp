@@ -26,6 +26,8 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addDns(tree);
     addDomain(tree);
     addVlan(tree);
+    addOnt(tree);
+    addVersion(tree);
     addWeb(tree);
     addEvents(tree);
     addBoard(tree);
