@@ -40,6 +40,7 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_ipv6dns_servers:
         case rpc_network_delete_ipv6dns_servers:
         case rpc_network_set_ipv6domainname:
+        case rpc_network_http_server_set:
             return true;
         default:
             return false;
@@ -102,6 +103,12 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
             break;
         case rpc_network_get_ipv6domainnamews:
             as<rpcNetworkIPv6Domain>(result) = state.domain6;
+            break;
+        case rpc_network_http_server_set:
+            state.webSet = as<bool_t>(argument) != 0;
+            break;
+        case rpc_network_http_get:
+            as<rpcNetworkHttpResult>(result).enabled = state.webSet ? TRUE : FALSE;
             break;
         case rpc_network_sntp_update:
             state.sntp = as<rpcSntpConfig>(argument);

@@ -46,7 +46,8 @@ struct State {
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
-    bool webServer = true;
+    bool webServer = true;  ///< the feature
+    bool webSet = false;    ///< whether the web server set is on
 };
 
 /// Fills the result of a procedure of the network program; what has no answer of its own is zero.

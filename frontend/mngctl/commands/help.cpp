@@ -28,6 +28,8 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addVlan(tree);
     addOnt(tree);
     addVersion(tree);
+    addWeb(tree);
+    addEvents(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);
