@@ -85,12 +85,12 @@ void SessionServers::apply(Kind kind, std::optional<std::uint16_t> port) {
         service.listener.reset();
         return;
     }
-    checkProgram(*service.command);
     open(service);
 }
 
 /// With the mutex held. Throws.
 void SessionServers::open(Service& service) {
+    checkProgram(*service.command);
     const bool isOpen =
         service.listener && service.listener->port() == *service.wantedPort &&
         service.listener->interfaceIndex() == ::if_nametoindex(configuration.interface.c_str());
@@ -191,7 +191,7 @@ void SessionServers::follow() {
         try {
             open(service);
             log(LOG_NOTICE,
-                fmt::format("{} is served on {} again", service.name, configuration.interface));
+                fmt::format("{} is served on {} now", service.name, configuration.interface));
         } catch (const std::exception& error) {
             log(LOG_ERR, fmt::format("{} is not served: {}", service.name, error.what()));
         }
