@@ -1,6 +1,6 @@
 // Stands in for the message feeder of a controller's web front end: hands the messages of the two
-// event queues (svipc(7)) on to the event server's pipe. One runs at a time: another that is started
-// beside it ends at once. It is paused and resumed by SIGSTOP and SIGCONT.
+// event queues (svipc(7)) on to the event server's pipe. One runs at a time: another that is
+// started beside it ends at once. It is paused and resumed by SIGSTOP and SIGCONT.
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -32,6 +32,7 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_remove_ra_rule:
         case rpc_network_set_vlan:
         case rpc_network_set_def_vlan_mode:
+        case rpc_network_set_ont_nmg:
         case rpc_network_set_domainname:
         case rpc_network_set_hostname:
         case rpc_network_set_dns_servers:
@@ -53,7 +54,8 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
-        answerVlan(state, procedure, argument, result))
+        answerVlan(state, procedure, argument, result) ||
+        answerSoftware(state, behaviour, procedure, argument, result))
         return;
     switch (procedure) {
         case rpc_network_is_ftp_enabled:

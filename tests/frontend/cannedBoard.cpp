@@ -215,6 +215,8 @@ Options parse(int count, char** words) {
             board().behaviour.failHalfWay = words[++i];
         else if (word == "--counters" && i + 1 < count)
             board().behaviour.counters = words[++i];
+        else if (word == "--components" && i + 1 < count)
+            board().behaviour.components = words[++i];
         else if (word == "--rules" && i + 1 < count)
             addRules(std::atoi(words[++i]));
         else if (word == "--vlans" && i + 1 < count)

@@ -17,6 +17,7 @@ struct Behaviour {
     std::string vlans = "right";     ///< of the switch: "right", "stored" (a management VLAN is),
                                      ///< "outside" (the management port is in none), "failed", or
                                      ///< "none" (the procedure is not known)
+    std::string components = "right";  ///< of the software: "right", "none", or "endless"
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
@@ -41,6 +42,7 @@ struct State {
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
     rpcNetworkIPv6Domain domain6{1, {}};
     rpcSntpConfig sntp{};
+    rpcNetworkInfo ont{};
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
@@ -54,6 +56,10 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
 /// The same for the procedures of addressing and remote access. Answers false if it is another.
 bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
                       void* result);
+
+/// The same for the procedures of the software inventory and the ONT's interface.
+bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                    void* result);
 
 /// The same for the procedures of VLANs. Answers false if it is another.
 bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);

@@ -15,6 +15,8 @@ void addDomain(CommandTree& tree);
 void addVlan(CommandTree& tree);
 void addServices(CommandTree& tree);  // telnet, ssh, ftp, sessions
 void addTime(CommandTree& tree);
+void addOnt(CommandTree& tree);
+void addVersion(CommandTree& tree);
 void addBoard(CommandTree& tree);
 void addFactoryDefaults(CommandTree& tree);
 void addRpc(CommandTree& tree);

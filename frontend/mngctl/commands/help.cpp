@@ -28,6 +28,8 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addVlan(tree);
     addServices(tree);
     addTime(tree);
+    addOnt(tree);
+    addVersion(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);
