@@ -9,7 +9,7 @@ readonly boardDirectory=/etc/networkble
 
 # Who may log in. The box is a desk's: the account is no secret.
 readonly accountName=admin accountPassword=admin accountId=29999
-readonly accountHome=/var/lib/networkble/admin
+readonly accountHome=/run/home/admin
 
 # The library's commands use "&>", which the shell of a controller understands and Debian's does not.
 useControllersShell() {
@@ -44,7 +44,10 @@ addAccount() {
     chown "$accountId:$accountId" "$accountHome"
     # Who is logged in, and was.
     touch /run/utmp /var/log/wtmp /var/log/lastlog
-    if [[ -x $build/bin/mngctl ]]; then ln -sf "$build/bin/mngctl" /usr/local/bin/mngctl; fi
+    # Without an overlay, the directory is the machine's and read-only.
+    if [[ -x $build/bin/mngctl && -w /usr/local/bin ]]; then
+        ln -sf "$build/bin/mngctl" /usr/local/bin/mngctl 2>/dev/null || true
+    fi
 }
 
 # The key is the board's, not the box's: clients know the board by it over restarts.
