@@ -68,7 +68,7 @@ private:
         };
         while (size < rest.size() && belongs(rest[size]))
             ++size;
-        const std::string name(rest.substr(0, size));
+        std::string name(rest.substr(0, size));
         rest.remove_prefix(size);
         if (size < 3)
             wrong("a name has three letters or more");

@@ -42,7 +42,7 @@ std::string ruleOfZone(const std::string& name) {
                         "CET-1CEST,M3.5.0,M10.5.0/3",
                         printable(name), directory));
     std::ifstream stream(file, std::ios::binary);
-    const std::string rule =
+    std::string rule =
         footer({std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()});
     if (rule.empty())
         throw UsageError(fmt::format("{} has no rule for the time to come: give one after the name",
