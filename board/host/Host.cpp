@@ -9,7 +9,9 @@
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
 #include "board/host/loadLibrary.h"
+#include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
+#include "board/host/words.h"
 #include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
@@ -30,9 +32,7 @@
 #include <cstddef>
 #include <exception>
 #include <filesystem>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -66,14 +66,11 @@ void configureFramework(const Options& options) {
     }
 }
 
-std::vector<std::string> words(const std::string& command) {
-    std::istringstream stream(command);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
 /// The name of the management interface serves the registry and the configuration library alike.
 void configureBoard(const Options& options) {
     board::nameManagementPort(options.managementInterface);
+    varo::Appliers appliers;
+    addServiceAppliers(appliers, options.services, options.managementInterface);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
@@ -85,6 +82,7 @@ void configureBoard(const Options& options) {
         .dhcpVendorClass = options.dhcpVendorClass,
         .acsPidFile = options.acsPidFile,
         .boardPosition = options.boardPosition,
+        .appliers = std::move(appliers),
     });
 }
 

@@ -41,6 +41,15 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_delete_ipv6dns_servers:
         case rpc_network_set_ipv6domainname:
         case rpc_network_http_server_set:
+        case rpc_network_telnet_enable:
+        case rpc_network_ssh_enable:
+        case rpc_network_ftp_enable:
+        case rpc_network_pty_set_max_sess:
+        case rpc_network_set_time_info:
+        case rpc_network_set_sntp_timezone:
+        case rpc_network_set_sntp_timezone_dst_start:
+        case rpc_network_set_sntp_timezone_dst_end:
+        case rpc_network_set_sntp_timezone_dst_offset:
             return true;
         default:
             return false;
@@ -56,12 +65,10 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
         return refuse(result);
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
         answerVlan(state, procedure, argument, result) ||
+        answerServices(state, procedure, argument, result) ||
         answerSoftware(state, behaviour, procedure, argument, result))
         return;
     switch (procedure) {
-        case rpc_network_is_ftp_enabled:
-            as<int>(result) = 1;
-            break;
         case rpc_network_get_domainname:
             // Bytes that are no UTF-8, and a text that fills its array.
             std::memset(result, '\xE9', sizeof(rpcStringResult));

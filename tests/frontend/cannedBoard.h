@@ -43,6 +43,12 @@ struct State {
     rpcNetworkIPv6Domain domain6{1, {}};
     rpcSntpConfig sntp{};
     rpcNetworkInfo ont{};
+    bool telnet = false;
+    bool ssh = true;
+    bool ftp = false;
+    rpcPtyConfig limits{5, 10};
+    rpcNetworkSntpTimezone zone{};
+    std::string time = "12:00:00 01/07/2026";
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
@@ -64,6 +70,9 @@ bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedur
 
 /// The same for the procedures of VLANs. Answers false if it is another.
 bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
+
+/// The same for the procedures of services, clock and time zone. Answers false if it is another.
+bool answerServices(State& state, rpcproc_t procedure, void* argument, void* result);
 
 /// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
 /// latter with port 100.

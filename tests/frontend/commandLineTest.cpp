@@ -14,7 +14,9 @@ TEST(CommandLine, NamesTheCommandsThatExist) {
         run({"reboot"}),
         failed(Exit::Usage,
                "there is no command 'mngctl reboot'; expected ip, gateway, dhcp, access, dns, "
-               "domain, vlan, ont, version, board, factory-defaults, rpc or help\n"
+               "domain, vlan, telnet, ssh, ftp, sessions, time, ont, version, board, "
+               "factory-defaults, rpc "
+               "or help\n"
                "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
               failed(Exit::Usage,

@@ -13,6 +13,8 @@ void addAccess(CommandTree& tree);
 void addDns(CommandTree& tree);
 void addDomain(CommandTree& tree);
 void addVlan(CommandTree& tree);
+void addServices(CommandTree& tree);  // telnet, ssh, ftp, sessions
+void addTime(CommandTree& tree);
 void addOnt(CommandTree& tree);
 void addVersion(CommandTree& tree);
 void addWeb(CommandTree& tree);

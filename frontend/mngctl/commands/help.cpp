@@ -26,6 +26,8 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addDns(tree);
     addDomain(tree);
     addVlan(tree);
+    addServices(tree);
+    addTime(tree);
     addOnt(tree);
     addVersion(tree);
     addWeb(tree);
