@@ -72,8 +72,11 @@ std::vector<std::string> words(const std::string& command) {
 }
 
 /// The name of the management interface serves the registry and the configuration library alike.
-void configureBoard(const Options& options) {
+void configureBoard(const Options& options, NetworkServices& services) {
     board::nameManagementPort(options.managementInterface);
+    varo::Appliers appliers;
+    services.supply(options.services, options.stateDirectory, options.managementInterface,
+                    appliers);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
@@ -85,6 +88,7 @@ void configureBoard(const Options& options) {
         .dhcpVendorClass = options.dhcpVendorClass,
         .acsPidFile = options.acsPidFile,
         .boardPosition = options.boardPosition,
+        .appliers = std::move(appliers),
     });
 }
 
@@ -137,7 +141,7 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    configureBoard(options);
+    configureBoard(options, services);
     configureBridge(options);
     switchboard::configure({options.stateDirectory});
     // A switch whose state cannot be used has logged why; the rest of the board works without.
@@ -189,6 +193,7 @@ void Host::stop() {
     } catch (const std::exception& error) {
         report(std::string("the configuration library was not closed: ") + error.what());
     }
+    services.end();
 }
 
 }  // namespace host

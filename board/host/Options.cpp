@@ -128,6 +128,7 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
         ->check(isTableName)
         ->capture_default_str();
     addPlatformOptions(app, options.platform);
+    addNetworkServiceOptions(app, options.services);
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",
                               options.stopTimeout);

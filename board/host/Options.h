@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/host/networkServices.h"
 #include "board/host/platformOptions.h"
 #include "framework/Log.h"
 
@@ -22,6 +23,7 @@ struct Options {
     std::filesystem::path acsPidFile;  ///< empty: there is no auto-configuration client
     std::uint32_t boardPosition = 1;
     PlatformOptions platform;
+    NetworkServiceOptions services;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;
