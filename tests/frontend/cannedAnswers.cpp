@@ -39,6 +39,13 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_ipv6dns_servers:
         case rpc_network_delete_ipv6dns_servers:
         case rpc_network_set_ipv6domainname:
+        case rpc_network_snmptrap_add:
+        case rpc_network_snmptrap_change:
+        case rpc_network_snmptrap_port:
+        case rpc_network_snmpcommunity_add:
+        case rpc_network_snmpcommunity_change:
+        case rpc_network_snmpsystem_change:
+        case rpc_network_sntp_update_host:
             return true;
         default:
             return false;
@@ -53,7 +60,8 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
-        answerVlan(state, procedure, argument, result))
+        answerVlan(state, procedure, argument, result) ||
+        answerSnmp(state, behaviour, procedure, argument, result))
         return;
     switch (procedure) {
         case rpc_network_is_ftp_enabled:

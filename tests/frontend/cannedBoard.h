@@ -17,6 +17,7 @@ struct Behaviour {
     std::string vlans = "right";     ///< of the switch: "right", "stored" (a management VLAN is),
                                      ///< "outside" (the management port is in none), "failed", or
                                      ///< "none" (the procedure is not known)
+    std::string ntp = "synchronised";  ///< status of the client, or "unknown"
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
@@ -31,6 +32,13 @@ inline rpcNetworkInfo initialInfo() {
     return info;
 }
 
+inline rpcSnmpCommunityConfig noCommunities() {
+    rpcSnmpCommunityConfig config{};
+    for (rpcSnmpCommunity& each : config.communities)
+        each.access = rpcSnmpCommunityNone;
+    return config;
+}
+
 /// What the canned board remembers, so that what was set can be read back.
 struct State {
     rpcNetworkInfo info = initialInfo();
@@ -41,6 +49,10 @@ struct State {
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
     rpcNetworkIPv6Domain domain6{1, {}};
     rpcSntpConfig sntp{};
+    rpcSntpConfigHost ntp{};
+    rpcSnmpSystemConfig snmpSystem{};
+    rpcSnmpCommunityConfig snmpCommunities = noCommunities();
+    rpcSnmpTrapConfig snmpTraps{.managers = {}, .port = 162};
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
@@ -57,6 +69,11 @@ bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t proced
 
 /// The same for the procedures of VLANs. Answers false if it is another.
 bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
+
+/// The same for the procedures of the SNMP agent and the SNTP client. What a full board refuses is
+/// refused; with `--ntp unknown` there is no status.
+bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                void* result);
 
 /// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
 /// latter with port 100.

@@ -13,6 +13,8 @@ void addAccess(CommandTree& tree);
 void addDns(CommandTree& tree);
 void addDomain(CommandTree& tree);
 void addVlan(CommandTree& tree);
+void addSnmp(CommandTree& tree);
+void addNtp(CommandTree& tree);
 void addBoard(CommandTree& tree);
 void addFactoryDefaults(CommandTree& tree);
 void addRpc(CommandTree& tree);

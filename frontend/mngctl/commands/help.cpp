@@ -26,6 +26,8 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addDns(tree);
     addDomain(tree);
     addVlan(tree);
+    addSnmp(tree);
+    addNtp(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);
