@@ -67,10 +67,12 @@ void configureFramework(const Options& options) {
 }
 
 /// The name of the management interface serves the registry and the configuration library alike.
-void configureBoard(const Options& options) {
+void configureBoard(const Options& options, NetworkServices& services) {
     board::nameManagementPort(options.managementInterface);
     varo::Appliers appliers;
     addServiceAppliers(appliers, options.services, options.managementInterface);
+    services.supply(options.networkServices, options.stateDirectory, options.managementInterface,
+                    appliers);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
@@ -135,7 +137,7 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    configureBoard(options);
+    configureBoard(options, services);
     configureBridge(options);
     switchboard::configure({options.stateDirectory});
     // A switch whose state cannot be used has logged why; the rest of the board works without.
@@ -187,6 +189,7 @@ void Host::stop() {
     } catch (const std::exception& error) {
         report(std::string("the configuration library was not closed: ") + error.what());
     }
+    services.end();
 }
 
 }  // namespace host

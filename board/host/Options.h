@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/host/networkServices.h"
 #include "board/host/platformOptions.h"
 #include "board/host/serviceOptions.h"
 #include "framework/Log.h"
@@ -24,6 +25,7 @@ struct Options {
     std::uint32_t boardPosition = 1;
     PlatformOptions platform;
     ServiceOptions services;
+    NetworkServiceOptions networkServices;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;

@@ -50,6 +50,13 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_sntp_timezone_dst_start:
         case rpc_network_set_sntp_timezone_dst_end:
         case rpc_network_set_sntp_timezone_dst_offset:
+        case rpc_network_snmptrap_add:
+        case rpc_network_snmptrap_change:
+        case rpc_network_snmptrap_port:
+        case rpc_network_snmpcommunity_add:
+        case rpc_network_snmpcommunity_change:
+        case rpc_network_snmpsystem_change:
+        case rpc_network_sntp_update_host:
             return true;
         default:
             return false;
@@ -66,7 +73,8 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
         answerVlan(state, procedure, argument, result) ||
         answerServices(state, procedure, argument, result) ||
-        answerSoftware(state, behaviour, procedure, argument, result))
+        answerSoftware(state, behaviour, procedure, argument, result) ||
+        answerSnmp(state, behaviour, procedure, argument, result))
         return;
     switch (procedure) {
         case rpc_network_get_domainname:

@@ -18,6 +18,7 @@ struct Behaviour {
                                      ///< "outside" (the management port is in none), "failed", or
                                      ///< "none" (the procedure is not known)
     std::string components = "right";  ///< of the software: "right", "none", or "endless"
+    std::string ntp = "synchronised";  ///< status of the client, or "unknown"
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
@@ -30,6 +31,13 @@ inline rpcNetworkInfo initialInfo() {
     info.defVid = 1;
     info.defVlanMode = rpcVlanNative;
     return info;
+}
+
+inline rpcSnmpCommunityConfig noCommunities() {
+    rpcSnmpCommunityConfig config{};
+    for (rpcSnmpCommunity& each : config.communities)
+        each.access = rpcSnmpCommunityNone;
+    return config;
 }
 
 /// What the canned board remembers, so that what was set can be read back.
@@ -49,6 +57,10 @@ struct State {
     rpcPtyConfig limits{5, 10};
     rpcNetworkSntpTimezone zone{};
     std::string time = "12:00:00 01/07/2026";
+    rpcSntpConfigHost ntp{};
+    rpcSnmpSystemConfig snmpSystem{};
+    rpcSnmpCommunityConfig snmpCommunities = noCommunities();
+    rpcSnmpTrapConfig snmpTraps{.managers = {}, .port = 162};
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
@@ -73,6 +85,10 @@ bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result)
 
 /// The same for the procedures of services, clock and time zone. Answers false if it is another.
 bool answerServices(State& state, rpcproc_t procedure, void* argument, void* result);
+/// The same for the procedures of the SNMP agent and the SNTP client. What a full board refuses is
+/// refused; with `--ntp unknown` there is no status.
+bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                void* result);
 
 /// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
 /// latter with port 100.

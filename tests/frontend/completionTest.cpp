@@ -29,6 +29,10 @@ TEST(Completion, OffersNounsAndVerbs) {
     EXPECT_THAT(candidates("access "),
                 ElementsAre("clear", "deny", "list", "permit", "remove", "test"));
     EXPECT_THAT(candidates("dhcp o"), ElementsAre("off", "on", "option82"));
+    EXPECT_THAT(candidates("snmp "),
+                ElementsAre("community", "contact", "location", "name", "show", "trap"));
+    EXPECT_THAT(candidates("snmp community add public "), ElementsAre("ro", "rw"));
+    EXPECT_THAT(candidates("ntp "), ElementsAre("off", "on", "server", "show"));
     EXPECT_THAT(candidates("vlan "), ElementsAre("default", "set", "show"));
     EXPECT_THAT(candidates("vlan default "), ElementsAre("set", "show"));
     EXPECT_THAT(candidates("vlan default set 10 "), ElementsAre("native", "tagged"));

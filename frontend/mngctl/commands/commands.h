@@ -19,6 +19,8 @@ void addOnt(CommandTree& tree);
 void addVersion(CommandTree& tree);
 void addWeb(CommandTree& tree);
 void addEvents(CommandTree& tree);
+void addSnmp(CommandTree& tree);
+void addNtp(CommandTree& tree);
 void addBoard(CommandTree& tree);
 void addFactoryDefaults(CommandTree& tree);
 void addRpc(CommandTree& tree);

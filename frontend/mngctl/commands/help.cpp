@@ -28,10 +28,12 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addVlan(tree);
     addServices(tree);
     addTime(tree);
-    addOnt(tree);
-    addVersion(tree);
+    addNtp(tree);
+    addSnmp(tree);
     addWeb(tree);
     addEvents(tree);
+    addOnt(tree);
+    addVersion(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);
