@@ -80,6 +80,7 @@ void configureBoard(const Options& options) {
         .log = {},
         .managementInterface = options.managementInterface,
         .dhcpClient = words(options.dhcpClient),
+        .dhcp6Client = words(options.dhcp6Client),
         // This very program reports the client's events; see main().
         .dhcpScript = std::filesystem::read_symlink("/proc/self/exe"),
         .dhcpVendorClass = options.dhcpVendorClass,
