@@ -8,6 +8,7 @@
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
+#include "board/host/dhcpReport.h"
 #include "board/host/loadLibrary.h"
 #include "board/host/stateDirectory.h"
 #include "board/switch/Configuration.h"
@@ -87,6 +88,7 @@ void configureBoard(const Options& options) {
         .acsPidFile = options.acsPidFile,
         .boardPosition = options.boardPosition,
     });
+    reportDhcp(options.dhcpVendorClass);
 }
 
 std::optional<std::string> nameOfPort(int portId) {

@@ -10,6 +10,7 @@
 #include "board/varo/addressing.h"
 #include "board/varo/checks.h"
 #include "board/varo/groups.h"
+#include "board/varo/reportText.h"
 #include "varo/varoLib.h"
 
 namespace varo {
@@ -109,7 +110,8 @@ void readStored(varoLib_s_ipv6& record, const Ipv6Settings& settings) {
         record.prefixLen = prefix->length;
         copyInto(record.ipv6AddrList, prefixText(*prefix));
     }
-    copyInto(record.ipv6Gw, std::string_view(settings.gateway));
+    if (const auto gateway = storedGateway(settings))
+        copyInto(record.ipv6Gw, ipv6Text(*gateway));
 }
 
 }  // namespace
@@ -152,10 +154,16 @@ void removeLeasedAddresses(Netlink& netlink, const std::string& name, int index)
 
 void applySettings(Netlink& netlink, const std::string& name, int index,
                    const Ipv6Settings& settings) {
-    if (const auto prefix = storedPrefix(settings))
+    const auto prefix = storedPrefix(settings);
+    if (prefix)
         putAddressByHand(netlink, name, index, *prefix);
-    if (const auto gateway = storedGateway(settings))
+    const auto gateway = storedGateway(settings);
+    if (gateway)
         putRoute(netlink, name, index, *gateway, true);
+    if ((!prefix && settings.address[0] != '\0') || (!gateway && settings.gateway[0] != '\0'))
+        throw Failure(invalidValue, fmt::format("{}/{}, gateway {}, are not IPv6 settings",
+                                                quoted(settings.address), settings.prefixLength,
+                                                quoted(settings.gateway)));
 }
 
 }  // namespace varo

@@ -99,15 +99,18 @@ Ipv6Address checkedIpv6Gateway(std::string_view text) {
 }
 
 std::optional<Ipv6Prefix> storedPrefix(const Ipv6Settings& settings) {
-    if (settings.address[0] == '\0')
-        return std::nullopt;
-    return checkedPrefix(settings.address, settings.prefixLength);
+    try {
+        if (settings.address[0] != '\0')
+            return checkedPrefix(settings.address, settings.prefixLength);
+    } catch (const Failure&) {
+        // The file was changed by somebody else.
+    }
+    return std::nullopt;
 }
 
 std::optional<Ipv6Address> storedGateway(const Ipv6Settings& settings) {
-    if (settings.gateway[0] == '\0')
-        return std::nullopt;
-    return checkedIpv6Gateway(settings.gateway);
+    const auto gateway = parsedIpv6(settings.gateway);
+    return gateway && isHostAddress(*gateway) ? gateway : std::nullopt;
 }
 
 }  // namespace varo

@@ -56,7 +56,7 @@ Ipv6Prefix checkedPrefix(std::string_view text, std::uint32_t length);
 /// The address of a neighbour that can be a router. Throws Failure (invalidValue).
 Ipv6Address checkedIpv6Gateway(std::string_view text);
 
-/// What is stored. Throws Failure (invalidValue) when it is none; nothing for an empty text.
+/// What is stored; nothing for an empty text, and for one that no call of the library has written.
 std::optional<Ipv6Prefix> storedPrefix(const Ipv6Settings& settings);
 std::optional<Ipv6Address> storedGateway(const Ipv6Settings& settings);
 

@@ -14,7 +14,7 @@ TEST(CommandLine, NamesTheCommandsThatExist) {
         run({"reboot"}),
         failed(Exit::Usage,
                "there is no command 'mngctl reboot'; expected ip, gateway, dhcp, access, dns, "
-               "domain, vlan, board, factory-defaults, rpc or help\n"
+               "domain, ipv6, vlan, board, factory-defaults, rpc or help\n"
                "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
               failed(Exit::Usage,
@@ -82,6 +82,13 @@ TEST(CommandLine, HelpsEverywhereWithExamples) {
                                             "dhcp off",
                                             "dhcp vendor-class",
                                             "dhcp option82",
+                                            "dhcp circuit-id",
+                                            "ipv6",
+                                            "ipv6 show",
+                                            "ipv6 set",
+                                            "ipv6 clear",
+                                            "ipv6 gateway set",
+                                            "ipv6 dhcp on",
                                             "access",
                                             "access list",
                                             "access permit",

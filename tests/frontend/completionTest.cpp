@@ -18,7 +18,7 @@ std::vector<std::string> candidates(const std::string& line) {
 TEST(Completion, OffersNounsAndVerbs) {
     EXPECT_THAT(candidates(""),
                 ElementsAre("access", "board", "dhcp", "dns", "domain", "exit", "factory-defaults",
-                            "gateway", "help", "ip", "quit", "rpc", "vlan"));
+                            "gateway", "help", "ip", "ipv6", "quit", "rpc", "vlan"));
     EXPECT_THAT(candidates("d"), ElementsAre("dhcp", "dns", "domain"));
     EXPECT_EQ(completeLine("d").insert, "");
     EXPECT_EQ(completeLine("dn").insert, "s ");

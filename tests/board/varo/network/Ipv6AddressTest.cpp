@@ -197,6 +197,22 @@ TEST_F(Ipv6OnInterface, RemovedStaysSoAfterARestart) {
     EXPECT_EQ(ipv6Gateways(), "");
 }
 
+TEST_F(Ipv6OnInterface, SettingsThatNoCallHasWrittenAreReportedAndReplaced) {
+    ASSERT_EQ(setAddress("2001:db8::7", 64), varo::success);
+    close();
+    shell("ip address flush dev mng0 scope global");
+    sql(file, "UPDATE ipv6 SET address = 'nonsense', prefix_length = 999");
+    EXPECT_EQ(varoLibInit(), varo::applyFailed);
+    EXPECT_EQ(lines.count("are stored, but not in force: \"nonsense\"/999, gateway \"\", are not "
+                          "IPv6 settings"),
+              1)
+        << lines.all();
+    EXPECT_STREQ(read().ipv6Addr, "");
+    EXPECT_EQ(varoRemoveIpv6Addr(), varo::notThere);
+    EXPECT_EQ(setAddress("2001:db8::8", 64), varo::success);
+    EXPECT_EQ(globalAddresses(), "2001:db8::8/64");
+}
+
 TEST_F(Ipv6OnInterface, ListHasWholeAddressesOnly) {
     std::string batch;
     for (int i = 1; i <= 60; ++i)
