@@ -8,6 +8,7 @@
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
+#include "board/host/dhcpReport.h"
 #include "board/host/loadLibrary.h"
 #include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
@@ -79,6 +80,7 @@ void configureBoard(const Options& options, NetworkServices& services) {
         .log = {},
         .managementInterface = options.managementInterface,
         .dhcpClient = words(options.dhcpClient),
+        .dhcp6Client = words(options.dhcp6Client),
         // This very program reports the client's events; see main().
         .dhcpScript = std::filesystem::read_symlink("/proc/self/exe"),
         .dhcpVendorClass = options.dhcpVendorClass,
@@ -86,6 +88,7 @@ void configureBoard(const Options& options, NetworkServices& services) {
         .boardPosition = options.boardPosition,
         .appliers = std::move(appliers),
     });
+    reportDhcp(options.dhcpVendorClass);
 }
 
 std::optional<std::string> nameOfPort(int portId) {

@@ -20,6 +20,7 @@ struct Options {
     std::string filterTable = "networkble_acl";  ///< empty: access lists filter nothing
     std::string managementInterface = "mng0";
     std::string dhcpClient = "busybox udhcpc";  ///< program and first arguments; empty: none
+    std::string dhcp6Client = "dhclient";       ///< likewise
     std::string dhcpVendorClass = "VANTORIX";
     std::filesystem::path acsPidFile;  ///< empty: there is no auto-configuration client
     std::uint32_t boardPosition = 1;

@@ -57,6 +57,10 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_snmpcommunity_change:
         case rpc_network_snmpsystem_change:
         case rpc_network_sntp_update_host:
+        case rpc_network_set_ipv6addr:
+        case rpc_network_set_ipv6gw:
+        case rpc_network_remove_ipv6addr:
+        case rpc_network_remove_ipv6gw:
             return true;
         default:
             return false;
@@ -71,6 +75,7 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
+        answerIpv6(state, behaviour, procedure, argument, result) ||
         answerVlan(state, procedure, argument, result) ||
         answerServices(state, procedure, argument, result) ||
         answerSoftware(state, behaviour, procedure, argument, result) ||
@@ -253,6 +258,9 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
         case BLL_CONTROL_VLANS:
             tell("vlans");
             return sendVlans(transport);
+        case BLL_CONTROL_DHCP:
+            tell("dhcp");
+            return sendDhcp(transport);
         default:
             return svcerr_noproc(transport);
     }

@@ -45,6 +45,9 @@ struct State {
     rpcNetworkInfo info = initialInfo();
     unsigned gateway = 0xC00002FE;  // 192.0.2.254
     std::vector<rpcNetworkRemoteAccessRule> rules;
+    std::string ipv6Address;  ///< set by hand, with its length; the link-local one is always there
+    std::string ipv6Gateway;
+    bool dhcp6 = true;
     rpcNetworkDnsInfoWS dns{2, 0, 0};
     rpcNetworkDomainWS domain{2, {}};
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
@@ -79,6 +82,14 @@ bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t proced
 /// The same for the procedures of the software inventory and the ONT's interface.
 bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
                     void* result);
+
+/// The same for the procedures of IPv6 addressing. The client cannot be switched where it answers
+/// with a refusal, and as on the board nobody is told.
+bool answerIpv6(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                void* result);
+
+/// Answers what the control program tells of the DHCP client.
+void sendDhcp(SVCXPRT* transport);
 
 /// The same for the procedures of VLANs. Answers false if it is another.
 bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);

@@ -14,9 +14,8 @@ TEST(CommandLine, NamesTheCommandsThatExist) {
         run({"reboot"}),
         failed(Exit::Usage,
                "there is no command 'mngctl reboot'; expected ip, gateway, dhcp, access, dns, "
-               "domain, vlan, telnet, ssh, ftp, sessions, time, ont, version, board, "
-               "factory-defaults, rpc "
-               "or help\n"
+               "domain, ipv6, vlan, telnet, ssh, ftp, sessions, time, ntp, snmp, web, events, ont, "
+               "version, board, factory-defaults, rpc or help\n"
                "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
               failed(Exit::Usage,
@@ -84,6 +83,13 @@ TEST(CommandLine, HelpsEverywhereWithExamples) {
                                             "dhcp off",
                                             "dhcp vendor-class",
                                             "dhcp option82",
+                                            "dhcp circuit-id",
+                                            "ipv6",
+                                            "ipv6 show",
+                                            "ipv6 set",
+                                            "ipv6 clear",
+                                            "ipv6 gateway set",
+                                            "ipv6 dhcp on",
                                             "access",
                                             "access list",
                                             "access permit",

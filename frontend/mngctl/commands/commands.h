@@ -12,6 +12,7 @@ void addDhcp(CommandTree& tree);
 void addAccess(CommandTree& tree);
 void addDns(CommandTree& tree);
 void addDomain(CommandTree& tree);
+void addIpv6(CommandTree& tree);
 void addVlan(CommandTree& tree);
 void addServices(CommandTree& tree);  // telnet, ssh, ftp, sessions
 void addTime(CommandTree& tree);

@@ -25,6 +25,7 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addAccess(tree);
     addDns(tree);
     addDomain(tree);
+    addIpv6(tree);
     addVlan(tree);
     addServices(tree);
     addTime(tree);
