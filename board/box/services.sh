@@ -69,7 +69,8 @@ startBoard() {
         --telnet-server /etc/networkble/telnet-session \
         --ssh-server "/usr/sbin/sshd -i -e -f /etc/networkble/sshd_config" \
         --ftp-server "/usr/sbin/vsftpd /etc/networkble/vsftpd.conf" \
-        --localtime-file /etc/networkble/localtime --tz-file /etc/TZ
+        --localtime-file /etc/networkble/localtime --tz-file /etc/TZ \
+        --snmp-agent "$snmpAgent" --ntp-client "$ntpClient"
     boardPid=$servicePid
     echo "$boardPid" >/run/bllhost.pid
     if ! awaitService "$boardPid" "$boardStartLimit" boardAnswers; then

@@ -8,6 +8,7 @@
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
+#include "board/host/dhcpReport.h"
 #include "board/host/loadLibrary.h"
 #include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
@@ -67,16 +68,19 @@ void configureFramework(const Options& options) {
 }
 
 /// The name of the management interface serves the registry and the configuration library alike.
-void configureBoard(const Options& options) {
+void configureBoard(const Options& options, NetworkServices& services) {
     board::nameManagementPort(options.managementInterface);
     varo::Appliers appliers;
     addServiceAppliers(appliers, options.services, options.managementInterface);
+    services.supply(options.networkServices, options.stateDirectory, options.managementInterface,
+                    appliers);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
         .log = {},
         .managementInterface = options.managementInterface,
         .dhcpClient = words(options.dhcpClient),
+        .dhcp6Client = words(options.dhcp6Client),
         // This very program reports the client's events; see main().
         .dhcpScript = std::filesystem::read_symlink("/proc/self/exe"),
         .dhcpVendorClass = options.dhcpVendorClass,
@@ -84,6 +88,7 @@ void configureBoard(const Options& options) {
         .boardPosition = options.boardPosition,
         .appliers = std::move(appliers),
     });
+    reportDhcp(options.dhcpVendorClass);
 }
 
 std::optional<std::string> nameOfPort(int portId) {
@@ -135,7 +140,7 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    configureBoard(options);
+    configureBoard(options, services);
     configureBridge(options);
     switchboard::configure({options.stateDirectory});
     // A switch whose state cannot be used has logged why; the rest of the board works without.
@@ -187,6 +192,7 @@ void Host::stop() {
     } catch (const std::exception& error) {
         report(std::string("the configuration library was not closed: ") + error.what());
     }
+    services.end();
 }
 
 }  // namespace host

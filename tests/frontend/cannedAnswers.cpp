@@ -40,6 +40,7 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_ipv6dns_servers:
         case rpc_network_delete_ipv6dns_servers:
         case rpc_network_set_ipv6domainname:
+        case rpc_network_http_server_set:
         case rpc_network_telnet_enable:
         case rpc_network_ssh_enable:
         case rpc_network_ftp_enable:
@@ -49,6 +50,17 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_sntp_timezone_dst_start:
         case rpc_network_set_sntp_timezone_dst_end:
         case rpc_network_set_sntp_timezone_dst_offset:
+        case rpc_network_snmptrap_add:
+        case rpc_network_snmptrap_change:
+        case rpc_network_snmptrap_port:
+        case rpc_network_snmpcommunity_add:
+        case rpc_network_snmpcommunity_change:
+        case rpc_network_snmpsystem_change:
+        case rpc_network_sntp_update_host:
+        case rpc_network_set_ipv6addr:
+        case rpc_network_set_ipv6gw:
+        case rpc_network_remove_ipv6addr:
+        case rpc_network_remove_ipv6gw:
             return true;
         default:
             return false;
@@ -63,9 +75,11 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
     if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
         return refuse(result);
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
+        answerIpv6(state, behaviour, procedure, argument, result) ||
         answerVlan(state, procedure, argument, result) ||
         answerServices(state, procedure, argument, result) ||
-        answerSoftware(state, behaviour, procedure, argument, result))
+        answerSoftware(state, behaviour, procedure, argument, result) ||
+        answerSnmp(state, behaviour, procedure, argument, result))
         return;
     switch (procedure) {
         case rpc_network_get_domainname:
@@ -109,6 +123,12 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
             break;
         case rpc_network_get_ipv6domainnamews:
             as<rpcNetworkIPv6Domain>(result) = state.domain6;
+            break;
+        case rpc_network_http_server_set:
+            state.webSet = as<bool_t>(argument) != 0;
+            break;
+        case rpc_network_http_get:
+            as<rpcNetworkHttpResult>(result).enabled = state.webSet ? TRUE : FALSE;
             break;
         case rpc_network_sntp_update:
             state.sntp = as<rpcSntpConfig>(argument);
@@ -238,6 +258,9 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
         case BLL_CONTROL_VLANS:
             tell("vlans");
             return sendVlans(transport);
+        case BLL_CONTROL_DHCP:
+            tell("dhcp");
+            return sendDhcp(transport);
         default:
             return svcerr_noproc(transport);
     }
