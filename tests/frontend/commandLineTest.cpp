@@ -14,7 +14,7 @@ TEST(CommandLine, NamesTheCommandsThatExist) {
         run({"reboot"}),
         failed(Exit::Usage,
                "there is no command 'mngctl reboot'; expected ip, gateway, dhcp, access, dns, "
-               "domain, vlan, ont, version, board, factory-defaults, rpc or help\n"
+               "domain, vlan, ont, version, web, events, board, factory-defaults, rpc or help\n"
                "Try 'mngctl --help'."));
     EXPECT_EQ(run({"dns", "shw"}),
               failed(Exit::Usage,
@@ -103,6 +103,11 @@ TEST(CommandLine, HelpsEverywhereWithExamples) {
                                             "vlan default",
                                             "vlan default show",
                                             "vlan default set",
+                                            "web",
+                                            "web show",
+                                            "web on",
+                                            "web off",
+                                            "events",
                                             "board",
                                             "board status",
                                             "board message",

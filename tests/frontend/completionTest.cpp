@@ -16,9 +16,9 @@ std::vector<std::string> candidates(const std::string& line) {
 }
 
 TEST(Completion, OffersNounsAndVerbs) {
-    EXPECT_THAT(candidates(""),
-                ElementsAre("access", "board", "dhcp", "dns", "domain", "exit", "factory-defaults",
-                            "gateway", "help", "ip", "ont", "quit", "rpc", "version", "vlan"));
+    EXPECT_THAT(candidates(""), ElementsAre("access", "board", "dhcp", "dns", "domain", "events",
+                                            "exit", "factory-defaults", "gateway", "help", "ip",
+                                            "ont", "quit", "rpc", "version", "vlan", "web"));
     EXPECT_THAT(candidates("d"), ElementsAre("dhcp", "dns", "domain"));
     EXPECT_EQ(completeLine("d").insert, "");
     EXPECT_EQ(completeLine("dn").insert, "s ");
