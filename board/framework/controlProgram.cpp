@@ -2,6 +2,7 @@
 
 #include "board/framework/Framework.h"
 #include "board/framework/controlActions.h"
+#include "board/framework/controlDhcp.h"
 #include "board/framework/controlVlans.h"
 #include "board/framework/ownedFilter.h"
 #include "rte/BLL/core/rpcDispatch.h"
@@ -154,6 +155,8 @@ void* requestStop(void*, svc_req*) {
 
 void* getVlans(void*, svc_req*) { return answerVlans(); }
 
+void* getDhcp(void*, svc_req*) { return answerDhcp(); }
+
 /// Size of the largest argument.
 constexpr std::size_t areaSize =
     std::max({sizeof(controlMessage), sizeof(controlFeature), sizeof(char*), sizeof(bool_t)});
@@ -169,9 +172,10 @@ constexpr xdrproc_t replyResult = rpcFilter<controlReply, xdr_controlReply>;
 constexpr xdrproc_t countersResult = rpcFilter<bllRuleCounters, xdr_bllRuleCounters>;
 constexpr xdrproc_t statusResult = rpcFilter<controlStatus, xdr_controlStatus>;
 constexpr xdrproc_t vlansResult = rpcFilter<controlVlans, xdr_controlVlans>;
+constexpr xdrproc_t dhcpResult = rpcFilter<controlDhcp, xdr_controlDhcp>;
 
-const std::array<RpcProcedure, BLL_CONTROL_VLANS + 1> procedures = [] {
-    std::array<RpcProcedure, BLL_CONTROL_VLANS + 1> table{};
+const std::array<RpcProcedure, BLL_CONTROL_DHCP + 1> procedures = [] {
+    std::array<RpcProcedure, BLL_CONTROL_DHCP + 1> table{};
     table[BLL_EXTERNAL_MESSAGE] = {messageArgument, replyResult, externalMessage};
     table[BLL_SET_SHELF_ID] = {textArgument, replyResult, setShelfId};
     table[BLL_SET_FEATURE] = {featureArgument, replyResult, setFeature};
@@ -182,6 +186,7 @@ const std::array<RpcProcedure, BLL_CONTROL_VLANS + 1> procedures = [] {
     table[BLL_STOP] = {rpcVoidFilter, replyResult, requestStop};
     table[BLL_CONTROL_RULE_COUNTERS] = {rpcVoidFilter, countersResult, getRuleCounters};
     table[BLL_CONTROL_VLANS] = {rpcVoidFilter, vlansResult, getVlans};
+    table[BLL_CONTROL_DHCP] = {rpcVoidFilter, dhcpResult, getDhcp};
     return table;
 }();
 

@@ -8,8 +8,11 @@
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
+#include "board/host/dhcpReport.h"
 #include "board/host/loadLibrary.h"
+#include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
+#include "board/host/words.h"
 #include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
@@ -30,9 +33,7 @@
 #include <cstddef>
 #include <exception>
 #include <filesystem>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -66,26 +67,28 @@ void configureFramework(const Options& options) {
     }
 }
 
-std::vector<std::string> words(const std::string& command) {
-    std::istringstream stream(command);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
 /// The name of the management interface serves the registry and the configuration library alike.
-void configureBoard(const Options& options) {
+void configureBoard(const Options& options, NetworkServices& services) {
     board::nameManagementPort(options.managementInterface);
+    varo::Appliers appliers;
+    addServiceAppliers(appliers, options.services, options.managementInterface);
+    services.supply(options.networkServices, options.stateDirectory, options.managementInterface,
+                    appliers);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
         .log = {},
         .managementInterface = options.managementInterface,
         .dhcpClient = words(options.dhcpClient),
+        .dhcp6Client = words(options.dhcp6Client),
         // This very program reports the client's events; see main().
         .dhcpScript = std::filesystem::read_symlink("/proc/self/exe"),
         .dhcpVendorClass = options.dhcpVendorClass,
         .acsPidFile = options.acsPidFile,
         .boardPosition = options.boardPosition,
+        .appliers = std::move(appliers),
     });
+    reportDhcp(options.dhcpVendorClass);
 }
 
 std::optional<std::string> nameOfPort(int portId) {
@@ -137,7 +140,7 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    configureBoard(options);
+    configureBoard(options, services);
     configureBridge(options);
     switchboard::configure({options.stateDirectory});
     // A switch whose state cannot be used has logged why; the rest of the board works without.
@@ -189,6 +192,7 @@ void Host::stop() {
     } catch (const std::exception& error) {
         report(std::string("the configuration library was not closed: ") + error.what());
     }
+    services.end();
 }
 
 }  // namespace host

@@ -108,6 +108,11 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
                    "empty for none")
         ->type_name("COMMAND")
         ->capture_default_str();
+    app.add_option("--dhcpv6-client", options.dhcp6Client,
+                   "Command of the DHCPv6 client, one that takes the options of ISC's dhclient; "
+                   "empty for none")
+        ->type_name("COMMAND")
+        ->capture_default_str();
     app.add_option("--dhcp-vendor-class", options.dhcpVendorClass,
                    "Vendor class that the DHCP client sends when it is told to")
         ->type_name("TEXT")
@@ -128,6 +133,8 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
         ->check(isTableName)
         ->capture_default_str();
     addPlatformOptions(app, options.platform);
+    addServiceOptions(app, options.services);
+    addNetworkServiceOptions(app, options.networkServices);
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",
                               options.stopTimeout);

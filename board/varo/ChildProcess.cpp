@@ -20,9 +20,7 @@ namespace varo {
 
 namespace {
 
-/// Number of the socket in the child. BusyBox's udhcpc puts pipes of its own on 3 and 4, whatever
-/// is there.
-constexpr int childSocket = 9;
+constexpr int childSocket = ChildProcess::childSocket;
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);

@@ -15,6 +15,10 @@ namespace varo {
 /// It is killed with the object, and by the kernel when the thread that started it ends.
 class ChildProcess {
 public:
+    /// Number of the socket in the child. BusyBox's udhcpc puts pipes of its own on 3 and 4,
+    /// whatever is there.
+    static constexpr int childSocket = 9;
+
     /// The program is looked up in PATH. `variable` tells it the number of its socket. Throws
     /// std::system_error; a program that cannot be run says so on its output and ends with 127.
     ChildProcess(const std::vector<std::string>& command, const std::string& variable);

@@ -31,7 +31,10 @@ struct Configuration {
     /// Program and first arguments of the DHCP client, which understands those of BusyBox's udhcpc.
     /// Empty: none is run.
     std::vector<std::string> dhcpClient{};
-    /// Program that the client runs at every event. It has to hand over to passDhcpEvent.
+    /// Program and first arguments of the DHCPv6 client, which understands those of ISC's dhclient.
+    /// Empty: none is run.
+    std::vector<std::string> dhcp6Client{};
+    /// Program that these clients run at every event. It has to hand over to passDhcpEvent.
     std::filesystem::path dhcpScript{};
     /// Vendor class (RFC 2132, option 60) that the client sends when told to.
     std::string dhcpVendorClass{};

@@ -100,7 +100,7 @@ void DhcpClient::readOutput() {
                     running->unfinishedLine += c;
                 continue;
             }
-            Library::instance().log(LOG_DEBUG, "DHCP client: " + running->unfinishedLine);
+            Library::instance().log(LOG_DEBUG, name + ": " + running->unfinishedLine);
             running->lastLine = std::exchange(running->unfinishedLine, {});
         }
     }
@@ -112,7 +112,7 @@ void DhcpClient::takeEnd() {
     const bool wasWanted = isSettled() && !running->isAskedToEnd;
     running.reset();
     if (wasWanted)
-        postpone(fmt::format("the DHCP client has ended with {}{}{}", how,
+        postpone(fmt::format("the {} has ended with {}{}{}", name, how,
                              lastLine.empty() ? "" : ": ", lastLine));
 }
 
@@ -132,7 +132,7 @@ void DhcpClient::start() {
     try {
         running.emplace(wanted, ++starts);
     } catch (const std::exception& error) {
-        postpone(fmt::format("the DHCP client cannot be started: {}", error.what()));
+        postpone(fmt::format("the {} cannot be started: {}", name, error.what()));
     }
 }
 

@@ -21,8 +21,8 @@ public:
     using Clock = std::chrono::steady_clock;
     /// The client that is to run.
     struct Wish {
-        std::uint64_t number = 0;  ///< its owner's, for awaiting it
-        int interface = 0;  ///< index: another interface of the same name needs another client
+        std::uint64_t number = 0;          ///< its owner's, for awaiting it
+        std::uint64_t interface = 0;       ///< another coming of the interface needs another client
         std::vector<std::string> command;  ///< empty: none
 
         bool operator==(const Wish&) const = default;
@@ -32,7 +32,9 @@ public:
     using Receiver =
         std::function<void(std::uint64_t wish, std::uint64_t start, const std::string& message)>;
 
-    explicit DhcpClient(Receiver receive) : receiver(std::move(receive)) {}
+    /// The name is that of the client in log lines.
+    DhcpClient(std::string clientName, Receiver receive)
+        : name(std::move(clientName)), receiver(std::move(receive)) {}
 
     /// What is to run from now on; what was started for another wish is ended.
     void want(const Wish& wish);
@@ -73,6 +75,7 @@ private:
         std::optional<Clock::time_point> killAt;
     };
 
+    const std::string name;
     const Receiver receiver;
     Wish wanted;
     std::uint64_t starts = 0;

@@ -5,49 +5,21 @@
 
 #include <algorithm>
 #include <charconv>
-#include <map>
 #include <optional>
 #include <utility>
 
 #include "board/varo/Column.h"
 #include "board/varo/Failure.h"
-#include "varo/records.h"
 
 namespace varo {
 
 namespace {
-
-using Values = std::map<std::string_view, std::string_view>;
 
 constexpr std::pair<std::string_view, DhcpEvent> events[] = {
     {"deconfig", DhcpEvent::deconfig},   {"bound", DhcpEvent::bound},
     {"renew", DhcpEvent::renew},         {"nak", DhcpEvent::nak},
     {"leasefail", DhcpEvent::leasefail},
 };
-
-/// Makes what cannot be printed visible, and keeps it short: it comes from the network.
-std::string quoted(std::string_view text) {
-    constexpr std::size_t longest = 80;
-    std::string result = "\"";
-    for (const char c : text.substr(0, longest)) {
-        const auto byte = static_cast<unsigned char>(c);
-        result += byte < ' ' || byte >= 0x7f || c == '"' || c == '\\'
-                      ? fmt::format("\\x{:02x}", byte)
-                      : std::string(1, c);
-    }
-    return result + (text.size() > longest ? "...\"" : "\"");
-}
-
-std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> parts;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find(separator), text.size());
-        if (end > 0)
-            parts.push_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return parts;
-}
 
 std::optional<std::uint32_t> parsedAddress(std::string_view text) {
     in_addr address{};
@@ -66,17 +38,12 @@ std::uint32_t classMask(std::uint32_t address) {
     return prefixMask(address < 0x80000000 ? 8 : address < 0xc0000000 ? 16 : 24);
 }
 
-std::string_view valueOf(const Values& values, std::string_view name) {
-    const auto found = values.find(name);
-    return found == values.end() ? std::string_view() : found->second;
-}
-
-Ipv4Prefix readPrefix(const Values& values) {
-    const std::string_view text = valueOf(values, "ip");
+Ipv4Prefix readPrefix(const ReportParts& values) {
+    const std::string_view text = values["ip"];
     const auto address = parsedAddress(text);
     if (!address)
         throw BadReport(fmt::format("the address {} is none", quoted(text)));
-    const std::string_view maskText = valueOf(values, "subnet");
+    const std::string_view maskText = values["subnet"];
     const auto mask = maskText.empty() ? classMask(*address) : parsedAddress(maskText);
     if (!mask)
         throw BadReport(fmt::format("the mask {} is none", quoted(maskText)));
@@ -88,10 +55,10 @@ Ipv4Prefix readPrefix(const Values& values) {
 }
 
 /// The usable addresses of a list; the others are left out.
-std::vector<std::uint32_t> readAddresses(const Values& values, std::string_view name,
+std::vector<std::uint32_t> readAddresses(const ReportParts& values, std::string_view name,
                                          std::vector<std::string>& leftOut) {
     std::vector<std::uint32_t> addresses;
-    for (const std::string_view text : split(valueOf(values, name), ' ')) {
+    for (const std::string_view text : split(values[name], ' ')) {
         if (const auto address = hostAddress(text))
             addresses.push_back(*address);
         else
@@ -104,7 +71,7 @@ bool isInNetwork(std::uint32_t address, const Ipv4Prefix& prefix) {
     return ((address ^ prefix.address) & prefixMask(prefix.length)) == 0;
 }
 
-std::uint32_t readRouter(const Values& values, const Ipv4Prefix& prefix,
+std::uint32_t readRouter(const ReportParts& values, const Ipv4Prefix& prefix,
                          std::vector<std::string>& leftOut) {
     for (const std::uint32_t router : readAddresses(values, "router", leftOut)) {
         if (isInNetwork(router, prefix) && router != prefix.address)
@@ -114,20 +81,16 @@ std::uint32_t readRouter(const Values& values, const Ipv4Prefix& prefix,
     return 0;
 }
 
-std::string readDomain(const Values& values, std::vector<std::string>& leftOut) {
-    const std::string_view text = valueOf(values, "domain");
-    const bool isOneWord = std::all_of(text.begin(), text.end(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte > ' ' && byte < 0x7f;
-    });
-    if (isOneWord && text.size() < sizeof(varoLib_s_dns::domain))
+std::string readDomain(const ReportParts& values, std::vector<std::string>& leftOut) {
+    const std::string_view text = values["domain"];
+    if (isDomainWord(text))
         return std::string(text);
     leftOut.push_back(fmt::format("domain {}", quoted(text)));
     return {};
 }
 
-std::uint32_t readSeconds(const Values& values) {
-    const std::string_view text = valueOf(values, "lease");
+std::uint32_t readSeconds(const ReportParts& values) {
+    const std::string_view text = values["lease"];
     std::uint32_t seconds = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), seconds);
     if (read.ec != std::errc() || read.ptr != text.data() + text.size() || seconds == 0)
@@ -135,7 +98,7 @@ std::uint32_t readSeconds(const Values& values) {
     return seconds;
 }
 
-Lease readLease(const Values& values, std::vector<std::string>& leftOut) {
+Lease readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
     Lease lease;
     lease.prefix = readPrefix(values);
     lease.seconds = readSeconds(values);
@@ -146,32 +109,24 @@ Lease readLease(const Values& values, std::vector<std::string>& leftOut) {
     if (servers.size() > 1)
         lease.secondaryServer = servers[1];
     lease.domain = readDomain(values, leftOut);
-    lease.server = hostAddress(valueOf(values, "serverid")).value_or(0);
+    lease.server = hostAddress(values["serverid"]).value_or(0);
     return lease;
 }
 
 }  // namespace
 
 DhcpReport readReport(std::string_view message) {
-    const auto parts = split(message, '\0');
-    if (parts.empty())
-        throw BadReport("the report is empty");
+    const ReportParts parts = readParts(message);
     const auto* const event =
         std::find_if(std::begin(events), std::end(events),
-                     [&](const auto& each) { return each.first == parts.front(); });
+                     [&](const auto& each) { return each.first == parts.event; });
     if (event == std::end(events))
-        throw BadReport(fmt::format("there is no event {}", quoted(parts.front())));
+        throw BadReport(fmt::format("there is no event {}", quoted(parts.event)));
     DhcpReport report;
     report.event = event->second;
     if (report.event != DhcpEvent::bound && report.event != DhcpEvent::renew)
         return report;
-    Values values;
-    for (const std::string_view part : parts) {
-        const std::size_t sign = part.find('=');
-        if (sign != std::string_view::npos)
-            values.emplace(part.substr(0, sign), part.substr(sign + 1));
-    }
-    report.lease = readLease(values, report.leftOut);
+    report.lease = readLease(parts, report.leftOut);
     return report;
 }
 

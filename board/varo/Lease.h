@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "board/varo/ipv4.h"
+#include "board/varo/reportText.h"
 
 namespace varo {
 
@@ -33,12 +33,6 @@ struct DhcpReport {
     DhcpEvent event = DhcpEvent::deconfig;
     Lease lease;                       ///< with bound and renew
     std::vector<std::string> leftOut;  ///< values that cannot be used, and why
-};
-
-/// A report that cannot be used at all.
-class BadReport : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
 };
 
 /// Reads the message of a DHCP client's event; see dhcpEvent.h for its form. What a server sends is

@@ -3,7 +3,10 @@
 #include <fmt/format.h>
 #include <syslog.h>
 
+#include <utility>
+
 #include "board/varo/Ipv4Keeper.h"
+#include "board/varo/Ipv6Keeper.h"
 #include "board/varo/appliers.h"
 #include "board/varo/groups.h"
 #include "board/varo/schema.h"
@@ -40,25 +43,27 @@ void Library::open() {
         closed = false;
     }
     const auto opened = openStore(lock);
-    applyAll(opened->store, opened->configuration, keeper);
+    applyAll(opened->store, opened->configuration, keepers);
 }
 
 void Library::close() {
     const std::lock_guard alone(lifecycle);
     std::shared_ptr<Opened> last;
-    std::shared_ptr<Ipv4Keeper> ended;
+    Keepers ended;
     {
         const Lock lock(changing);
         const std::lock_guard locked(guard);
         closed = true;
         last = std::move(current);
         current.reset();
-        ended = std::move(keeper);
-        keeper.reset();
+        ended = std::exchange(keepers, {});
     }
-    // Its thread may be waiting for the right to change something, which it is refused from now on.
-    if (ended)
-        ended->end();
+    // Their threads may be waiting for the right to change something, which is refused from now
+    // on.
+    if (ended.ipv4)
+        ended.ipv4->end();
+    if (ended.ipv6)
+        ended.ipv6->end();
     if (last)
         last->store.close();
     threshold = factoryThreshold();
@@ -88,7 +93,7 @@ std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHel
         return store;
     auto opened = openStore(changingHeld);
     try {
-        applyAll(opened->store, opened->configuration, keeper);
+        applyAll(opened->store, opened->configuration, keepers);
     } catch (...) {
         // The store is open, which is what the call needs.
         report("opening on first use");

@@ -7,11 +7,10 @@
 
 #include "board/varo/Configuration.h"
 #include "board/varo/Failure.h"
+#include "board/varo/Keepers.h"
 #include "board/varo/RecordStore.h"
 
 namespace varo {
-
-class Ipv4Keeper;
 
 /// The one instance of the library in the process: its configuration, its open store, its log.
 ///
@@ -35,8 +34,7 @@ public:
     public:
         RecordStore& store() const { return opened->store; }
         const Configuration& configuration() const { return opened->configuration; }
-        /// What looks after the management interface. Null: there is none to look after yet.
-        std::shared_ptr<Ipv4Keeper>& keeper() const { return library.keeper; }
+        Keepers& keepers() const { return library.keepers; }
 
     private:
         friend class Library;
@@ -76,8 +74,8 @@ private:
     std::atomic<int> threshold{factoryThreshold()};
 
     std::mutex lifecycle;  ///< held to open and to close for good, beyond `changing`
-    std::mutex changing;   ///< held to store and apply values; protects the keeper
-    std::shared_ptr<Ipv4Keeper> keeper;
+    std::mutex changing;   ///< held to store and apply values; protects the keepers
+    Keepers keepers;
     std::mutex guard;  ///< protects what follows; taken after `changing`
     Configuration configuration;
     std::shared_ptr<Opened> current;

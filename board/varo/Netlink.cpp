@@ -1,54 +1,22 @@
 #include "board/varo/Netlink.h"
 
 #include <arpa/inet.h>
-#include <fmt/format.h>
 #include <net/if.h>
-#include <netlink/cache.h>
-#include <netlink/netlink.h>
-#include <netlink/route/addr.h>
-#include <netlink/route/link.h>
-#include <netlink/route/nexthop.h>
-#include <netlink/route/route.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
-#include "board/varo/Failure.h"
+#include "board/varo/netlinkObjects.h"
 
 namespace varo {
 
 namespace {
 
-template <class Object, void (*release)(Object*)>
-struct Release {
-    void operator()(Object* object) const { release(object); }
-};
-template <class Object, void (*release)(Object*)>
-using Owned = std::unique_ptr<Object, Release<Object, release>>;
-
-using Cache = Owned<nl_cache, nl_cache_free>;
-using Message = Owned<nl_msg, nlmsg_free>;
-using Callbacks = Owned<nl_cb, nl_cb_put>;
-using NetworkAddress = Owned<nl_addr, nl_addr_put>;
-using LinkObject = Owned<rtnl_link, rtnl_link_put>;
-using AddressObject = Owned<rtnl_addr, rtnl_addr_put>;
-using RouteObject = Owned<rtnl_route, rtnl_route_put>;
-
-[[noreturn]] void fail(const char* doing, int libraryError) {
-    throw Failure(systemFailed, fmt::format("cannot {}: {}", doing, nl_geterror(libraryError)));
-}
-
-template <class Pointer>
-Pointer checked(Pointer pointer) {
-    if (!pointer)
-        throw std::bad_alloc();
-    return pointer;
-}
-
 NetworkAddress networkAddress(std::uint32_t address, unsigned length) {
     const std::uint32_t bytes = htonl(address);
-    NetworkAddress result = checked(NetworkAddress(nl_addr_build(AF_INET, &bytes, sizeof bytes)));
+    NetworkAddress result =
+        checkedObject(NetworkAddress(nl_addr_build(AF_INET, &bytes, sizeof bytes)));
     nl_addr_set_prefixlen(result.get(), static_cast<int>(length));
     return result;
 }
@@ -62,7 +30,7 @@ std::uint32_t valueOf(const nl_addr* address) {
 }
 
 AddressObject addressObject(int index, const Ipv4Prefix& prefix) {
-    AddressObject object = checked(AddressObject(rtnl_addr_alloc()));
+    AddressObject object = checkedObject(AddressObject(rtnl_addr_alloc()));
     rtnl_addr_set_ifindex(object.get(), index);
     const NetworkAddress local = networkAddress(prefix.address, prefix.length);
     rtnl_addr_set_local(object.get(), local.get());
@@ -70,27 +38,20 @@ AddressObject addressObject(int index, const Ipv4Prefix& prefix) {
 }
 
 RouteObject routeObject(std::uint32_t gateway, int index) {
-    RouteObject object = checked(RouteObject(rtnl_route_alloc()));
+    RouteObject object = checkedObject(RouteObject(rtnl_route_alloc()));
     rtnl_route_set_family(object.get(), AF_INET);
     rtnl_route_set_table(object.get(), RT_TABLE_MAIN);
     rtnl_route_set_type(object.get(), RTN_UNICAST);
     rtnl_route_set_scope(object.get(), RT_SCOPE_UNIVERSE);
     const NetworkAddress everything = networkAddress(0, 0);
     rtnl_route_set_dst(object.get(), everything.get());
-    rtnl_nexthop* const hop = checked(rtnl_route_nh_alloc());
+    rtnl_nexthop* const hop = checkedObject(rtnl_route_nh_alloc());
     rtnl_route_add_nexthop(object.get(), hop);  // takes it over
     const NetworkAddress router = networkAddress(gateway, 32);
     rtnl_route_nh_set_gateway(hop, router.get());
     if (index != 0)
         rtnl_route_nh_set_ifindex(hop, index);
     return object;
-}
-
-bool isDefaultRoute(rtnl_route* route) {
-    const nl_addr* const destination = rtnl_route_get_dst(route);
-    return rtnl_route_get_table(route) == RT_TABLE_MAIN &&
-           rtnl_route_get_type(route) == RTN_UNICAST && rtnl_route_get_nnexthops(route) > 0 &&
-           (destination == nullptr || nl_addr_get_prefixlen(destination) == 0);
 }
 
 // The library's own error numbers lose the kernel's: an unreachable network becomes a "failure".
@@ -106,14 +67,14 @@ int onAcknowledged(nl_msg*, void*) { return NL_STOP; }
 
 void Netlink::Close::operator()(nl_sock* opened) const { nl_socket_free(opened); }
 
-Netlink::Netlink() : socket(checked(nl_socket_alloc())) {
+Netlink::Netlink() : socket(checkedObject(nl_socket_alloc())) {
     if (const int error = nl_connect(socket.get(), NETLINK_ROUTE); error < 0)
-        fail("talk to the kernel about interfaces", error);
+        failNetlink("talk to the kernel about interfaces", error);
 }
 
 int Netlink::request(nl_msg* built) {
-    const Message message(built);
-    const Callbacks callbacks = checked(Callbacks(nl_cb_alloc(NL_CB_DEFAULT)));
+    const NetlinkMessage message(built);
+    const NetlinkCallbacks callbacks = checkedObject(NetlinkCallbacks(nl_cb_alloc(NL_CB_DEFAULT)));
     int result = 0;
     nl_cb_err(callbacks.get(), NL_CB_CUSTOM, onError, &result);
     nl_cb_set(callbacks.get(), NL_CB_ACK, NL_CB_CUSTOM, onAcknowledged, nullptr);
@@ -121,7 +82,7 @@ int Netlink::request(nl_msg* built) {
     if (error >= 0)
         error = nl_recvmsgs(socket.get(), callbacks.get());
     if (error < 0 && result == 0)
-        fail("talk to the kernel about interfaces", error);
+        failNetlink("talk to the kernel about interfaces", error);
     return result;
 }
 
@@ -135,9 +96,10 @@ std::optional<Netlink::Link> Netlink::link(const std::string& name) {
     if (error == -NLE_NODEV || error == -NLE_OBJ_NOTFOUND)
         return std::nullopt;
     if (error < 0)
-        fail("read the interface", error);
+        failNetlink("read the interface", error);
     Link link{.index = rtnl_link_get_ifindex(object.get()),
-              .isUp = (rtnl_link_get_flags(object.get()) & IFF_UP) != 0};
+              .isUp = (rtnl_link_get_flags(object.get()) & IFF_UP) != 0,
+              .hasCarrier = (rtnl_link_get_flags(object.get()) & IFF_RUNNING) != 0};
     const nl_addr* const mac = rtnl_link_get_addr(object.get());
     if (mac != nullptr && nl_addr_get_len(mac) == link.mac.size()) {
         std::memcpy(link.mac.data(), nl_addr_get_binary_addr(mac), link.mac.size());
@@ -147,22 +109,22 @@ std::optional<Netlink::Link> Netlink::link(const std::string& name) {
 }
 
 int Netlink::bringUp(int index) {
-    const LinkObject now = checked(LinkObject(rtnl_link_alloc()));
-    const LinkObject change = checked(LinkObject(rtnl_link_alloc()));
+    const LinkObject now = checkedObject(LinkObject(rtnl_link_alloc()));
+    const LinkObject change = checkedObject(LinkObject(rtnl_link_alloc()));
     rtnl_link_set_ifindex(now.get(), index);
     rtnl_link_set_flags(change.get(), IFF_UP);
     nl_msg* message = nullptr;
     if (const int error = rtnl_link_build_change_request(now.get(), change.get(), 0, &message);
         error < 0)
-        fail("ask for an interface to be brought up", error);
+        failNetlink("ask for an interface to be brought up", error);
     return request(message);
 }
 
 std::vector<Ipv4Prefix> Netlink::addresses(int index) {
     nl_cache* filled = nullptr;
     if (const int error = rtnl_addr_alloc_cache(socket.get(), &filled); error < 0)
-        fail("read the addresses", error);
-    const Cache cache(filled);
+        failNetlink("read the addresses", error);
+    const NetlinkCache cache(filled);
     std::vector<Ipv4Prefix> result;
     for (nl_object* each = nl_cache_get_first(cache.get()); each != nullptr;
          each = nl_cache_get_next(each)) {
@@ -188,7 +150,7 @@ int Netlink::putAddress(int index, const Ipv4Prefix& prefix, std::uint32_t lifet
     if (const int error =
             rtnl_addr_build_add_request(object.get(), NLM_F_CREATE | NLM_F_REPLACE, &message);
         error < 0)
-        fail("ask for an address", error);
+        failNetlink("ask for an address", error);
     return request(message);
 }
 
@@ -196,15 +158,15 @@ int Netlink::removeAddress(int index, const Ipv4Prefix& prefix) {
     const AddressObject object = addressObject(index, prefix);
     nl_msg* message = nullptr;
     if (const int error = rtnl_addr_build_delete_request(object.get(), 0, &message); error < 0)
-        fail("ask for an address to be removed", error);
+        failNetlink("ask for an address to be removed", error);
     return request(message);
 }
 
 std::vector<Netlink::DefaultRoute> Netlink::defaultRoutes(int index) {
     nl_cache* filled = nullptr;
     if (const int error = rtnl_route_alloc_cache(socket.get(), AF_INET, 0, &filled); error < 0)
-        fail("read the routes", error);
-    const Cache cache(filled);
+        failNetlink("read the routes", error);
+    const NetlinkCache cache(filled);
     std::vector<DefaultRoute> result;
     for (nl_object* each = nl_cache_get_first(cache.get()); each != nullptr;
          each = nl_cache_get_next(each)) {
@@ -229,7 +191,7 @@ int Netlink::addDefaultRoute(std::uint32_t gateway, int index) {
     if (const int error =
             rtnl_route_build_add_request(object.get(), NLM_F_CREATE | NLM_F_EXCL, &message);
         error < 0)
-        fail("ask for a route", error);
+        failNetlink("ask for a route", error);
     return request(message);
 }
 
@@ -240,7 +202,7 @@ int Netlink::removeDefaultRoute(const DefaultRoute& route) {
     rtnl_route_set_priority(object.get(), route.metric);
     nl_msg* message = nullptr;
     if (const int error = rtnl_route_build_del_request(object.get(), 0, &message); error < 0)
-        fail("ask for a route to be removed", error);
+        failNetlink("ask for a route to be removed", error);
     return request(message);
 }
 

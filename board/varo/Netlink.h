@@ -8,14 +8,15 @@
 #include <vector>
 
 #include "board/varo/ipv4.h"
+#include "board/varo/ipv6.h"
 
 struct nl_sock;
 struct nl_msg;
 
 namespace varo {
 
-/// One conversation with the kernel about interfaces, IPv4 addresses and routes (rtnetlink(7)), in
-/// the network namespace of the thread that opens it. For one thread at a time.
+/// One conversation with the kernel about interfaces, addresses and routes (rtnetlink(7)), in the
+/// network namespace of the thread that opens it. For one thread at a time.
 ///
 /// Reads throw Failure (systemFailed). Changes return 0 or the kernel's error number.
 class Netlink {
@@ -24,7 +25,8 @@ public:
 
     struct Link {
         int index = 0;
-        bool isUp = false;  ///< administratively
+        bool isUp = false;        ///< administratively
+        bool hasCarrier = false;  ///< and packets pass
         std::array<unsigned char, 6> mac{};
         bool hasMac = false;  ///< an Ethernet address
     };
@@ -54,6 +56,30 @@ public:
     /// Index 0 lets the kernel find the interface.
     int addDefaultRoute(std::uint32_t gateway, int index);
     int removeDefaultRoute(const DefaultRoute& route);
+
+    // IPv6.
+
+    struct AddressInUse {
+        Ipv6Prefix prefix;
+        /// Granted by a DHCPv6 server: it ends by itself, and says nothing of its network, unlike
+        /// those that the kernel makes of what routers advertise.
+        bool isLeased = false;
+    };
+    /// The addresses of an interface in the kernel's order.
+    std::vector<AddressInUse> ipv6Addresses(int index);
+    /// Adds the address, or gives it these lifetimes, in seconds, when it is there already; its
+    /// prefix length then stays as it is.
+    int putIpv6Address(int index, const Ipv6Prefix& prefix, std::uint32_t valid,
+                       std::uint32_t preferred);
+    int removeIpv6Address(int index, const Ipv6Prefix& prefix);
+
+    /// Gateway of the default route by way of the interface that the kernel prefers.
+    std::optional<Ipv6Address> ipv6Gateway(int index);
+    /// The route of gateways that are set by hand, which goes before those that routers advertise.
+    /// One by way of another gateway is replaced. Unless `isNeighbour` says that it is one, the
+    /// kernel refuses a gateway that is in no network of the interface.
+    int putIpv6Gateway(int index, const Ipv6Address& gateway, bool isNeighbour);
+    int removeIpv6Gateway(int index, const Ipv6Address& gateway);
 
 private:
     struct Close {

@@ -23,12 +23,12 @@ void attempt(std::exception_ptr& failure, Apply apply) {
 
 }  // namespace
 
-void applyAll(RecordStore& store, const Configuration& configuration,
-              std::shared_ptr<Ipv4Keeper>& keeper) {
+void applyAll(RecordStore& store, const Configuration& configuration, Keepers& keepers) {
     std::exception_ptr failure;
     attempt(failure, [&] { applyInternalConfig(store); });
     attempt(failure, [&] { applyResolver(store, configuration); });
-    attempt(failure, [&] { applyIpv4(store, configuration, keeper); });
+    attempt(failure, [&] { applyIpv4(store, configuration, keepers); });
+    attempt(failure, [&] { applyIpv6(store, configuration, keepers); });
     for (const auto apply :
          {applyTelnet, applySsh, applyFtp, applyTrapManagers, applySnmpCommunities, applySnmpSystem,
           applyTimeZone, applyNtp, applyAcs})

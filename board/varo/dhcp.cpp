@@ -99,8 +99,7 @@ bool store(Library::Change& change, const varoLib_s_dhcp& dhcp) {
 
 }  // namespace
 
-void applyIpv4(RecordStore& store, const Configuration& configuration,
-               std::shared_ptr<Ipv4Keeper>& keeper) {
+void applyIpv4(RecordStore& store, const Configuration& configuration, Keepers& keepers) {
     if (configuration.managementInterface.empty())
         return;
     const auto [settings, dhcp] = [&] {
@@ -108,8 +107,8 @@ void applyIpv4(RecordStore& store, const Configuration& configuration,
         return std::pair(session.read(ipv4Group()), session.read(dhcpGroup()));
     }();
     const auto command = clientCommand(configuration, dhcp);
-    if (keeper) {
-        keeper->want(command);
+    if (keepers.ipv4) {
+        keepers.ipv4->want(command);
         return;
     }
     // It watches before the interface is looked for, so that none can come unseen.
@@ -118,8 +117,8 @@ void applyIpv4(RecordStore& store, const Configuration& configuration,
     const std::string& name = configuration.managementInterface;
     Netlink netlink;
     const auto link = netlink.link(name);
-    made->start(link ? link->index : 0);
-    keeper = std::move(made);
+    made->start(netlink, link);
+    keepers.ipv4 = std::move(made);
     if (!link) {
         Library::instance().log(
             LOG_WARNING,
@@ -154,8 +153,8 @@ int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
         {
             auto change = varo::Library::instance().change();
             const bool isSwitchedOff = varo::store(change, record);
-            varo::applyIpv4(change.store(), change.configuration(), change.keeper());
-            keeper = change.keeper();
+            varo::applyIpv4(change.store(), change.configuration(), change.keepers());
+            keeper = change.keepers().ipv4;
             if (keeper)
                 wish = keeper->wish();
             if (isSwitchedOff)
@@ -169,7 +168,7 @@ int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
 int varoDhcpRetreatAlrServNotResponding() {
     return varo::answer(__func__, [&] {
         const auto change = varo::Library::instance().change();
-        const auto& keeper = change.keeper();
+        const auto& keeper = change.keepers().ipv4;
         if (keeper && keeper->takeAlarmBack())
             varo::Library::instance().log(LOG_NOTICE,
                                           "alarm taken back: the DHCP server does not respond");

@@ -2,7 +2,7 @@
 
 namespace varo {
 
-// The far end of the DHCP client's reports: the program that the client runs at every event. The
+// The far end of the DHCP clients' reports: the program that they run at every event. The
 // process that runs the client lets its own program be that one, so that there is no script to be
 // installed or to be replaced under it.
 //
@@ -12,10 +12,12 @@ namespace varo {
 /// Environment variable with the number of that socket.
 inline constexpr const char* dhcpEventVariable = "VARO_DHCP_EVENTS";
 
-/// True when this process was run by a DHCP client for one event. To be asked first in main().
+/// True when this process was run by a DHCP client for one event: udhcpc gives the event as the
+/// argument, dhclient as the environment variable "reason". To be asked first in main().
 bool isDhcpEvent(int argumentCount, const char* const* arguments);
 
-/// Reports the event; returns the exit status of the process.
+/// Reports the event; returns the exit status of the process. Before a DHCPv6 client begins it
+/// waits a few seconds until the interface has a link-local address, which the client needs.
 int passDhcpEvent(const char* const* arguments);
 
 }  // namespace varo

@@ -32,7 +32,6 @@ varoLib_s_dns resolverOf(const Lease& lease) {
 
 }  // namespace
 
-/// True for a report that shows the client at work with a server.
 bool Ipv4Keeper::receive(std::uint64_t wishNumber, std::uint64_t start,
                          const std::string& message) {
     bool isLease = false;
@@ -92,8 +91,8 @@ void Ipv4Keeper::applyLease(Library::Change& change, std::uint64_t start,
     // Name servers are of use even if the address is refused, and the other way round.
     guarded("DHCP client", [&] { learnResolver(change, resolverOf(*lease)); });
     Netlink netlink;
-    const int index = requiredLink(netlink, interface).index;
-    makeOnlyAddress(netlink, interface, index, lease->prefix, lease->seconds);
+    const int index = requiredLink(netlink, names.interface).index;
+    makeOnlyAddress(netlink, names.interface, index, lease->prefix, lease->seconds);
     makeOnlyGateway(netlink, index, gatewayOf(change));
 }
 
@@ -104,15 +103,16 @@ void Ipv4Keeper::loseLease(Library::Change& change) {
     guarded("DHCP client", [&] { learnResolver(change, {}); });
     Netlink netlink;
     // It may have gone with the interface, or with its own lifetime.
-    if (const auto link = netlink.link(interface))
+    if (const auto link = netlink.link(names.interface))
         netlink.removeAddress(link->index, prefix);
 }
 
 void Ipv4Keeper::serverIsSilent(Library::Change& change) {
     if (!alarm.exchange(true))
-        log(LOG_WARNING, fmt::format("alarm: the DHCP server does not respond on {}", interface));
+        log(LOG_WARNING,
+            fmt::format("alarm: the DHCP server does not respond on {}", names.interface));
     Netlink netlink;
-    const auto link = netlink.link(interface);
+    const auto link = netlink.link(names.interface);
     // With the address of an earlier lease, what came with it has ended as well.
     if (!link || netlink.addresses(link->index).empty()) {
         lease.reset();
@@ -122,7 +122,7 @@ void Ipv4Keeper::serverIsSilent(Library::Change& change) {
 
 void Ipv4Keeper::serverResponds() {
     if (takeAlarmBack())
-        log(LOG_NOTICE, fmt::format("alarm over: the DHCP server responds on {}", interface));
+        log(LOG_NOTICE, fmt::format("alarm over: the DHCP server responds on {}", names.interface));
 }
 
 /// A router of the lease goes before a gateway that was set by hand.

@@ -54,6 +54,28 @@ const Group<varoLib_s_dhcp>& dhcpGroup() {
     return group;
 }
 
+const Group<Ipv6Settings>& ipv6Group() {
+    using Record = Ipv6Settings;
+    static const auto& group =
+        *new Group<Record>("ipv6", Rows::single, Record{},
+                           {
+                               column("address", &Record::address),
+                               column("prefix_length", &Record::prefixLength),
+                               column("gateway", &Record::gateway),
+                           });
+    return group;
+}
+
+const Group<varoLib_s_dhcp6>& dhcp6Group() {
+    using Record = varoLib_s_dhcp6;
+    static const auto& group =
+        *new Group<Record>("dhcp6", Rows::single, Record{.updateSelector = 0, .dhcpEnabled = 1},
+                           {
+                               column("enabled", &Record::dhcpEnabled),
+                           });
+    return group;
+}
+
 const Group<varoLib_s_dns>& dnsGroup() {
     using Record = varoLib_s_dns;
     static const auto& group =
@@ -79,10 +101,10 @@ const Group<varoLib_s_dns6>& dns6Group() {
 
 const Schema& schema() {
     static const auto& all = *new Schema{
-        .tables = {&internalConfigGroup(), &ipv4Group(), &dhcpGroup(), &dnsGroup(), &dns6Group(),
-                   &telnetGroup(), &sshGroup(), &ftpGroup(), &trapManagersGroup(),
-                   &snmpCommunitiesGroup(), &snmpSystemGroup(), &timeZoneGroup(), &ntpGroup(),
-                   &acsGroup()},
+        .tables = {&internalConfigGroup(), &ipv4Group(), &dhcpGroup(), &ipv6Group(), &dhcp6Group(),
+                   &dnsGroup(), &dns6Group(), &telnetGroup(), &sshGroup(), &ftpGroup(),
+                   &trapManagersGroup(), &snmpCommunitiesGroup(), &snmpSystemGroup(),
+                   &timeZoneGroup(), &ntpGroup(), &acsGroup()},
         .steps = {},
     };
     return all;

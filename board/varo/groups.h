@@ -2,6 +2,7 @@
 
 #include "board/varo/Group.h"
 #include "board/varo/ipv4.h"
+#include "board/varo/ipv6.h"
 #include "varo/records.h"
 
 namespace varo {
@@ -11,6 +12,8 @@ namespace varo {
 const Group<varoLib_s_internalConfig>& internalConfigGroup();
 const Group<Ipv4Settings>& ipv4Group();
 const Group<varoLib_s_dhcp>& dhcpGroup();
+const Group<Ipv6Settings>& ipv6Group();
+const Group<varoLib_s_dhcp6>& dhcp6Group();
 const Group<varoLib_s_dns>& dnsGroup();
 const Group<varoLib_s_dns6>& dns6Group();
 

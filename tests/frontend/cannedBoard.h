@@ -18,6 +18,7 @@ struct Behaviour {
                                      ///< "outside" (the management port is in none), "failed", or
                                      ///< "none" (the procedure is not known)
     std::string components = "right";  ///< of the software: "right", "none", or "endless"
+    std::string ntp = "synchronised";  ///< status of the client, or "unknown"
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
@@ -32,17 +33,37 @@ inline rpcNetworkInfo initialInfo() {
     return info;
 }
 
+inline rpcSnmpCommunityConfig noCommunities() {
+    rpcSnmpCommunityConfig config{};
+    for (rpcSnmpCommunity& each : config.communities)
+        each.access = rpcSnmpCommunityNone;
+    return config;
+}
+
 /// What the canned board remembers, so that what was set can be read back.
 struct State {
     rpcNetworkInfo info = initialInfo();
     unsigned gateway = 0xC00002FE;  // 192.0.2.254
     std::vector<rpcNetworkRemoteAccessRule> rules;
+    std::string ipv6Address;  ///< set by hand, with its length; the link-local one is always there
+    std::string ipv6Gateway;
+    bool dhcp6 = true;
     rpcNetworkDnsInfoWS dns{2, 0, 0};
     rpcNetworkDomainWS domain{2, {}};
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
     rpcNetworkIPv6Domain domain6{1, {}};
     rpcSntpConfig sntp{};
     rpcNetworkInfo ont{};
+    bool telnet = false;
+    bool ssh = true;
+    bool ftp = false;
+    rpcPtyConfig limits{5, 10};
+    rpcNetworkSntpTimezone zone{};
+    std::string time = "12:00:00 01/07/2026";
+    rpcSntpConfigHost ntp{};
+    rpcSnmpSystemConfig snmpSystem{};
+    rpcSnmpCommunityConfig snmpCommunities = noCommunities();
+    rpcSnmpTrapConfig snmpTraps{.managers = {}, .port = 162};
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
@@ -62,8 +83,23 @@ bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t proced
 bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
                     void* result);
 
+/// The same for the procedures of IPv6 addressing. The client cannot be switched where it answers
+/// with a refusal, and as on the board nobody is told.
+bool answerIpv6(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                void* result);
+
+/// Answers what the control program tells of the DHCP client.
+void sendDhcp(SVCXPRT* transport);
+
 /// The same for the procedures of VLANs. Answers false if it is another.
 bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
+
+/// The same for the procedures of services, clock and time zone. Answers false if it is another.
+bool answerServices(State& state, rpcproc_t procedure, void* argument, void* result);
+/// The same for the procedures of the SNMP agent and the SNTP client. What a full board refuses is
+/// refused; with `--ntp unknown` there is no status.
+bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                void* result);
 
 /// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
 /// latter with port 100.

@@ -67,6 +67,30 @@ TEST(Dhcp, TellsWhatIsInForceAfterARefusal) {
               failed(Exit::Refused, "the board refused to switch option 82 off" + state));
 }
 
+TEST(DhcpCircuitId, IsShownWithTheVendorClass) {
+    CannedBoard board;
+    EXPECT_EQ(board.run("dhcp circuit-id"),
+              done("vendor class: VANTORIX (not sent)\n"
+                   "circuit id: VANTORIX:1 eth 1:1:\\x1b (not sent)\n"));
+    board.run("dhcp option82 on -q");
+    EXPECT_EQ(board.run("dhcp circuit-id --json", Protocol::Udp), done(R"({
+  "vendorClass": {
+    "text": "VANTORIX",
+    "sent": false
+  },
+  "circuitId": {
+    "text": "VANTORIX:1 eth 1:1:\u001b",
+    "sent": true
+  }
+}
+)"));
+    EXPECT_THAT(board.requests(),
+                ElementsAre("dhcp", R"(set_option82 {"dhcp":false,"option82":true})", "dhcp"));
+    EXPECT_EQ(
+        CannedBoard({"--refuse"}).run("dhcp circuit-id"),
+        failed(Exit::Refused, "the board refused to tell what its DHCP client sends: no client"));
+}
+
 TEST(DhcpFromAfar, NeedsConsentToSwitchTheClient) {
     CannedBoard board;
     const Variable connection("SSH_CONNECTION", "198.51.100.7 50022 192.0.2.10 22");

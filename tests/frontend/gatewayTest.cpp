@@ -8,11 +8,15 @@ using testing::IsEmpty;
 
 TEST(Gateway, IsShown) {
     CannedBoard board;
-    EXPECT_EQ(board.run("gateway show"), done("gateway: 192.0.2.254\n"));
-    EXPECT_EQ(board.run("gateway show --json"), done("{\n  \"gateway\": \"192.0.2.254\"\n}\n"));
+    EXPECT_EQ(board.run("gateway show"), done("gateway: 192.0.2.254\nIPv6 gateway: none\n"));
+    EXPECT_EQ(board.run("gateway show --json"),
+              done("{\n  \"gateway\": \"192.0.2.254\",\n  \"ipv6Gateway\": null\n}\n"));
     board.run("gateway clear");
-    EXPECT_EQ(board.run("gateway show", Protocol::Udp), done("gateway: none\n"));
-    EXPECT_EQ(board.run("gateway show --json"), done("{\n  \"gateway\": null\n}\n"));
+    EXPECT_EQ(board.run("gateway show", Protocol::Udp),
+              done("gateway: none\nIPv6 gateway: none\n"));
+    board.run("gateway set FE80::1");
+    EXPECT_EQ(board.run("gateway show --json"),
+              done("{\n  \"gateway\": null,\n  \"ipv6Gateway\": \"fe80::1\"\n}\n"));
 }
 
 TEST(Gateway, IsSetAndRemoved) {

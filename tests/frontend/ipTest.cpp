@@ -13,9 +13,14 @@ std::string shown(const std::string& address, const std::string& mask, const std
            "\nmanagement VLAN: 1\n";
 }
 
+const std::string ipv6 =
+    "IPv6 address: 2001:db8::100/128\nIPv6 address: fe80::5eff:fe10:a/64\nIPv6 gateway: none\n"
+    "IPv6 DHCP client: on\n";
+
 TEST(Ip, ShowsTheAddressAndWhatGoesWithIt) {
     CannedBoard board;
-    EXPECT_EQ(board.run("ip show"), done(shown("192.0.2.10/24", "255.255.255.0", "192.0.2.254")));
+    EXPECT_EQ(board.run("ip show"),
+              done(shown("192.0.2.10/24", "255.255.255.0", "192.0.2.254") + ipv6));
     EXPECT_EQ(board.run("ip show --json", Protocol::Udp), done(R"({
   "address": "192.0.2.10",
   "prefixLength": 24,
@@ -23,11 +28,20 @@ TEST(Ip, ShowsTheAddressAndWhatGoesWithIt) {
   "source": "static",
   "macAddress": "02:00:5e:10:00:0a",
   "gateway": "192.0.2.254",
-  "managementVlan": 1
+  "managementVlan": 1,
+  "ipv6": {
+    "addresses": [
+      "2001:db8::100/128",
+      "fe80::5eff:fe10:a/64"
+    ],
+    "gateway": null,
+    "dhcp": true
+  }
 }
 )"));
     EXPECT_THAT(board.requests(),
-                ElementsAre("get_network_info", "get_gateway", "get_network_info", "get_gateway"));
+                ElementsAre("get_network_info", "get_gateway", "get_ipv6addr", "get_ipv6proto",
+                            "get_network_info", "get_gateway", "get_ipv6addr", "get_ipv6proto"));
 }
 
 TEST(Ip, TellsThatTheAddressIsFromDhcp) {
@@ -60,7 +74,8 @@ TEST(IpSet, SendsNothingThatIsWrong) {
     for (const char* const wrong :
          {"192.0.2.10", "192.0.2.10/33", "192.0.2.10/0", "192.0.2.10/24 255.255.255.0",
           "192.0.2.10 255.0.255.0", "0.0.0.0/24", "224.0.0.1/24", "127.0.0.1/8", "192.0.2.0/24",
-          "192.0.2.255/24", "192.0.2.300/24", "2001:db8::1/64", "", "a b c"}) {
+          "192.0.2.255/24", "192.0.2.300/24", "2001:db8::1", "2001:db8::1/0", "2001:db8::1 129", "",
+          "a b c"}) {
         const Outcome outcome = board.run("ip set " + std::string(wrong));
         EXPECT_EQ(outcome.exit, Exit::Usage) << wrong;
         EXPECT_EQ(outcome.out, "") << wrong;
@@ -81,7 +96,7 @@ TEST(IpSet, TellsWhatIsInForceAfterARefusal) {
                      "the board refused to set the address 192.0.2.11/24: result -1 (failed); now "
                      "in force: no address, DHCP off, no gateway: 'mngctl ip set' with an address "
                      "that the board takes, or 'mngctl dhcp on', gives it one again"));
-    EXPECT_EQ(failing.run("ip show"), done(shown("none", "none", "none")));
+    EXPECT_EQ(failing.run("ip show"), done(shown("none", "none", "none") + ipv6));
     EXPECT_EQ(failing.run("ip show --json").exit, Exit::Done);
     const CannedBoard dying({"--fail-half-way", "set_ip", "--die-after", "set_ip"});
     EXPECT_THAT(dying.run("ip set 192.0.2.11/24").err,

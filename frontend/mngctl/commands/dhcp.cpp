@@ -2,6 +2,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
+#include "mngctl/commands/control.h"
 #include "mngctl/commands/wayIn.h"
 
 #include <fmt/format.h>
@@ -20,6 +21,30 @@ void show(Session& session) {
              {"option82", info.option82Enabled != 0}},
         fmt::format("DHCP client: {}\nvendor class: {}\noption 82: {}\n", onOff(info.dhcpEnabled),
                     onOff(info.vendorClassEnabled), onOff(info.option82Enabled)));
+}
+
+Json sentText(bool_t on, const char* text) {
+    return Json{{"text", validUtf8(text == nullptr ? "" : text)}, {"sent", on != FALSE}};
+}
+
+std::string sentLine(std::string_view what, const Json& sent) {
+    const std::string text = printable(sent["text"].get_ref<const std::string&>());
+    return fmt::format("{}: {} ({})\n", what, text.empty() ? "none" : text,
+                       sent["sent"].get<bool>() ? "sent" : "not sent");
+}
+
+/// The texts are those of the control program; the network program tells only whether they are
+/// sent.
+void showIdentification(Session& session) {
+    Decoded<controlDhcp> answer(xdr_controlDhcp);
+    session.client.call(controlProgram, bll_control_dhcp_1, *answer);
+    if (answer->result != 0)
+        throw Refused(fmt::format("the board refused to tell what its DHCP client sends: {}",
+                                  answer->reply == nullptr ? "" : printable(answer->reply)));
+    const Json json{{"vendorClass", sentText(answer->vendorClassOn, answer->vendorClass)},
+                    {"circuitId", sentText(answer->option82On, answer->circuitId)}};
+    session.print(json, sentLine("vendor class", json["vendorClass"]) +
+                            sentLine("circuit id", json["circuitId"]));
 }
 
 std::string describeInForce(Session& session) {
@@ -85,13 +110,19 @@ Change option82(Session& session, bool_t on) {
 }  // namespace
 
 void addDhcp(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("dhcp", "DHCP client of the management interface",
-                                  {"dhcp show", "dhcp on", "dhcp vendor-class on"});
+    CLI::App& noun =
+        tree.addNoun("dhcp", "DHCP client of the management interface",
+                     {"dhcp show", "dhcp on", "dhcp vendor-class on", "dhcp circuit-id"});
 
     CLI::App& showCommand =
         tree.addCommand(noun, "show", "Show whether the client and its options are on",
                         {"dhcp show", "dhcp show --json"});
     tree.setAction(showCommand, show);
+    CLI::App& identification = tree.addCommand(
+        noun, "circuit-id",
+        "Show the texts of vendor class and option 82, by which the server knows the board",
+        {"dhcp circuit-id", "dhcp circuit-id --json"});
+    tree.setAction(identification, showIdentification);
     addClientCommand(tree, noun, true);
     addClientCommand(tree, noun, false);
     addOptionCommand(tree, noun, "vendor-class",

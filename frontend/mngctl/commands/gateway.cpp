@@ -2,6 +2,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
+#include "mngctl/commands/ipv6State.h"
 #include "mngctl/commands/wayIn.h"
 #include "mngctl/outcome.h"
 
@@ -15,6 +16,15 @@ unsigned readGateway(Session& session) {
     rpcNetworkIpResult answer{};
     session.client.call(networkProgram, rpc_network_get_gateway_1, answer);
     return answer.ipAddress;
+}
+
+void showBoth(Session& session) {
+    const unsigned gateway = readGateway(session);
+    const std::string ipv6 = readIpv6State(session).gateway;
+    session.print(Json{{"gateway", addressOrNull(gateway)},
+                       {"ipv6Gateway", ipv6.empty() ? Json() : Json(ipv6)}},
+                  fmt::format("gateway: {}\nIPv6 gateway: {}\n", addressOrNone(gateway),
+                              ipv6.empty() ? "none" : printable(ipv6)));
 }
 
 void show(Session& session) {
@@ -82,30 +92,43 @@ void clear(Session& session, bool yes) { change(session, yes, readAddressing(ses
 }  // namespace
 
 void addGateway(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("gateway", "Default gateway of the management interface",
-                                  {"gateway show", "gateway set 192.0.2.254", "gateway clear"});
+    CLI::App& noun = tree.addNoun(
+        "gateway", "Default gateways of the management interface",
+        {"gateway show", "gateway set 192.0.2.254", "gateway set fe80::1", "gateway clear"});
 
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the default gateway",
+    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the default gateways",
                                             {"gateway show", "gateway show --json"});
-    tree.setAction(showCommand, show);
+    tree.setAction(showCommand, showBoth);
 
-    CLI::App& setCommand =
-        tree.addCommand(noun, "set", "Set the default gateway, in place of the one there is",
-                        {"gateway set 192.0.2.254",
-                         "gateway set --yes 192.0.2.253     (without asking whoever comes in "
-                         "through the old one)"});
+    CLI::App& setCommand = tree.addCommand(
+        noun, "set", "Set the default gateway of a family, in place of the one there is",
+        {"gateway set 192.0.2.254", "gateway set fe80::1",
+         "gateway set --yes 192.0.2.253     (without asking whoever comes in "
+         "through the old one)"});
     const CLI::Option& address =
-        *tree.addArgument(setCommand, "ADDRESS", "IPv4 address, in the board's own network")
+        *tree.addArgument(setCommand, "ADDRESS",
+                          "IPv4 address in the board's own network, or IPv6 address of a neighbour")
              .required();
     const auto setYes = addYesFlag(setCommand);
     tree.setAction(setCommand, [&address, setYes](Session& session) {
-        set(session, *setYes, CommandTree::givenOne(address));
+        const std::string text = CommandTree::givenOne(address);
+        if (looksLikeIpv6(text))
+            setIpv6Gateway(session, *setYes, parseIpv6Host(text));
+        else
+            set(session, *setYes, text);
     });
 
-    CLI::App& clearCommand = tree.addCommand(noun, "clear", "Remove the default gateway",
-                                             {"gateway clear", "gateway clear --yes"});
+    CLI::App& clearCommand = tree.addCommand(
+        noun, "clear", "Remove the IPv4 gateway, or the IPv6 gateway that was set by hand",
+        {"gateway clear", "gateway clear --ipv6", "gateway clear --yes"});
     const auto clearYes = addYesFlag(clearCommand);
-    tree.setAction(clearCommand, [clearYes](Session& session) { clear(session, *clearYes); });
+    const auto families = addFamilyFlags(clearCommand, "gateway");
+    tree.setAction(clearCommand, [clearYes, families](Session& session) {
+        if (families->ipv4 || !families->ipv6)
+            clear(session, *clearYes);
+        if (families->ipv6)
+            clearIpv6Gateway(session, *clearYes);
+    });
 }
 
 }  // namespace mngctl

@@ -25,11 +25,16 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addAccess(tree);
     addDns(tree);
     addDomain(tree);
+    addIpv6(tree);
     addVlan(tree);
-    addOnt(tree);
-    addVersion(tree);
+    addServices(tree);
+    addTime(tree);
+    addNtp(tree);
+    addSnmp(tree);
     addWeb(tree);
     addEvents(tree);
+    addOnt(tree);
+    addVersion(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);

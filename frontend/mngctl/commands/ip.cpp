@@ -2,6 +2,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
+#include "mngctl/commands/ipv6State.h"
 #include "mngctl/commands/wayIn.h"
 
 #include <fmt/format.h>
@@ -51,7 +52,10 @@ std::string lines(const Addressing& state) {
 
 void show(Session& session) {
     const Addressing state = readAddressing(session);
-    session.print(describe(state), lines(state));
+    const Ipv6State ipv6 = readIpv6State(session);
+    Json json = describe(state);
+    json["ipv6"] = describe(ipv6);
+    session.print(json, lines(state) + lines(ipv6, "IPv6 "));
 }
 
 /// What a refused change of the address has left behind.
@@ -112,29 +116,39 @@ void set(Session& session, bool yes, const std::string& address, const std::stri
 }  // namespace
 
 void addIp(CommandTree& tree) {
-    CLI::App& noun =
-        tree.addNoun("ip", "IPv4 address of the management interface",
-                     {"ip show", "ip set 192.0.2.10/24", "ip set 192.0.2.10 255.255.255.0"});
+    CLI::App& noun = tree.addNoun("ip", "Addresses of the management interface",
+                                  {"ip show", "ip set 192.0.2.10/24",
+                                   "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64"});
 
     CLI::App& showCommand = tree.addCommand(
         noun, "show",
-        "Show the address, where it comes from, the MAC address, the gateway and the management "
-        "VLAN",
+        "Show the addresses, where they come from, the MAC address, the gateways and the "
+        "management VLAN",
         {"ip show", "ip show --json"});
     tree.setAction(showCommand, show);
 
     CLI::App& setCommand = tree.addCommand(
-        noun, "set", "Set a static address; this switches the DHCP client off",
-        {"ip set 192.0.2.10/24", "ip set 192.0.2.10 255.255.255.0",
+        noun, "set",
+        "Set a static address; an IPv4 one switches the DHCP client off, an IPv6 one leaves all "
+        "else as it is",
+        {"ip set 192.0.2.10/24", "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64",
          "ip set --yes 192.0.2.10/24     (without asking whoever came in over the old address)"});
     const CLI::Option& address =
-        *tree.addArgument(setCommand, "ADDRESS", "IPv4 address, with /PREFIX or before MASK")
+        *tree.addArgument(setCommand, "ADDRESS",
+                          "IPv4 or IPv6 address, with /PREFIX or before MASK")
              .required();
-    const CLI::Option& mask =
-        tree.addArgument(setCommand, "MASK", "Mask such as 255.255.255.0, if there is no /PREFIX");
+    const CLI::Option& mask = tree.addArgument(
+        setCommand, "MASK",
+        "Mask such as 255.255.255.0, or the prefix length of an IPv6 address, if there is no "
+        "/PREFIX");
     const auto yes = addYesFlag(setCommand);
     tree.setAction(setCommand, [&address, &mask, yes](Session& session) {
-        set(session, *yes, CommandTree::givenOne(address), CommandTree::givenOne(mask));
+        const std::string text = CommandTree::givenOne(address);
+        const std::string length = CommandTree::givenOne(mask);
+        if (looksLikeIpv6(text))
+            setIpv6Address(session, *yes, parseIpv6InterfaceAddress(text, length));
+        else
+            set(session, *yes, text, length);
     });
 }
 

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "control.h"
+
+namespace board {
+
+/// Answers what the DHCP client tells of the board. The answer is valid until the next call; one
+/// thread at a time.
+controlDhcp* answerDhcp();
+
+}  // namespace board

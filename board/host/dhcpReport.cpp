@@ -1,0 +1,29 @@
+#include "board/host/dhcpReport.h"
+
+#include "board/framework/dhcpReport.h"
+#include "varo/varoLib.h"
+
+#include <cstring>
+#include <stdexcept>
+
+namespace host {
+
+namespace {
+
+board::DhcpReport makeReport(const std::string& vendorClass) {
+    varoLib_s_dhcp dhcp{};
+    if (const int result = varoGetDhcp(&dhcp); result != 0) {
+        throw std::runtime_error("the DHCP settings cannot be read: result " +
+                                 std::to_string(result));
+    }
+    return {dhcp.vendorClassEnabled != 0, vendorClass, dhcp.option82Enabled != 0,
+            std::string(dhcp.circuitId, strnlen(dhcp.circuitId, sizeof dhcp.circuitId))};
+}
+
+}  // namespace
+
+void reportDhcp(const std::string& vendorClass) {
+    board::setDhcpReporter([vendorClass] { return makeReport(vendorClass); });
+}
+
+}  // namespace host
