@@ -378,7 +378,14 @@ private:
     }
     int reportRefusedLock() const;
 
+public:
+    /// The address of "mng0" has changed, or is about to: handlers before the change get an address
+    /// and their answer does not stop it, those after it the new one; in host byte order. From the
+    /// poll loop the former get the old address, from setIp the new one. Handlers run on the thread
+    /// that notices, under setIp with the configuration locked exclusively.
     AddressEvent mngAddrChanged;
+
+private:
     RPCProxy rpcProxy;
     Relaxed<std::int16_t> severity;  ///< threshold of the system log
     ACLContainer_t acl;              ///< held for the entity's lifetime; not used
@@ -395,7 +402,13 @@ private:
     pthread_t pollThread;
     Relaxed<bool> pollStop;                ///< the poll loop runs while it is false
     Relaxed<std::uint32_t> currentIpAddr;  ///< address of "mng0" seen last, host byte order
+
+public:
+    /// Post-handlers are called once a cycle of 100 seconds while the web server set is on, on the
+    /// event thread and without a lock. To be changed only while it is off.
     WebEvent webEvent;
+
+private:
     std::mutex componentsGuard;  ///< protects the two lists
     std::vector<std::string> applicationLines;
     std::vector<std::string> platformLines;

@@ -79,8 +79,10 @@ int Network::setTimezoneOffset(int offset) {
 template <class Change>
 int Network::changeTimeZone(const char* operation, const TimeZoneUpdate& update, Change change) {
     varoLib_s_sntpTimeZone zone{};
-    reportIf(varoGetSntpTimeZone(&zone) != 0, "[networkBLE]: %s: varoGetSntpTimeZone has failed!\n",
-             operation);
+    if (reportIf(varoGetSntpTimeZone(&zone) != 0,
+                 "[networkBLE]: %s: varoGetSntpTimeZone has failed!\n", operation)) {
+        zone = {};  // goes on from nothing, whatever the read has left
+    }
     change(zone);
     const int status = update.call(&zone);
     return reportIf(status != 0, "[networkBLE]: %s: %s has failed! Return value: %d\n", operation,

@@ -61,8 +61,9 @@ void run(const std::string& command) {
 
 bool isEmpty(const char* text) { return text[0] == '\0'; }
 
+/// A text without a place was reported by its reading.
 void fillEmpty(char* text) {
-    if (isEmpty(text)) {
+    if (text != nullptr && isEmpty(text)) {
         copyBounded(text, notAvailable, textLimit);
     }
 }
@@ -248,7 +249,7 @@ int Network::getSWData(char* product, char* buildDirectory, char* buildTime, cha
         parseSoftwareInfo(
             "rpm -qf $(readlink -f /opt/kalvor/neroot/active/) --queryformat '%{release}\n'",
             pipelineMode, packageRelease);
-        if (isEmpty(packageRelease)) {
+        if (packageRelease != nullptr && isEmpty(packageRelease)) {
             parseSoftwareInfo(
                 "rpm -qa |grep  $(readlink /opt/kalvor/neroot/active) |xargs rpm -q --queryformat "
                 "'%{release}\n'",
@@ -257,7 +258,7 @@ int Network::getSWData(char* product, char* buildDirectory, char* buildTime, cha
         fillEmpty(packageRelease);
 
         parseSoftwareInfo("cat /etc/*release | grep -v '=' | head -n 1", pipelineMode, osRelease);
-        if (isEmpty(osRelease)) {
+        if (osRelease != nullptr && isEmpty(osRelease)) {
             parseSoftwareInfo(
                 "cat /etc/*release | grep 'DISTRIB_DESCRIPTION' | sed 's/DISTRIB_DESCRIPTION=//' | "
                 "sed 's/\"//g'",
@@ -265,7 +266,11 @@ int Network::getSWData(char* product, char* buildDirectory, char* buildTime, cha
         }
         fillEmpty(osRelease);
 
-        readFileSystemVersion(fileSystem);
+        if (!reportIf(fileSystem == nullptr,
+                      "[networkBLE]: getSWData failed! One of input args is NULL. fileSystem: %p\n",
+                      static_cast<void*>(fileSystem))) {
+            readFileSystemVersion(fileSystem);
+        }
         fillEmpty(fileSystem);
         parseSoftwareInfo(
             "strings /dev/`grep 'U-boot Bin' /proc/mtd|awk -F ':' '{print $1}'`|head -n 5|grep -i "
@@ -282,7 +287,11 @@ int Network::getPackageData(char* name, char* version) {
     return withSharedLock([&] {
         parseSoftwareInfo("show_package_act", platformMode, version);
         fillEmpty(version);
-        copyBounded(name, "VANTORIX MSAN", textLimit);
+        if (!reportIf(name == nullptr,
+                      "[networkBLE]: getPackageData failed! One of input args is NULL. name: %p\n",
+                      static_cast<void*>(name))) {
+            copyBounded(name, "VANTORIX MSAN", textLimit);
+        }
         return 0;
     });
 }

@@ -119,7 +119,7 @@ int Network::snmpSystemChange(const char* text, rpcSnmpSystemSelector selector) 
         if (varoChangeSnmpSystem(text, selector) != 0) {
             return -1;
         }
-        if (isKnown(selector)) {
+        if (text != nullptr && isKnown(selector)) {
             tell<dhcpra>(text, selector);
             tell<pppoeia>(text, selector);
         }

@@ -56,6 +56,7 @@ std::string eventTime() {
 
 /// The notification as RESTCONF (RFC 8040) wraps it. The cause goes in as it was read, unescaped.
 std::string restartNotification() {
+    const std::string cause = restartCause();
     return "{\n"
            "  \"ietf-restconf:notification\": {\n"
            "    \"eventTime\": \"" +
@@ -63,7 +64,7 @@ std::string restartNotification() {
            "\",\n"
            "    \"VANTORIX-MSAN-MIB:RebootStatusIndication\": {\n"
            "      \"lastRestartCause\": \"" +
-           restartCause() +
+           cause +
            "\"\n"
            "    }\n"
            "  }\n"

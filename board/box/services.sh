@@ -65,7 +65,12 @@ startBoard() {
     # The log of the run before stays for a look after a crash.
     if [[ -e $boardLog ]]; then mv -f -- "$boardLog" "$boardLog.1"; fi
     startService "$boardLog" bllhost --library "$build/lib/libnetworkble.so" --state "$state" \
-        --resolv-conf /etc/resolv.conf
+        --resolv-conf /etc/resolv.conf \
+        --telnet-server /etc/networkble/telnet-session \
+        --ssh-server "/usr/sbin/sshd -i -e -f /etc/networkble/sshd_config" \
+        --ftp-server "/usr/sbin/vsftpd /etc/networkble/vsftpd.conf" \
+        --localtime-file /etc/networkble/localtime --tz-file /etc/TZ \
+        --snmp-agent "$snmpAgent" --ntp-client "$ntpClient"
     boardPid=$servicePid
     echo "$boardPid" >/run/bllhost.pid
     if ! awaitService "$boardPid" "$boardStartLimit" boardAnswers; then

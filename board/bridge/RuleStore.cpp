@@ -77,7 +77,9 @@ void RuleStore::clear() {
 void RuleStore::write(SavedRules rules) {
     if (!path.empty()) {
         try {
-            board::replaceFile(path, formatRules(rules));
+            // Also unchanged rules: a new rule is written once it has its condition, and a store
+            // that cannot take it must be known before.
+            board::rewriteFile(path, formatRules(rules));
         } catch (const std::exception& error) {
             throw Failure(storageFailed,
                           std::string("the rules cannot be stored: ") + error.what());

@@ -3,6 +3,7 @@
 #include "board/bridge/AccessLists.h"
 #include "board/bridge/Failure.h"
 #include "board/framework/Framework.h"
+#include "framework/CliConfig.h"
 
 #include <string>
 
@@ -28,8 +29,13 @@ void zubridge::saveConfiguration(boost::shared_ptr<Storage::Setting>) const {}
 
 int zubridge::start() { return succeeded; }
 
-/// There are no access lists then, and none comes back with a restart.
+/// Access lists are the settings of the entities that have made them, which go on working with
+/// them. While the configuration is being cleared, though, these forget their lists and begin anew:
+/// there is none then, and none comes back with a restart.
 int zubridge::applyDefaultSettings() {
+    if (!singleton<CliConfig>::instance().isClearConfigInProgress()) {
+        return succeeded;
+    }
     try {
         bridge::AccessLists::instance().applyDefaults();
         return succeeded;

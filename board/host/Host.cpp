@@ -10,7 +10,9 @@
 #include "board/host/descriptorLimit.h"
 #include "board/host/dhcpReport.h"
 #include "board/host/loadLibrary.h"
+#include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
+#include "board/host/words.h"
 #include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "framework/BLLManager.h"
@@ -31,9 +33,7 @@
 #include <cstddef>
 #include <exception>
 #include <filesystem>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -67,14 +67,13 @@ void configureFramework(const Options& options) {
     }
 }
 
-std::vector<std::string> words(const std::string& command) {
-    std::istringstream stream(command);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
 /// The name of the management interface serves the registry and the configuration library alike.
-void configureBoard(const Options& options) {
+void configureBoard(const Options& options, NetworkServices& services) {
     board::nameManagementPort(options.managementInterface);
+    varo::Appliers appliers;
+    addServiceAppliers(appliers, options.services, options.managementInterface);
+    services.supply(options.networkServices, options.stateDirectory, options.managementInterface,
+                    appliers);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
@@ -87,6 +86,7 @@ void configureBoard(const Options& options) {
         .dhcpVendorClass = options.dhcpVendorClass,
         .acsPidFile = options.acsPidFile,
         .boardPosition = options.boardPosition,
+        .appliers = std::move(appliers),
     });
     reportDhcp(options.dhcpVendorClass);
 }
@@ -140,7 +140,7 @@ void Host::prepare() {
     PortMapper().checkAnswers();
     openlog("bllhost", LOG_PID | LOG_PERROR, LOG_DAEMON);
     configureFramework(options);
-    configureBoard(options);
+    configureBoard(options, services);
     configureBridge(options);
     switchboard::configure({options.stateDirectory});
     // A switch whose state cannot be used has logged why; the rest of the board works without.
@@ -192,6 +192,7 @@ void Host::stop() {
     } catch (const std::exception& error) {
         report(std::string("the configuration library was not closed: ") + error.what());
     }
+    services.end();
 }
 
 }  // namespace host

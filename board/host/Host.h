@@ -3,6 +3,7 @@
 #include "board/framework/ManagerLoop.h"
 #include "board/host/EndRequest.h"
 #include "board/host/Options.h"
+#include "board/host/networkServices.h"
 
 namespace host {
 
@@ -29,6 +30,7 @@ private:
     const Options options;
     const EndRequest endRequest;
     board::ManagerLoop mainLoop;
+    NetworkServices services;
     void* library = nullptr;  ///< as dlopen returned it
 };
 

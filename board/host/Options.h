@@ -1,6 +1,8 @@
 #pragma once
 
+#include "board/host/networkServices.h"
 #include "board/host/platformOptions.h"
+#include "board/host/serviceOptions.h"
 #include "framework/Log.h"
 
 #include <chrono>
@@ -23,6 +25,8 @@ struct Options {
     std::filesystem::path acsPidFile;  ///< empty: there is no auto-configuration client
     std::uint32_t boardPosition = 1;
     PlatformOptions platform;
+    ServiceOptions services;
+    NetworkServiceOptions networkServices;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;

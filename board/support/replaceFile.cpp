@@ -100,16 +100,14 @@ private:
     bool placed = false;
 };
 
-}  // namespace
-
-void replaceFile(const fs::path& named, std::string_view content, Irreplaceable otherwise) {
+/// The file that a path leads to, through symbolic links.
+fs::path targetOf(const fs::path& named) {
     std::error_code error;
     const fs::path target = fs::canonical(named, error);
-    const fs::path file = error ? fs::absolute(named) : target;
-    if (holds(file, content)) {
-        return;
-    }
+    return error ? fs::absolute(named) : target;
+}
 
+void rewrite(const fs::path& file, std::string_view content, Irreplaceable otherwise) {
     // Always the same name, so that an interrupted call leaves one file at most, for the next to
     // use.
     const fs::path newName = file.string() + ".new";
@@ -132,6 +130,19 @@ void replaceFile(const fs::path& named, std::string_view content, Irreplaceable 
         return;
     }
     synchroniseDirectory(file.parent_path());
+}
+
+}  // namespace
+
+void replaceFile(const fs::path& file, std::string_view content, Irreplaceable otherwise) {
+    const fs::path target = targetOf(file);
+    if (!holds(target, content)) {
+        rewrite(target, content, otherwise);
+    }
+}
+
+void rewriteFile(const fs::path& file, std::string_view content) {
+    rewrite(targetOf(file), content, Irreplaceable::fail);
 }
 
 }  // namespace board

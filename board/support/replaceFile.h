@@ -22,4 +22,7 @@ enum class Irreplaceable {
 void replaceFile(const std::filesystem::path& file, std::string_view content,
                  Irreplaceable otherwise = Irreplaceable::fail);
 
+/// The same, but writes in any case: so it fails now where a change would fail later.
+void rewriteFile(const std::filesystem::path& file, std::string_view content);
+
 }  // namespace board

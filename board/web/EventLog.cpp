@@ -36,6 +36,9 @@ void EventLog::add(const std::string& message) {
 
 std::vector<Event> EventLog::after(std::uint64_t id, std::chrono::milliseconds limit) {
     std::unique_lock guard(mutex);
+    if (id > lastId) {
+        id = 0;
+    }
     added.wait_for(guard, limit, [&] { return lastId > id; });
     std::vector<Event> news;
     std::copy_if(events.begin(), events.end(), std::back_inserter(news),

@@ -25,7 +25,8 @@ public:
     void add(const std::string& message);
 
     /// Waits, up to the limit, for events after the given number; empty when there came none. What
-    /// is no longer kept is left out.
+    /// is no longer kept is left out. A number that was never given out is one of an earlier life
+    /// of the server: all is news then.
     std::vector<Event> after(std::uint64_t id, std::chrono::milliseconds limit);
 
 private:

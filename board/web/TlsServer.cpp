@@ -82,8 +82,13 @@ private:
     SSL* tls;
 };
 
-constexpr const char* notFound =
-    "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+/// Shown to who opens the server in a browser, as to accept its certificate.
+std::string notFound(const std::string& eventPath) {
+    const std::string text = "This is the board's event server. Its events are at " + eventPath +
+                             ".\nYou can go back to the page that follows them.\n";
+    return "HTTP/1.1 404 Not Found\r\nContent-Type: text/plain\r\nContent-Length: " +
+           std::to_string(text.size()) + "\r\nConnection: close\r\n\r\n" + text;
+}
 
 /// The page may come from the web server's port, another origin than this one.
 constexpr const char* streamHead =
@@ -159,7 +164,7 @@ void TlsServer::serve(int descriptor) const {
     }
     const Request request = parseRequest(connection.readHead());
     if (request.method != "GET" || request.path != path) {
-        connection.send(notFound);
+        connection.send(notFound(path));
         return;
     }
     bool isThere = connection.send(streamHead);

@@ -4,10 +4,12 @@
 //
 //     hasses -p=PORT -murl=PATH [-ra] -fifo=PIPE -ssl -cert-file=PEM -privatekey-file=PEM
 //
-// It goes into the background once it is ready; its status then is 0.
+// It goes into the background once it is ready; its status then is 0. One runs at a time: another
+// that is started beside it leaves the work to it, with status 0.
 
 #include "board/web/EventLog.h"
 #include "board/web/TlsServer.h"
+#include "board/web/daemon.h"
 
 #include <fcntl.h>
 #include <semaphore.h>
@@ -107,12 +109,18 @@ void goIntoBackground() {
     for (int standard = 0; standard <= 2; ++standard) {
         dup2(nothing, standard);
     }
-    close(nothing);
+    if (nothing > STDERR_FILENO) {
+        close(nothing);
+    }
 }
 
 void run(int count, char** arguments) {
     auto options = readOptions(count, arguments);
     std::signal(SIGPIPE, SIG_IGN);
+    web::closeInheritedDescriptors();
+    if (!web::isOnlyOne((options["-fifo"] + ".lock").c_str())) {
+        _exit(0);
+    }
     web::EventLog log;
     web::TlsServer server(portIn(options["-p"]),
                           {options["-cert-file"], options["-privatekey-file"]}, options["-murl"],

@@ -1,9 +1,10 @@
 // Stands in for the message feeder of a controller's web front end: hands the messages of the two
-// event queues (svipc(7)) on to the event server's pipe. One runs at a time: another that is started
-// beside it ends at once. It is paused and resumed by SIGSTOP and SIGCONT.
+// event queues (svipc(7)) on to the event server's pipe. One runs at a time: another that is
+// started beside it ends at once. It is paused and resumed by SIGSTOP and SIGCONT.
+
+#include "board/web/daemon.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/msg.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <thread>
 
@@ -33,11 +35,6 @@ struct Message {
 
 /// Seconds until something that was not there is tried again.
 constexpr unsigned int pause = 1;
-
-bool isOnlyOne() {
-    const int file = open(lockFile, O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-    return file >= 0 && flock(file, LOCK_EX | LOCK_NB) == 0;
-}
 
 /// Waits until the event server takes the message: it may be restarted meanwhile.
 void handOn(const std::string& text) {
@@ -72,8 +69,14 @@ void feed(Queue queue) {
 
 int main() {
     std::signal(SIGPIPE, SIG_IGN);
-    if (!isOnlyOne()) {
-        return 0;
+    web::closeInheritedDescriptors();
+    try {
+        if (!web::isOnlyOne(lockFile)) {
+            return 0;
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "hassesMsg: %s\n", error.what());
+        return 1;
     }
     std::thread(feed, periodQueue).detach();
     feed(networkQueue);

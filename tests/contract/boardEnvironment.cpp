@@ -1,4 +1,6 @@
+#include "board/bridge/Configuration.h"
 #include "board/framework/Framework.h"
+#include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "contract/Environment.h"
 #include "varo/varoLib.h"
@@ -6,6 +8,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -26,7 +29,20 @@ std::filesystem::path makeDirectory() {
 Environment::Environment() {
     static bool isFirst = true;
     stateDirectory = makeDirectory();
-    varo::configure({stateDirectory, {}, [](int, const std::string&) {}});
+    const auto dropLine = [](int, const std::string&) {};
+    varo::configure({.stateDirectory = stateDirectory,
+                     .resolverFile = {},
+                     .log = dropLine,
+                     .managementInterface = "mng0"});
+    bridge::configure({.stateDirectory = {},
+                       .filterTable = {},
+                       .portName = [](int port) -> std::optional<std::string> {
+                           if (port != 1) {
+                               return std::nullopt;
+                           }
+                           return "mng0";
+                       }});
+    switchboard::configure({stateDirectory, dropLine});
     if (!isFirst) {
         // Once closed, the store answers again only after it was initialised.
         varoLibInit();

@@ -13,6 +13,8 @@ std::unique_ptr<fake::Platform> platform;
 Environment::Environment() {
     platform = std::make_unique<fake::Platform>();
     const Interface loopback = interface();
+    platform->addressing.interfaces["mng0"] = {};
+    platform->addressing.macAddresses["mng0"] = {2, 0, 0x5e, 0x10, 0, 0x0a};
     platform->addressing.interfaces[loopback.name] = {loopback.address, loopback.netmask};
 }
 

@@ -116,6 +116,13 @@ int ACLContainer_t::delRuleById(const std::string& name, unsigned int ruleId) {
 
 int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
                                  const zubridge_acl_condition& condition) {
+    if (const AccessLists::List* const list = listNamed(name)) {
+        const auto rule = std::ranges::find(list->rules, ruleId, &AccessLists::Rule::id);
+        if (rule != list->rules.end() && !rule->conditions.empty()) {
+            return refuse("addCondition", fmt::format("{}, {}, {}", quoted(name), ruleId,
+                                                      fake::describe(condition)));
+        }
+    }
     return onRule("addCondition", name, ruleId, fake::describe(condition),
                   [&](AccessLists::List&, auto rule) {
                       rule->conditions.push_back(condition);
@@ -154,7 +161,9 @@ int ACLContainer_t::assignACL(const std::string& name, int portId, bool outgoing
                               unsigned int priority) {
     const AccessLists::List* const list = listNamed(name);
     const std::string arguments = fmt::format("{}, {}, {}", portId, outgoing, priority);
-    if (list != nullptr && list->port) {
+    const auto holdsPort = [portId](const auto& each) { return each.second.port == portId; };
+    if (list != nullptr &&
+        (list->port || std::ranges::any_of(Platform::current().accessLists.lists, holdsPort))) {
         return refuse("assignACL", quoted(name) + ", " + arguments);
     }
     return onList("assignACL", name, arguments, [&](AccessLists::List& found) {

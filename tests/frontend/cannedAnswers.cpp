@@ -32,6 +32,7 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_remove_ra_rule:
         case rpc_network_set_vlan:
         case rpc_network_set_def_vlan_mode:
+        case rpc_network_set_ont_nmg:
         case rpc_network_set_domainname:
         case rpc_network_set_hostname:
         case rpc_network_set_dns_servers:
@@ -39,6 +40,23 @@ bool changesSomething(rpcproc_t procedure) {
         case rpc_network_set_ipv6dns_servers:
         case rpc_network_delete_ipv6dns_servers:
         case rpc_network_set_ipv6domainname:
+        case rpc_network_http_server_set:
+        case rpc_network_telnet_enable:
+        case rpc_network_ssh_enable:
+        case rpc_network_ftp_enable:
+        case rpc_network_pty_set_max_sess:
+        case rpc_network_set_time_info:
+        case rpc_network_set_sntp_timezone:
+        case rpc_network_set_sntp_timezone_dst_start:
+        case rpc_network_set_sntp_timezone_dst_end:
+        case rpc_network_set_sntp_timezone_dst_offset:
+        case rpc_network_snmptrap_add:
+        case rpc_network_snmptrap_change:
+        case rpc_network_snmptrap_port:
+        case rpc_network_snmpcommunity_add:
+        case rpc_network_snmpcommunity_change:
+        case rpc_network_snmpsystem_change:
+        case rpc_network_sntp_update_host:
         case rpc_network_set_ipv6addr:
         case rpc_network_set_ipv6gw:
         case rpc_network_remove_ipv6addr:
@@ -58,12 +76,12 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
         return refuse(result);
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
         answerIpv6(state, behaviour, procedure, argument, result) ||
-        answerVlan(state, procedure, argument, result))
+        answerVlan(state, procedure, argument, result) ||
+        answerServices(state, procedure, argument, result) ||
+        answerSoftware(state, behaviour, procedure, argument, result) ||
+        answerSnmp(state, behaviour, procedure, argument, result))
         return;
     switch (procedure) {
-        case rpc_network_is_ftp_enabled:
-            as<int>(result) = 1;
-            break;
         case rpc_network_get_domainname:
             // Bytes that are no UTF-8, and a text that fills its array.
             std::memset(result, '\xE9', sizeof(rpcStringResult));
@@ -105,6 +123,12 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
             break;
         case rpc_network_get_ipv6domainnamews:
             as<rpcNetworkIPv6Domain>(result) = state.domain6;
+            break;
+        case rpc_network_http_server_set:
+            state.webSet = as<bool_t>(argument) != 0;
+            break;
+        case rpc_network_http_get:
+            as<rpcNetworkHttpResult>(result).enabled = state.webSet ? TRUE : FALSE;
             break;
         case rpc_network_sntp_update:
             state.sntp = as<rpcSntpConfig>(argument);

@@ -5,6 +5,7 @@
 //                       [--rules N] [--fail-half-way PROCEDURE]
 //                       [--counters right|wrong|failed|none]
 //                       [--vlans right|stored|outside|failed|none]
+//                       [--ntp synchronised|unknown]
 //                       [--tcp-port N] [--udp-port N] [--namespace]
 //                       [--mapper full|empty|silent|stale]
 
@@ -215,8 +216,12 @@ Options parse(int count, char** words) {
             board().behaviour.failHalfWay = words[++i];
         else if (word == "--counters" && i + 1 < count)
             board().behaviour.counters = words[++i];
+        else if (word == "--components" && i + 1 < count)
+            board().behaviour.components = words[++i];
         else if (word == "--rules" && i + 1 < count)
             addRules(std::atoi(words[++i]));
+        else if (word == "--ntp" && i + 1 < count)
+            board().behaviour.ntp = words[++i];
         else if (word == "--vlans" && i + 1 < count)
             setVlans(words[++i]);
         else if (word == "--tcp-port" && i + 1 < count)

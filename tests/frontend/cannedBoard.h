@@ -17,6 +17,8 @@ struct Behaviour {
     std::string vlans = "right";     ///< of the switch: "right", "stored" (a management VLAN is),
                                      ///< "outside" (the management port is in none), "failed", or
                                      ///< "none" (the procedure is not known)
+    std::string components = "right";  ///< of the software: "right", "none", or "endless"
+    std::string ntp = "synchronised";  ///< status of the client, or "unknown"
     std::string dieAfter;  ///< the procedure of the network program after whose answer it ends
 };
 
@@ -29,6 +31,13 @@ inline rpcNetworkInfo initialInfo() {
     info.defVid = 1;
     info.defVlanMode = rpcVlanNative;
     return info;
+}
+
+inline rpcSnmpCommunityConfig noCommunities() {
+    rpcSnmpCommunityConfig config{};
+    for (rpcSnmpCommunity& each : config.communities)
+        each.access = rpcSnmpCommunityNone;
+    return config;
 }
 
 /// What the canned board remembers, so that what was set can be read back.
@@ -44,10 +53,22 @@ struct State {
     rpcNetworkIPv6DnsInfo dns6{1, {}, {}};
     rpcNetworkIPv6Domain domain6{1, {}};
     rpcSntpConfig sntp{};
+    rpcNetworkInfo ont{};
+    bool telnet = false;
+    bool ssh = true;
+    bool ftp = false;
+    rpcPtyConfig limits{5, 10};
+    rpcNetworkSntpTimezone zone{};
+    std::string time = "12:00:00 01/07/2026";
+    rpcSntpConfigHost ntp{};
+    rpcSnmpSystemConfig snmpSystem{};
+    rpcSnmpCommunityConfig snmpCommunities = noCommunities();
+    rpcSnmpTrapConfig snmpTraps{.managers = {}, .port = 162};
     std::string shelfId = "1";
     bool profileMode = false;
     bool clearConfig = false;
-    bool webServer = true;
+    bool webServer = true;  ///< the feature
+    bool webSet = false;    ///< whether the web server set is on
 };
 
 /// Fills the result of a procedure of the network program; what has no answer of its own is zero.
@@ -57,6 +78,10 @@ void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void*
 /// The same for the procedures of addressing and remote access. Answers false if it is another.
 bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
                       void* result);
+
+/// The same for the procedures of the software inventory and the ONT's interface.
+bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                    void* result);
 
 /// The same for the procedures of IPv6 addressing. The client cannot be switched where it answers
 /// with a refusal, and as on the board nobody is told.
@@ -68,6 +93,13 @@ void sendDhcp(SVCXPRT* transport);
 
 /// The same for the procedures of VLANs. Answers false if it is another.
 bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
+
+/// The same for the procedures of services, clock and time zone. Answers false if it is another.
+bool answerServices(State& state, rpcproc_t procedure, void* argument, void* result);
+/// The same for the procedures of the SNMP agent and the SNTP client. What a full board refuses is
+/// refused; with `--ntp unknown` there is no status.
+bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
+                void* result);
 
 /// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
 /// latter with port 100.

@@ -17,8 +17,9 @@ std::vector<std::string> candidates(const std::string& line) {
 
 TEST(Completion, OffersNounsAndVerbs) {
     EXPECT_THAT(candidates(""),
-                ElementsAre("access", "board", "dhcp", "dns", "domain", "exit", "factory-defaults",
-                            "gateway", "help", "ip", "ipv6", "quit", "rpc", "vlan"));
+                ElementsAre("access", "board", "dhcp", "dns", "domain", "events", "exit", "factory-defaults",
+                            "ftp", "gateway", "help", "ip", "ipv6", "ntp", "ont", "quit", "rpc",
+                            "sessions", "snmp", "ssh", "telnet", "time", "version", "vlan", "web"));
     EXPECT_THAT(candidates("d"), ElementsAre("dhcp", "dns", "domain"));
     EXPECT_EQ(completeLine("d").insert, "");
     EXPECT_EQ(completeLine("dn").insert, "s ");
@@ -28,6 +29,10 @@ TEST(Completion, OffersNounsAndVerbs) {
     EXPECT_THAT(candidates("access "),
                 ElementsAre("clear", "deny", "list", "permit", "remove", "test"));
     EXPECT_THAT(candidates("dhcp o"), ElementsAre("off", "on", "option82"));
+    EXPECT_THAT(candidates("snmp "),
+                ElementsAre("community", "contact", "location", "name", "show", "trap"));
+    EXPECT_THAT(candidates("snmp community add public "), ElementsAre("ro", "rw"));
+    EXPECT_THAT(candidates("ntp "), ElementsAre("off", "on", "server", "show"));
     EXPECT_THAT(candidates("vlan "), ElementsAre("default", "set", "show"));
     EXPECT_THAT(candidates("vlan default "), ElementsAre("set", "show"));
     EXPECT_THAT(candidates("vlan default set 10 "), ElementsAre("native", "tagged"));

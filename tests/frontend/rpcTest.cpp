@@ -36,7 +36,7 @@ TEST_P(Rpc, SendsEveryKindOfArgument) {
     EXPECT_EQ(run("rpc set_gateway 192.0.2.254"), done("result: 0\n"));
     EXPECT_EQ(run("rpc set_http_sproto ssl"), done("result: 0\n"));
     EXPECT_EQ(run({"rpc", "set_timezone_name", "Europe/Zürich \xFF"}), done("result: 0\n"));
-    EXPECT_EQ(run("rpc snmpcommunity_add public read-write off"), done("result: 0\n"));
+    EXPECT_EQ(run("rpc snmpcommunity_add public read-write on"), done("result: 0\n"));
     EXPECT_EQ(run({"rpc", "set_ont_nmg", R"({"ipAddress":"192.0.2.9","mngVlanId":7})"}),
               done("result: 0\n"));
     EXPECT_THAT(
@@ -44,7 +44,7 @@ TEST_P(Rpc, SendsEveryKindOfArgument) {
         ElementsAre("ftp_enable 1", "set_timezone_offset -3600", "set_vlan 4294967295",
                     "set_gateway 3221226238", "set_http_sproto 1",
                     "set_timezone_name Europe/Zürich \xFF",
-                    R"(snmpcommunity_add {"name":"public","access":"read-write","flag":false})",
+                    R"(snmpcommunity_add {"name":"public","access":"read-write","flag":true})",
                     R"(set_ont_nmg {"ipAddress":"192.0.2.9","netmask":"0.0.0.0",)"
                     R"("macAddress":"00:00:00:00:00:00","macAddress2":"00:00:00:00:00:00",)"
                     R"("dhcpEnabled":false,"vendorClassEnabled":false,"mngVlanId":7,)"

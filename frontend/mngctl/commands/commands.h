@@ -14,6 +14,14 @@ void addDns(CommandTree& tree);
 void addDomain(CommandTree& tree);
 void addIpv6(CommandTree& tree);
 void addVlan(CommandTree& tree);
+void addServices(CommandTree& tree);  // telnet, ssh, ftp, sessions
+void addTime(CommandTree& tree);
+void addOnt(CommandTree& tree);
+void addVersion(CommandTree& tree);
+void addWeb(CommandTree& tree);
+void addEvents(CommandTree& tree);
+void addSnmp(CommandTree& tree);
+void addNtp(CommandTree& tree);
 void addBoard(CommandTree& tree);
 void addFactoryDefaults(CommandTree& tree);
 void addRpc(CommandTree& tree);

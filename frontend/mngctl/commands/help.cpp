@@ -27,6 +27,14 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addDomain(tree);
     addIpv6(tree);
     addVlan(tree);
+    addServices(tree);
+    addTime(tree);
+    addNtp(tree);
+    addSnmp(tree);
+    addWeb(tree);
+    addEvents(tree);
+    addOnt(tree);
+    addVersion(tree);
     addBoard(tree);
     addFactoryDefaults(tree);
     addRpc(tree);

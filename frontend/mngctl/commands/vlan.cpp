@@ -1,5 +1,6 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
+#include "mngctl/commands/vlanId.h"
 #include "mngctl/commands/vlanState.h"
 #include "mngctl/outcome.h"
 
@@ -8,21 +9,6 @@
 namespace mngctl {
 
 namespace {
-
-constexpr unsigned highestVlan = 4094;
-
-unsigned parseVlan(const std::string& text) {
-    unsigned vlan = 0;
-    try {
-        vlan = parseUnsigned(text);
-    } catch (const UsageError&) {
-        // One sentence for all that is no VLAN id.
-    }
-    if (vlan < 1 || vlan > highestVlan)
-        throw UsageError(
-            fmt::format("expected a VLAN id from 1 to {}, not '{}'", highestVlan, printable(text)));
-    return vlan;
-}
 
 rpcVlanMode parseMode(const std::string& text) {
     if (text == "tagged")
@@ -103,7 +89,7 @@ void addDefault(CommandTree& tree, CLI::App& parent) {
                           {"tagged", "native"})
              .required();
     tree.setAction(setCommand, [&](Session& session) {
-        const unsigned vlan = parseVlan(CommandTree::givenOne(id));
+        const unsigned vlan = parseVlanId(CommandTree::givenOne(id));
         setDefault(session, vlan, parseMode(CommandTree::givenOne(mode)));
     });
 }
@@ -124,8 +110,9 @@ void addVlan(CommandTree& tree) {
         tree.addCommand(noun, "set", "Move the management port into a VLAN", {"vlan set 10"});
     const CLI::Option& id =
         *tree.addArgument(setCommand, "ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)").required();
-    tree.setAction(setCommand,
-                   [&id](Session& session) { set(session, parseVlan(CommandTree::givenOne(id))); });
+    tree.setAction(setCommand, [&id](Session& session) {
+        set(session, parseVlanId(CommandTree::givenOne(id)));
+    });
 
     addDefault(tree, noun);
 }

@@ -1,5 +1,8 @@
 #include "BridgeTest.h"
 
+#include "board/framework/Framework.h"
+#include "platform/zubridge.h"
+
 #include <algorithm>
 
 namespace test {
@@ -23,6 +26,7 @@ BridgeTest::BridgeTest() : log(LogImpl::levelInfo) {
 }
 
 BridgeTest::~BridgeTest() {
+    board::framework().clearConfigInProgress = false;
     container.reset();
     bridge::configure({});
 }
@@ -31,6 +35,11 @@ void BridgeTest::restart() {
     container.reset();
     bridge::configure(configuration);
     container.emplace("br0", "acl");
+}
+
+int BridgeTest::clearConfiguration() {
+    board::framework().clearConfigInProgress = true;
+    return singleton<zubridge>::instance().applyDefaultSettings();
 }
 
 std::vector<unsigned int> BridgeTest::idsOf(const std::string& name,

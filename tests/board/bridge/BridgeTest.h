@@ -35,6 +35,9 @@ protected:
     /// What a new process would begin with; the container and its lists are new, too.
     void restart();
 
+    /// Returns the bridge entity to factory settings while the configuration is being cleared.
+    static int clearConfiguration();
+
     /// The rules of a list, one word each: their ids in order.
     std::vector<unsigned int> idsOf(const std::string& name, std::vector<unsigned int> ids) const;
 

@@ -154,11 +154,19 @@ TEST_F(FilterFailureTest, ATableThatSomeoneElseChangedIsPutRightWithItsCounters)
                                            "changed by someone else: it is put right"));
 }
 
-TEST_F(FilterFailureTest, FactorySettingsTakeTheFilterOff) {
+TEST_F(FilterFailureTest, FactorySettingsLeaveTheFilter) {
+    product.start();
+    EXPECT_EQ(product.add(office, hostMask, true), 0);
+    EXPECT_EQ(singleton<zubridge>::instance().applyDefaultSettings(), 1);
+    EXPECT_FALSE(probe.takes("192.0.2.2"));
+    EXPECT_THAT(counters(), testing::SizeIs(2));
+}
+
+TEST_F(FilterFailureTest, AClearedConfigurationTakesTheFilterOff) {
     product.start();
     EXPECT_EQ(product.add(office, hostMask, true), 0);
     EXPECT_FALSE(probe.takes("192.0.2.2"));
-    EXPECT_EQ(singleton<zubridge>::instance().applyDefaultSettings(), 1);
+    EXPECT_EQ(clearConfiguration(), 1);
     EXPECT_TRUE(probe.takes("192.0.2.2"));
     EXPECT_EQ(ruleset(), "");
     EXPECT_THAT(counters(), IsEmpty());

@@ -168,9 +168,17 @@ TEST_F(StorageTest, WithoutADirectoryNothingIsStored) {
     EXPECT_THAT(state.names(), IsEmpty());
 }
 
-TEST_F(StorageTest, FactorySettingsForgetListsAndStoredRules) {
+TEST_F(StorageTest, FactorySettingsLeaveTheListsOfOthers) {
     EXPECT_EQ(addNetwork(), 0);
     EXPECT_EQ(singleton<zubridge>::instance().applyDefaultSettings(), 1);
+    EXPECT_THAT(savedRules(), ElementsAre(network));
+    EXPECT_EQ(addHost(), 0);
+    EXPECT_THAT(savedRules(), ElementsAre(network, host));
+}
+
+TEST_F(StorageTest, AClearedConfigurationForgetsListsAndStoredRules) {
+    EXPECT_EQ(addNetwork(), 0);
+    EXPECT_EQ(clearConfiguration(), 1);
     EXPECT_THAT(savedRules(), IsEmpty());
     EXPECT_EQ(acls().deleteACL(list), bridge::unknownList);
     newMessages();
@@ -182,10 +190,10 @@ TEST_F(StorageTest, FactorySettingsForgetListsAndStoredRules) {
     EXPECT_THAT(newMessages(), IsEmpty());
 }
 
-TEST_F(StorageTest, FactorySettingsThatCannotBeStoredFail) {
+TEST_F(StorageTest, AConfigurationThatCannotBeClearedFails) {
     EXPECT_EQ(addNetwork(), 0);
     breakStorage();
-    EXPECT_EQ(singleton<zubridge>::instance().applyDefaultSettings(), 0);
+    EXPECT_EQ(clearConfiguration(), 0);
     EXPECT_THAT(newMessages(), ElementsAre(HasSubstr("the access lists cannot be removed: ")));
     EXPECT_THAT(product.rules(), ElementsAre("permit 192.0.2.0 0.0.0.255"));
 }

@@ -43,6 +43,13 @@ TEST(EventLog, TellsWhatCameAfterANumber) {
     EXPECT_THAT(log.after(2, milliseconds(0)), testing::IsEmpty());
 }
 
+TEST(EventLog, TellsEverythingAfterANumberOfAnEarlierLife) {
+    EventLog log;
+    EXPECT_THAT(log.after(57, milliseconds(0)), testing::IsEmpty());
+    log.add("one");
+    EXPECT_THAT(textsOf(log.after(57, milliseconds(0))), ElementsAre("1 message one"));
+}
+
 TEST(EventLog, KeepsTheLatestHundred) {
     EventLog log;
     for (int count = 0; count < 150; ++count) {

@@ -1,0 +1,75 @@
+#include "board/host/networkServices.h"
+
+#include "board/framework/Framework.h"
+#include "board/ntp/Client.h"
+#include "board/snmp/Agent.h"
+
+#include <CLI/CLI.hpp>
+
+#include <syslog.h>
+
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+namespace host {
+
+namespace {
+
+std::vector<std::string> words(const std::string& command) {
+    std::istringstream stream(command);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+void log(int level, const std::string& text) {
+    board::logLine(level <= LOG_ERR       ? LogImpl::levelError
+                   : level <= LOG_WARNING ? LogImpl::levelWarning
+                   : level <= LOG_INFO    ? LogImpl::levelInfo
+                                          : LogImpl::levelDebug,
+                   text);
+}
+
+}  // namespace
+
+void addNetworkServiceOptions(CLI::App& app, NetworkServiceOptions& options) {
+    app.add_option("--snmp-agent", options.snmpAgent,
+                   "Command of the SNMP agent, one that takes the options of snmpd; without it, "
+                   "none is run")
+        ->type_name("COMMAND");
+    app.add_option("--ntp-client", options.ntpClient,
+                   "Command of the NTP client, one that takes the options of chronyd; without it, "
+                   "none is run")
+        ->type_name("COMMAND");
+}
+
+NetworkServices::NetworkServices() = default;
+NetworkServices::~NetworkServices() = default;
+
+void NetworkServices::supply(const NetworkServiceOptions& options,
+                             const std::filesystem::path& stateDirectory,
+                             const std::string& managementInterface, varo::Appliers& appliers) {
+    if (auto command = words(options.snmpAgent); !command.empty()) {
+        snmpAgent = std::make_unique<snmp::Agent>(
+            snmp::Settings{std::move(command), stateDirectory / "snmp", managementInterface}, log);
+        appliers.trapManagers = [this](const auto& values) { snmpAgent->apply(values); };
+        appliers.snmpCommunities = [this](const auto& values) { snmpAgent->apply(values); };
+        appliers.snmpSystem = [this](const auto& values) { snmpAgent->apply(values); };
+    }
+    if (auto command = words(options.ntpClient); !command.empty()) {
+        ntpClient = std::make_unique<ntp::Client>(
+            ntp::Settings{std::move(command), stateDirectory / "ntp", managementInterface}, log);
+        appliers.ntp = [this](const auto& config) { ntpClient->apply(config); };
+        appliers.ntpStatistics = [this](const auto& config) { return ntpClient->status(config); };
+    }
+}
+
+void NetworkServices::end() {
+    if (snmpAgent) {
+        snmpAgent->end();
+    }
+    if (ntpClient) {
+        ntpClient->end();
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+#include "board/services/program.h"
+#include "board/support/Descriptor.h"
+
+namespace services {
+
+/// A server that serves one connection, as inetd(8) runs one: the connection is its standard input
+/// and output. Standard error is the host's. It runs with default signal dispositions, nothing
+/// blocked, in a session of its own, with no other descriptors and no environment but PATH.
+///
+/// It is killed with the object, and by the kernel when the thread that started it ends.
+class SessionProcess {
+public:
+    /// Throws std::system_error. A program that cannot be run says so on standard error and ends
+    /// with 127.
+    SessionProcess(const Command& command, const board::Descriptor& connection);
+    SessionProcess(SessionProcess&& other) noexcept;
+    SessionProcess& operator=(SessionProcess&& other) noexcept;
+    ~SessionProcess();
+
+    /// Readable when the process has ended.
+    const board::Descriptor& handle() const { return processHandle; }
+    bool hasEnded() const;
+
+    void kill() const;
+    /// Takes the end of a process that has ended; returns how, for people: "status 1", "signal 9".
+    std::string awaitEnd();
+
+private:
+    pid_t process = -1;
+    board::Descriptor processHandle;
+};
+
+}  // namespace services

@@ -1,0 +1,99 @@
+#include "mngctl/commands/addressing.h"
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/vlanId.h"
+#include "mngctl/outcome.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+rpcNetworkInfo read(Session& session) {
+    rpcNetworkInfo info{};
+    session.client.call(networkProgram, rpc_network_get_ont_nmg_1, info);
+    return info;
+}
+
+/// A board that cannot read the interface answers with zeros, as for one that is off.
+std::string describe(const rpcNetworkInfo& info) {
+    if (info.ipAddress == 0)
+        return "off, or it cannot be read";
+    return fmt::format("{} in VLAN {}", formatNetwork({info.ipAddress, info.netmask}),
+                       info.mngVlanId);
+}
+
+void show(Session& session) {
+    const rpcNetworkInfo info = read(session);
+    const bool known = info.ipAddress != 0;
+    const auto length = prefixLength(info.netmask);
+    session.print(Json{{"address", addressOrNull(info.ipAddress)},
+                       {"prefixLength", known && length ? Json(*length) : Json()},
+                       {"netmask", known ? Json(formatIpv4(info.netmask)) : Json()},
+                       {"vlan", known ? Json(info.mngVlanId) : Json()}},
+                  fmt::format("ONT management: {}\n", describe(info)));
+}
+
+/// The board refuses the VLAN of its own management port; anything else is the kernel's answer.
+std::string explain(Session& session, const rpcNetworkInfo& wanted) {
+    std::string cause;
+    if (wanted.ipAddress != 0 && readNetworkInfo(session).mngVlanId == wanted.mngVlanId)
+        cause = fmt::format("VLAN {} is that of the management port; ", wanted.mngVlanId);
+    return fmt::format("{}ONT management is {}", cause, describe(read(session)));
+}
+
+void change(Session& session, const std::string& what, const rpcNetworkInfo& wanted) {
+    carryOut({what, request(session, rpc_network_set_ont_nmg_1, wanted)},
+             [&] { return explain(session, wanted); });
+    readBack(session, [&] { show(session); });
+}
+
+void set(Session& session, const std::string& address, const std::string& mask, unsigned vlan) {
+    const Ipv4Network network = parseInterfaceAddress(address, mask);
+    rpcNetworkInfo wanted{};
+    wanted.ipAddress = network.address;
+    wanted.netmask = network.mask;
+    wanted.mngVlanId = vlan;
+    change(session, fmt::format("set the ONT management address {}", formatNetwork(network)),
+           wanted);
+}
+
+void addSet(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command =
+        tree.addCommand(noun, "set", "Give the ONT interface an address and a VLAN, switch it on",
+                        {"ont set 198.51.100.1/24 20", "ont set 198.51.100.1 255.255.255.0 20"});
+    const CLI::Option& address =
+        *tree.addArgument(command, "ADDRESS", "IPv4 address, with /PREFIX or before MASK")
+             .required();
+    const CLI::Option& first =
+        *tree.addArgument(command, "MASK|VLAN", "Mask, if there is no /PREFIX; else the VLAN")
+             .required();
+    const CLI::Option& second =
+        tree.addArgument(command, "VLAN", "VLAN id, 1 to 4094, other than the management port's");
+    tree.setAction(command, [&](Session& session) {
+        const std::string& last = CommandTree::givenOne(second);
+        const bool hasMask = !last.empty();
+        const std::string& middle = CommandTree::givenOne(first);
+        set(session, CommandTree::givenOne(address), hasMask ? middle : "",
+            parseVlanId(hasMask ? last : middle));
+    });
+}
+
+}  // namespace
+
+void addOnt(CommandTree& tree) {
+    CLI::App& noun = tree.addNoun("ont", "Management interface of the ONTs",
+                                  {"ont show", "ont set 198.51.100.1/24 20", "ont off"});
+    CLI::App& showCommand = tree.addCommand(noun, "show", "Show its address, mask and VLAN",
+                                            {"ont show", "ont show --json"});
+    tree.setAction(showCommand, show);
+    addSet(tree, noun);
+    CLI::App& off =
+        tree.addCommand(noun, "off", "Take its address away and switch it off", {"ont off"});
+    tree.setAction(off, [](Session& session) {
+        change(session, "switch ONT management off", rpcNetworkInfo{});
+    });
+}
+
+}  // namespace mngctl

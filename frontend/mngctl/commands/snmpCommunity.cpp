@@ -1,0 +1,123 @@
+#include "mngctl/commands/snmpSettings.h"
+#include "mngctl/outcome.h"
+#include "mngctl/wire/values.h"
+
+#include <fmt/format.h>
+#include <algorithm>
+
+namespace mngctl {
+
+namespace {
+
+constexpr std::size_t longestName = 29;
+constexpr std::size_t mostCommunities = 6;
+
+rpcSnmpCommunityAccess parseAccess(const std::string& text) {
+    if (text == "ro" || text == "read-only")
+        return rpcSnmpCommunityReadOnly;
+    if (text == "rw" || text == "read-write")
+        return rpcSnmpCommunityReadWrite;
+    throw UsageError(fmt::format("expected ro or rw, not '{}'", printable(text)));
+}
+
+void show(Session& session) {
+    const Json communities = readSnmpCommunities(session);
+    session.print(communities, describeSnmpCommunities(communities));
+}
+
+bool isThere(const Json& communities, const std::string& name) {
+    return std::ranges::any_of(communities, [&](const Json& each) { return each["name"] == name; });
+}
+
+const char* const otherCause = "the board's log tells the cause";
+
+std::string explainRefusedAdding(Session& session, const std::string& name, bool wasThere) {
+    const Json communities = readSnmpCommunities(session);
+    if (wasThere)
+        return "there is a community of that name; 'mngctl snmp community access' changes it";
+    if (isThere(communities, name))
+        return std::string("it is stored, but not in force; ") + otherCause;
+    if (communities.size() >= mostCommunities)
+        return fmt::format("the board keeps {} communities, which it has", mostCommunities);
+    return otherCause;
+}
+
+std::string explainRefusal(Session& session, const std::string& name) {
+    return isThere(readSnmpCommunities(session), name) ? otherCause
+                                                       : "there is no community of that name now";
+}
+
+void addOrRemove(Session& session, std::string name, rpcSnmpCommunityAccess access, bool add) {
+    checkCommunity(name, longestName);
+    const bool wasThere = isThere(readSnmpCommunities(session), name);
+    const Change change{add ? "add the community" : "remove the community", [&] {
+                            rpc_network_snmpcommunity_add_1_argument argument{name.data(), access,
+                                                                              add ? TRUE : FALSE};
+                            rpcNetworkResult result{};
+                            session.client.call(networkProgram, rpc_network_snmpcommunity_add_1,
+                                                argument, result);
+                            return result;
+                        }};
+    carryOutOrExplain(change, [&] {
+        return add ? explainRefusedAdding(session, name, wasThere) : explainRefusal(session, name);
+    });
+    readBack(session, [&] { show(session); });
+}
+
+void setAccess(Session& session, std::string name, rpcSnmpCommunityAccess access) {
+    checkCommunity(name, longestName);
+    const Change change{
+        "change the community's access", [&] {
+            rpc_network_snmpcommunity_change_1_argument argument{name.data(), access};
+            rpcNetworkResult result{};
+            session.client.call(networkProgram, rpc_network_snmpcommunity_change_1, argument,
+                                result);
+            return result;
+        }};
+    carryOutOrExplain(change, [&] { return explainRefusal(session, name); });
+    readBack(session, [&] { show(session); });
+}
+
+/// A command with a name and an access.
+void addWithAccess(CommandTree& tree, CLI::App& noun, const std::string& verb,
+                   const std::string& description,
+                   std::function<void(Session&, std::string, rpcSnmpCommunityAccess)> act) {
+    CLI::App& command = tree.addCommand(
+        noun, verb, description,
+        {"snmp community " + verb + " public ro", "snmp community " + verb + " private rw"});
+    const CLI::Option& name =
+        *tree.addArgument(command, "NAME", "1 to 29 visible ASCII characters").required();
+    const CLI::Option& access =
+        *tree.addArgument(command, "ACCESS", "ro (read-only) or rw (read-write)", false,
+                          {"ro", "rw"})
+             .required();
+    tree.setAction(command, [&name, &access, act = std::move(act)](Session& session) {
+        const rpcSnmpCommunityAccess right = parseAccess(CommandTree::givenOne(access));
+        act(session, CommandTree::givenOne(name), right);
+    });
+}
+
+}  // namespace
+
+void addSnmpCommunity(CommandTree& tree, CLI::App& snmp) {
+    CLI::App& noun = tree.addCommand(
+        snmp, "community", "Communities, by which managers get access",
+        {"snmp community list", "snmp community add public ro", "snmp community remove public"});
+    noun.require_subcommand(1, 1);
+    CLI::App& list = tree.addCommand(noun, "list", "Show the communities with their access",
+                                     {"snmp community list", "snmp community list --json"});
+    tree.setAction(list, show);
+    addWithAccess(tree, noun, "add", "Add a community; the board keeps six",
+                  [](Session& session, std::string name, rpcSnmpCommunityAccess access) {
+                      addOrRemove(session, std::move(name), access, true);
+                  });
+    addWithAccess(tree, noun, "access", "Change what a community may do", setAccess);
+    CLI::App& remove =
+        tree.addCommand(noun, "remove", "Remove a community", {"snmp community remove public"});
+    const CLI::Option& name = *tree.addArgument(remove, "NAME", "Its name").required();
+    tree.setAction(remove, [&name](Session& session) {
+        addOrRemove(session, CommandTree::givenOne(name), rpcSnmpCommunityReadOnly, false);
+    });
+}
+
+}  // namespace mngctl

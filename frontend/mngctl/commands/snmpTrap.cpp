@@ -1,0 +1,207 @@
+#include "mngctl/commands/ipv4.h"
+#include "mngctl/commands/snmpSettings.h"
+#include "mngctl/commands/trapTest.h"
+#include "mngctl/outcome.h"
+#include "mngctl/wire/values.h"
+
+#include <fmt/format.h>
+#include <algorithm>
+
+namespace mngctl {
+
+namespace {
+
+constexpr std::size_t longestCommunity = 31;
+constexpr std::size_t mostManagers = 10;
+constexpr unsigned highestPort = 65535;
+
+const char* const otherCause = "the board's log tells the cause";
+
+void show(Session& session) {
+    const Json traps = readSnmpTraps(session);
+    session.print(traps, describeSnmpTraps(traps));
+}
+
+bool isThere(const Json& traps, unsigned address, const std::string& community) {
+    const std::string text = formatIpv4(address);
+    return std::ranges::any_of(traps["managers"], [&](const Json& each) {
+        return each["address"] == text && each["community"] == community;
+    });
+}
+
+std::string explainRefusedAdding(Session& session, unsigned address, const std::string& community,
+                                 bool wasThere) {
+    const Json traps = readSnmpTraps(session);
+    if (wasThere)
+        return "there is a manager of that address with that community";
+    if (isThere(traps, address, community))
+        return std::string("it is stored, but not in force; ") + otherCause;
+    if (traps["managers"].size() >= mostManagers)
+        return fmt::format("the board keeps {} managers, which it has", mostManagers);
+    return otherCause;
+}
+
+std::string explainRefusedRemoval(Session& session, unsigned address,
+                                  const std::string& community) {
+    return isThere(readSnmpTraps(session), address, community)
+               ? otherCause
+               : "there is no manager of that address with that community now";
+}
+
+void addOrRemove(Session& session, unsigned address, std::string community, bool add) {
+    checkCommunity(community, longestCommunity);
+    const bool wasThere = isThere(readSnmpTraps(session), address, community);
+    const Change change{add ? "add the manager" : "remove the manager", [&] {
+                            rpc_network_snmptrap_add_1_argument argument{community.data(), address,
+                                                                         add ? TRUE : FALSE};
+                            rpcNetworkResult result{};
+                            session.client.call(networkProgram, rpc_network_snmptrap_add_1,
+                                                argument, result);
+                            return result;
+                        }};
+    carryOutOrExplain(change, [&] {
+        return add ? explainRefusedAdding(session, address, community, wasThere)
+                   : explainRefusedRemoval(session, address, community);
+    });
+    readBack(session, [&] { show(session); });
+}
+
+void move(Session& session, unsigned from, unsigned to, std::string community) {
+    checkCommunity(community, longestCommunity);
+    const Change change{
+        "move the manager", [&] {
+            rpc_network_snmptrap_change_1_argument argument{community.data(), from, to};
+            rpcNetworkResult result{};
+            session.client.call(networkProgram, rpc_network_snmptrap_change_1, argument, result);
+            return result;
+        }};
+    carryOutOrExplain(change, [&] { return explainRefusedRemoval(session, from, community); });
+    readBack(session, [&] { show(session); });
+}
+
+void setPort(Session& session, const std::string& text) {
+    unsigned port = 0;
+    try {
+        port = parseUnsigned(text);
+    } catch (const UsageError&) {
+        // One sentence for all that is no port.
+    }
+    if (port < 1 || port > highestPort)
+        throw UsageError(
+            fmt::format("expected a port from 1 to {}, not '{}'", highestPort, printable(text)));
+    const Change change{"set the trap port", request(session, rpc_network_snmptrap_port_1, port)};
+    carryOutOrExplain(change, [] { return otherCause; });
+    readBack(session, [&] { show(session); });
+}
+
+const char* nameOf(TrapOutcome::Kind kind) {
+    switch (kind) {
+        case TrapOutcome::Sent:
+            return "sent";
+        case TrapOutcome::Acknowledged:
+            return "acknowledged";
+        case TrapOutcome::NoAnswer:
+            return "no answer";
+        default:
+            return "failed";
+    }
+}
+
+std::string lineOf(const TrapTarget& target, const TrapOutcome& outcome) {
+    std::string result = nameOf(outcome.kind);
+    if (outcome.kind == TrapOutcome::Sent)
+        result += "; nobody acknowledges a trap: only the manager can tell that it has arrived";
+    if (!outcome.detail.empty())
+        result += ": " + printable(outcome.detail);
+    return fmt::format("{}:{}: {}\n", target.address, target.port, result);
+}
+
+void test(Session& session, bool inform) {
+    const Json traps = readSnmpTraps(session);
+    if (traps["managers"].empty())
+        throw Refused("there is no trap manager; 'mngctl snmp trap add' adds one");
+    Json json = Json::array();
+    std::string text;
+    std::size_t failures = 0;
+    for (const Json& manager : traps["managers"]) {
+        const TrapTarget target{manager["address"], traps["port"].get<int>(), manager["community"]};
+        const TrapOutcome outcome = sendTestTrap(target, inform);
+        json.push_back({{"address", target.address},
+                        {"port", target.port},
+                        {"outcome", nameOf(outcome.kind)},
+                        {"detail", outcome.detail}});
+        text += lineOf(target, outcome);
+        if (outcome.kind != TrapOutcome::Sent && outcome.kind != TrapOutcome::Acknowledged)
+            ++failures;
+    }
+    session.print(json, text);
+    if (failures != 0)
+        throw NoAnswer(fmt::format("{} of {} managers: no notification has been delivered",
+                                   failures, traps["managers"].size()));
+}
+
+struct ManagerArguments {
+    const CLI::Option& address;
+    const CLI::Option& community;
+};
+
+ManagerArguments addManagerArguments(CommandTree& tree, CLI::App& command) {
+    const CLI::Option& address =
+        *tree.addArgument(command, "ADDRESS", "IPv4 address of the manager").required();
+    const CLI::Option& community =
+        *tree.addArgument(command, "COMMUNITY", "1 to 31 visible ASCII characters").required();
+    return {address, community};
+}
+
+void addManagerCommand(CommandTree& tree, CLI::App& noun, const std::string& verb,
+                       const std::string& description, bool add) {
+    CLI::App& command =
+        tree.addCommand(noun, verb, description, {"snmp trap " + verb + " 192.0.2.1 traps"});
+    const ManagerArguments given = addManagerArguments(tree, command);
+    tree.setAction(command, [given, add](Session& session) {
+        addOrRemove(session, parseHostAddress(CommandTree::givenOne(given.address)),
+                    CommandTree::givenOne(given.community), add);
+    });
+}
+
+void addTest(CommandTree& tree, CLI::App& noun) {
+    CLI::App& command = tree.addCommand(
+        noun, "test", "Send a test notification to every manager, from the machine mngctl runs on",
+        {"snmp trap test", "snmp trap test --inform"});
+    const auto inform = std::make_shared<bool>(false);
+    command.add_flag("--inform", *inform,
+                     "Send an inform request, which managers that know it acknowledge");
+    tree.setAction(command, [inform](Session& session) { test(session, *inform); });
+}
+
+}  // namespace
+
+void addSnmpTrap(CommandTree& tree, CLI::App& snmp) {
+    CLI::App& noun =
+        tree.addCommand(snmp, "trap", "Managers that the agent sends traps to (SNMPv2c)",
+                        {"snmp trap list", "snmp trap add 192.0.2.1 traps", "snmp trap test"});
+    noun.require_subcommand(1, 1);
+    CLI::App& list = tree.addCommand(noun, "list", "Show the managers and their port",
+                                     {"snmp trap list", "snmp trap list --json"});
+    tree.setAction(list, show);
+    addManagerCommand(tree, noun, "add", "Add a manager; the board keeps ten", true);
+    addManagerCommand(tree, noun, "remove", "Remove a manager", false);
+
+    CLI::App& moveCommand = tree.addCommand(noun, "move", "Give a manager another address",
+                                            {"snmp trap move 192.0.2.1 traps 192.0.2.2"});
+    const ManagerArguments given = addManagerArguments(tree, moveCommand);
+    const CLI::Option& to = *tree.addArgument(moveCommand, "NEW", "Its new address").required();
+    tree.setAction(moveCommand, [given, &to](Session& session) {
+        move(session, parseHostAddress(CommandTree::givenOne(given.address)),
+             parseHostAddress(CommandTree::givenOne(to)), CommandTree::givenOne(given.community));
+    });
+
+    CLI::App& portCommand =
+        tree.addCommand(noun, "port", "Set the UDP port of all managers", {"snmp trap port 162"});
+    const CLI::Option& port = *tree.addArgument(portCommand, "PORT", "1 to 65535").required();
+    tree.setAction(portCommand,
+                   [&port](Session& session) { setPort(session, CommandTree::givenOne(port)); });
+    addTest(tree, noun);
+}
+
+}  // namespace mngctl

@@ -1,0 +1,69 @@
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/commands.h"
+#include "mngctl/commands/timeZone.h"
+#include "mngctl/outcome.h"
+#include "mngctl/wire/values.h"
+#include "mngctl/zone/civilTime.h"
+
+#include <fmt/format.h>
+
+namespace mngctl {
+
+namespace {
+
+void show(Session& session) {
+    const LocalTime now = readTime(session);
+    const ZoneSettings zone = readZone(session);
+    const std::string time = formatCivilTime(now);
+    const std::string rule = ruleOrNone(zone);
+    session.print(Json{{"localTime", time}, {"timeZone", zone.name}, {"rule", ruleOrNull(zone)}},
+                  fmt::format("local time: {}\ntime zone: {} ({})\n", time,
+                              zone.name.empty() ? "none" : printable(zone.name), rule));
+}
+
+void set(Session& session, const std::vector<std::string>& words) {
+    if (words.size() != 2)
+        throw UsageError(
+            fmt::format("expected a date and a time such as 31/12/2024 23:59:30, got {} word{}",
+                        words.size(), words.size() == 1 ? "" : "s"));
+    const LocalTime time = parseCivilTime(words[0], words[1]);
+    const Change change{"set the clock to " + formatCivilTime(time), [&] {
+                            std::string text = boardTime(time);
+                            char* argument = text.data();
+                            rpcNetworkResult result{};
+                            session.client.call(networkProgram, rpc_network_set_time_info_1,
+                                                argument, result);
+                            return result;
+                        }};
+    try {
+        carryOut(std::span(&change, 1));
+    } catch (const Refused& refusal) {
+        throw Refused(
+            fmt::format("{}; the business-logic process needs the right to set the machine's clock "
+                        "(CAP_SYS_TIME), which nobody has in a box or a container",
+                        refusal.what()));
+    }
+    readBack(session, [&] { show(session); });
+}
+
+}  // namespace
+
+void addTime(CommandTree& tree) {
+    CLI::App& noun =
+        tree.addNoun("time", "Clock and time zone of the board",
+                     {"time show", "time set 31/12/2024 23:59:30", "time zone set Europe/Vienna"});
+    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the local time and the time zone",
+                                            {"time show", "time show --json"});
+    tree.setAction(showCommand, show);
+
+    CLI::App& setCommand =
+        tree.addCommand(noun, "set", "Set the clock, to a local time",
+                        {"time set 31/12/2024 23:59:30", "time set 2024-12-31 23:59"});
+    const CLI::Option& moment = tree.addArgument(
+        setCommand, "DATE TIME", "Date, day first or in ISO's order, and time of day", true);
+    tree.setAction(setCommand,
+                   [&moment](Session& session) { set(session, CommandTree::given(moment)); });
+    addTimeZone(tree, noun);
+}
+
+}  // namespace mngctl

@@ -1,0 +1,102 @@
+#include "mngctl/commands/commands.h"
+#include "mngctl/outcome.h"
+#include "mngctl/session.h"
+#include "mngctl/wire/values.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mngctl {
+
+namespace {
+
+/// What the board says of something that it does not know.
+constexpr std::string_view notAvailable = "n/a";
+
+/// A board that gave one line again and again would otherwise never be done.
+constexpr int componentMaximum = 100'000;
+
+template <std::size_t Size>
+std::string textOf(const char (&field)[Size]) {
+    return validUtf8({field, strnlen(field, Size)});
+}
+
+Json orNull(const std::string& text) { return text == notAvailable ? Json() : Json(text); }
+
+void show(Session& session) {
+    rpcNetworkSWVersion software{};
+    session.client.call(networkProgram, rpc_network_get_sw_data_1, software);
+    rpcNetworkPackageVersion package{};
+    session.client.call(networkProgram, rpc_network_get_package_data_1, package);
+    const std::vector<std::array<std::string, 3>> rows = {
+        {"product", "product", textOf(software.product)},
+        {"buildDirectory", "built in", textOf(software.buildDirectory)},
+        {"buildTime", "built at", textOf(software.buildTime)},
+        {"upgradeProduct", "product after an upgrade", textOf(software.upgradeProduct)},
+        {"packageRelease", "package release", textOf(software.packageRelease)},
+        {"osRelease", "operating system", textOf(software.osRelease)},
+        {"fileSystem", "file system", textOf(software.fileSystem)},
+        {"bootLoader", "boot loader", textOf(software.bootLoader)},
+        {"recoveryFileSystem", "recovery file system", textOf(software.recoveryFileSystem)},
+        {"platform", "platform", textOf(package.name)},
+        {"platformRelease", "platform release", textOf(package.release)}};
+    Json json;
+    std::string lines;
+    for (const auto& [key, label, text] : rows) {
+        json[key] = orNull(text);
+        lines += fmt::format("{}: {}\n", label, printable(text));
+    }
+    session.print(json, lines);
+}
+
+std::vector<std::string> readComponents(Session& session, Stub<int, rpcNetworkSWVersionComp> stub) {
+    std::vector<std::string> components;
+    for (int index = 0, count = 0;; ++count) {
+        rpcNetworkSWVersionComp component{};
+        session.client.call(networkProgram, stub, index, component);
+        if (component.index < 0)
+            return components;
+        if (component.index <= index || count >= componentMaximum)
+            throw NoAnswer("the board's list of components does not end");
+        components.push_back(textOf(component.line));
+        index = component.index;
+    }
+}
+
+std::string section(const std::string& title, const std::vector<std::string>& components) {
+    std::string lines = fmt::format("{}:{}\n", title, components.empty() ? " none known" : "");
+    for (const std::string& component : components)
+        lines += fmt::format("  {}\n", printable(component));
+    return lines;
+}
+
+void showComponents(Session& session) {
+    const auto application = readComponents(session, rpc_network_get_sw_comp_apl_data_1);
+    const auto platform = readComponents(session, rpc_network_get_sw_comp_plat_data_1);
+    session.print(Json{{"application", application}, {"platform", platform}},
+                  section("application", application) + section("platform", platform));
+}
+
+}  // namespace
+
+void addVersion(CommandTree& tree) {
+    CLI::App& noun = tree.addNoun("version", "Software that runs on the board",
+                                  {"version show", "version components"});
+    CLI::App& showCommand =
+        tree.addCommand(noun, "show", "Show the versions of product, system and boot loader",
+                        {"version show", "version show --json"});
+    tree.setAction(showCommand, show);
+    CLI::App& components =
+        tree.addCommand(noun, "components",
+                        "List the components of application and platform; the board looks for them "
+                        "when it is first returned to factory settings after a start",
+                        {"version components", "version components --json"});
+    tree.setAction(components, showComponents);
+}
+
+}  // namespace mngctl
