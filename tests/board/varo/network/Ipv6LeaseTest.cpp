@@ -30,8 +30,7 @@ TEST_F(Ipv6Lease, IsObtainedAndReachedByWayOfTheAdvertisedNetwork) {
     EXPECT_STREQ(record.ipv6Addr, "2001:db8::100");
     EXPECT_EQ(record.prefixLen, 128U);
     EXPECT_THAT(record.ipv6AddrList, HasSubstr("2001:db8::100/128"));
-    EXPECT_TRUE(
-        eventually([] { return std::string(read().ipv6Gw).starts_with("fe80::"); }));
+    EXPECT_TRUE(eventually([] { return std::string(read().ipv6Gw).starts_with("fe80::"); }));
     EXPECT_EQ(resolver6(), learnt);
     EXPECT_EQ(storedIpv6(), "");
     EXPECT_THAT(clients(), SizeIs(1));
