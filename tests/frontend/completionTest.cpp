@@ -17,9 +17,10 @@ std::vector<std::string> candidates(const std::string& line) {
 
 TEST(Completion, OffersNounsAndVerbs) {
     EXPECT_THAT(candidates(""),
-                ElementsAre("access", "board", "dhcp", "dns", "domain", "events", "exit", "factory-defaults",
-                            "ftp", "gateway", "help", "ip", "ipv6", "ntp", "ont", "quit", "rpc",
-                            "sessions", "snmp", "ssh", "telnet", "time", "version", "vlan", "web"));
+                ElementsAre("access", "board", "dhcp", "dns", "domain", "events", "exit",
+                            "factory-defaults", "ftp", "gateway", "help", "ip", "ipv6", "ntp",
+                            "ont", "quit", "rpc", "sessions", "snmp", "ssh", "telnet", "time",
+                            "version", "vlan", "web"));
     EXPECT_THAT(candidates("d"), ElementsAre("dhcp", "dns", "domain"));
     EXPECT_EQ(completeLine("d").insert, "");
     EXPECT_EQ(completeLine("dn").insert, "s ");

@@ -18,7 +18,8 @@ constexpr int firstYear = 1970;
 constexpr int lastYear = 2199;
 
 /// Numbers of the given sizes with the separator between; empty if the text is anything else.
-std::vector<int> numbers(std::string_view text, char separator, const std::vector<std::size_t>& sizes) {
+std::vector<int> numbers(std::string_view text, char separator,
+                         const std::vector<std::size_t>& sizes) {
     std::vector<int> result;
     for (const std::size_t size : sizes) {
         if (!result.empty()) {
