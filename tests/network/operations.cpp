@@ -16,6 +16,12 @@ struct Buffers {
 constexpr unsigned int gateway = 0xc0000201;
 constexpr unsigned int otherGateway = 0xc00002fe;
 
+/// Neither an address to detach nor a gateway to keep.
+void withoutAddress(fake::Platform& board) {
+    board.addressing.macAddresses["mng0"] = {2, 0, 0, 0, 0, 7};
+    board.addressing.interfaces["mng0"] = {0, 0};
+}
+
 /// A board with an address, a gateway, option 82 and a VLAN to move to.
 void ordinary(fake::Platform& board) {
     board.addressing.interfaces["mng0"] = {0xc000020a, 0xffffff00};
@@ -38,6 +44,14 @@ void withCordProfile(fake::Platform& board) {
 
 int addRule(Network& network, unsigned int index) {
     return network.addRARule(0xc0000200, 0xffffff00, true, index);
+}
+
+void withOneRule(fake::Platform&) { addRule(singleton<Network>::instance(), 0); }
+
+/// The list is there, and not bound.
+void withEmptyList(fake::Platform& board) {
+    withOneRule(board);
+    singleton<Network>::instance().removeRARule(0);
 }
 
 void withThreeRules(fake::Platform&) {
@@ -79,9 +93,36 @@ std::vector<Operation> addressing() {
           {"exclusiveLock", 0},
           {"sharedLock", 0},
           {"varoAddRoute", 0}}},
+        {"setIpWithoutAnOldAddress",
+         withoutAddress,
+         [](Network& network) { return network.setIp(0xc633640a, 0xffffff00); },
+         {{"exclusiveLock", -1},
+          {"sharedLock", -1},
+          {"varoGetDhcp", 0},
+          {"interfaceMngGet", 0, -1},
+          {"interfaceLinuxnameGet", 0, -1},
+          {"varoGetIfcMAC", 0},
+          {"varoGetInterface", 0},
+          {"varoGetDhcp", 0},
+          {"varoUpdateDhcp", -1},
+          {"varoDhcpRetreatAlrServNotResponding", -1},
+          {"sharedLock", 0},
+          {"interfaceMngGet", -1},
+          {"interfaceLinuxnameGet", -1},
+          {"varoAttachIpToIntf", -1},
+          {"varoSendSigToAcs", 0},
+          {"exclusiveLock", 0},
+          {"sharedLock", 0}}},
         {"setProtocol",
          ordinary,
          [](Network& network) { return network.setProtocol(true); },
+         {{"exclusiveLock", -1},
+          {"varoGetDhcp", 0},
+          {"varoUpdateDhcp", -1},
+          {"varoDhcpRetreatAlrServNotResponding", -1}}},
+        {"setProtocolOff",
+         ordinary,
+         [](Network& network) { return network.setProtocol(false); },
          {{"exclusiveLock", -1},
           {"varoGetDhcp", 0},
           {"varoUpdateDhcp", -1},
@@ -95,6 +136,10 @@ std::vector<Operation> addressing() {
           {"varoGetRouteByDst", -1},
           {"varoDeleteRoute", -1},
           {"varoAddRoute", -1}}},
+        {"setGatewayWithoutAnOldOne",
+         withoutAddress,
+         [](Network& network) { return network.setGateway(otherGateway); },
+         {{"exclusiveLock", -1}, {"sharedLock", -1}, {"varoAddRoute", -1}}},
         {"setGatewayToNone",
          ordinary,
          [](Network& network) { return network.setGateway(0); },
@@ -119,9 +164,17 @@ std::vector<Operation> addressing() {
          ordinary,
          [](Network& network) { return network.setVendor(true, true); },
          {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
+        {"setVendorOff",
+         ordinary,
+         [](Network& network) { return network.setVendor(false, false); },
+         {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
         {"setOption82",
          ordinary,
          [](Network& network) { return network.setOption82(true, true); },
+         {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
+        {"setOption82Off",
+         ordinary,
+         [](Network& network) { return network.setOption82(true, false); },
          {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
     };
 }
@@ -224,6 +277,10 @@ std::vector<Operation> ipv6() {
          ordinary,
          [](Network& network) { return network.setIPv6Proto(true); },
          {{"sharedLock", -1}, {"varoGetDhcp6", 0}, {"varoUpdateDhcp6", -1}}},
+        {"setIPv6ProtoOff",
+         ordinary,
+         [](Network& network) { return network.setIPv6Proto(false); },
+         {{"sharedLock", -1}, {"varoGetDhcp6", 0}, {"varoUpdateDhcp6", -1}}},
     };
 }
 
@@ -309,6 +366,15 @@ std::vector<Operation> remoteAccess() {
           {"addCondition", 0},
           {"interfaceMngGet", -1},
           {"assignACL", -1}}},
+        {"addRARuleToAnEmptyList",
+         withEmptyList,
+         [](Network& network) { return addRule(network, 0); },
+         {{"exclusiveLock", -1},
+          {"createRule", -1},
+          {"changeRuleSequenceNumber", 0},
+          {"addCondition", 0},
+          {"interfaceMngGet", -1},
+          {"assignACL", -1}}},
         {"addRARule",
          withThreeRules,
          [](Network& network) { return addRule(network, 2); },
@@ -330,6 +396,14 @@ std::vector<Operation> remoteAccess() {
           {"delRuleById", 0},
           {"interfaceMngGet", -1},
           {"assignACL", -1}}},
+        {"removeRARuleOfTheOnlyOne",
+         withOneRule,
+         [](Network& network) { return network.removeRARule(1); },
+         {{"exclusiveLock", -1},
+          {"interfaceMngGet", -1},
+          {"deassignACL", -1},
+          {"delCondition", -1},
+          {"delRuleById", 0}}},
         {"removeRARuleOfAll",
          withThreeRules,
          [](Network& network) { return network.removeRARule(0); },
@@ -381,7 +455,7 @@ const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = [] {
         std::vector<Operation> rows;
         for (const auto& group : {addressing(), vlans(), ipv6(), resolver(), remoteAccess(),
-                                  managementOperations(), lifecycle()}) {
+                                  managementOperations(), boardOperations(), lifecycle()}) {
             rows.insert(rows.end(), group.begin(), group.end());
         }
         return rows;
