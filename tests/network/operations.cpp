@@ -284,70 +284,6 @@ std::vector<Operation> ipv6() {
     };
 }
 
-std::vector<Operation> resolver() {
-    return {
-        {"setDomainname",
-         ordinary,
-         [](Network& network) { return network.setDomainname("a.example"); },
-         {{"exclusiveLock", -1}, {"varoGetDnsWS", 0}, {"varoUpdateDnsWS", -1}}},
-        {"getDomainname",
-         ordinary,
-         [](Network& network) { return network.getDomainname(buffers.texts[0]); },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"getDomainnameWS",
-         ordinary,
-         [](Network& network) {
-             return network.getDomainnameWS(&buffers.number, buffers.texts[0]);
-         },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"setDnsServers",
-         ordinary,
-         [](Network& network) { return network.setDnsServers(1, 2); },
-         {{"exclusiveLock", -1}, {"varoGetDnsWS", 0}, {"varoUpdateDnsWS", -1}}},
-        {"deleteDnsServers",
-         ordinary,
-         [](Network& network) { return network.deleteDnsServers(); },
-         {{"exclusiveLock", -1}, {"varoGetDnsWS", 0}, {"varoUpdateDnsWS", -1}}},
-        {"getDnsServers",
-         ordinary,
-         [](Network& network) {
-             return network.getDnsServers(&buffers.numbers[0], &buffers.numbers[1]);
-         },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"getDnsServersWS",
-         ordinary,
-         [](Network& network) {
-             return network.getDnsServersWS(&buffers.number, &buffers.numbers[0],
-                                            &buffers.numbers[1]);
-         },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"setIPv6Domainname",
-         ordinary,
-         [](Network& network) { return network.setIPv6Domainname("a.example"); },
-         {{"exclusiveLock", -1}, {"varoGetDns6", 0}, {"varoUpdateDns6", -1}}},
-        {"getIPv6Domainname",
-         ordinary,
-         [](Network& network) {
-             return network.getIPv6Domainname(&buffers.number, buffers.texts[0]);
-         },
-         {{"sharedLock", -1}, {"varoGetDns6", -1}}},
-        {"setIPv6DnsServers",
-         ordinary,
-         [](Network& network) { return network.setIPv6DnsServers("::1", "::2"); },
-         {{"exclusiveLock", -1}, {"varoGetDns6", 0}, {"varoUpdateDns6", -1}}},
-        {"deleteIPv6DnsServers",
-         ordinary,
-         [](Network& network) { return network.deleteIPv6DnsServers(); },
-         {{"exclusiveLock", -1}, {"varoGetDns6", 0}, {"varoUpdateDns6", -1}}},
-        {"getIPv6DnsServers",
-         ordinary,
-         [](Network& network) {
-             return network.getIPv6DnsServers(&buffers.number, buffers.texts[0], buffers.texts[1]);
-         },
-         {{"sharedLock", -1}, {"varoGetDns6", -1}}},
-    };
-}
-
 std::vector<Operation> remoteAccess() {
     return {
         {"addRARuleToNoList",
@@ -454,8 +390,9 @@ std::vector<Operation> lifecycle() {
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = [] {
         std::vector<Operation> rows;
-        for (const auto& group : {addressing(), vlans(), ipv6(), resolver(), remoteAccess(),
-                                  managementOperations(), boardOperations(), lifecycle()}) {
+        for (const auto& group :
+             {addressing(), vlans(), ipv6(), resolverOperations(), remoteAccess(),
+              managementOperations(), boardOperations(), lifecycle()}) {
             rows.insert(rows.end(), group.begin(), group.end());
         }
         return rows;

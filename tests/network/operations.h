@@ -38,6 +38,9 @@ struct Operation {
 /// does not end by itself.
 const std::vector<Operation>& operations();
 
+/// The part of them that sets and tells domain and name servers.
+std::vector<Operation> resolverOperations();
+
 /// The part of them that manages the board's servers and its time.
 std::vector<Operation> managementOperations();
 
