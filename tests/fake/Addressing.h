@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace fake {
@@ -24,6 +25,10 @@ struct Addressing {
     varoLib_s_dhcp dhcp{};
     varoLib_s_ipv6 ipv6{};
     varoLib_s_dhcp6 dhcp6{};
+    /// What a failing read leaves behind for the caller.
+    std::optional<varoLib_s_dhcp> dhcpLeftByFailure;
+    std::optional<InterfaceAddress> addressLeftByFailure;
+    std::optional<std::array<unsigned char, 6>> macLeftByFailure;
 };
 
 }  // namespace fake

@@ -106,7 +106,8 @@ public:
     Product product;
 
     // Programs, files and clock.
-    /// By command line: the status, as wait(2) stores it, that system(3) returns; 0 by default.
+    /// By command line: the status, as wait(2) stores it, that system(3) returns; 0 by default. A
+    /// failure of "system" in the script goes first.
     std::map<std::string, int> commandStatus;
     Programs programs;
     /// What time(2) and gettimeofday(2) say, if not the truth.

@@ -37,11 +37,18 @@ std::FILE* streamOf(const std::string& text) {
 
 extern "C" {
 
+/// A scripted failure is that of the shell, which does not come to the command then.
 int __wrap_system(const char* command) {
     Platform& platform = Platform::current();
+    const int failure = platform.script.failureOf("system");
     const auto scripted = platform.commandStatus.find(command);
-    const int status = scripted == platform.commandStatus.end() ? 0 : scripted->second;
+    const int status = failure != 0                               ? failure
+                       : scripted == platform.commandStatus.end() ? 0
+                                                                  : scripted->second;
     platform.journal.write(fmt::format("system({}) -> {}", quoted(command), status));
+    if (failure != 0) {
+        return failure;
+    }
     const auto action = platform.programs.actions.find(command);
     if (action != platform.programs.actions.end()) {
         action->second();
@@ -88,10 +95,14 @@ int __wrap_stat(const char* path, struct stat* status) {
         return __real_stat(path, status);
     }
     Platform& platform = Platform::current();
+    const int scripted = platform.script.failureOf("stat");
     const bool exists = platform.programs.files.contains(path);
-    platform.journal.write(fmt::format("stat({}) -> {}", quoted(path), exists ? "0" : "not there"));
-    if (!exists) {
-        errno = ENOENT;
+    platform.journal.write(fmt::format("stat({}) -> {}", quoted(path),
+                                       scripted != 0 ? fmt::format("errno {}", scripted)
+                                       : exists      ? "0"
+                                                     : "not there"));
+    if (scripted != 0 || !exists) {
+        errno = scripted != 0 ? scripted : ENOENT;
         return -1;
     }
     *status = {};

@@ -144,9 +144,13 @@ int mngConnectCheckVlanProfileUplinkNative(std::uint32_t vlanId) {
                                     std::to_string(vlanId));
 }
 
+/// A feature becomes inactive in between by a failure under the name with its number ("isActive
+/// 5").
 bool isActive(int feature) {
-    return answer("isActive", std::to_string(feature),
-                  Platform::current().shelf.activeFeatures.contains(feature) ? 1 : 0) != 0;
+    Platform& platform = Platform::current();
+    const bool active = platform.script.failureOf(fmt::format("isActive {}", feature)) == 0 &&
+                        platform.shelf.activeFeatures.contains(feature);
+    return answer("isActive", std::to_string(feature), active ? 1 : 0) != 0;
 }
 
 int checkProfileMode() {

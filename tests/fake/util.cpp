@@ -45,11 +45,14 @@ bool isAddress(int family, const std::string& text) {
 
 }  // namespace
 
+/// The scripted failure is the type.
 int CZuUtil::getIpAddrType(const std::string& text) {
     Platform& platform = Platform::current();
+    const int failure = platform.script.failureOf("getIpAddrType");
     const auto scripted = platform.product.addressTypes.find(text);
-    const int type =
-        scripted == platform.product.addressTypes.end() ? typeByForm(text) : scripted->second;
+    const int type = failure != 0                                      ? failure
+                     : scripted == platform.product.addressTypes.end() ? typeByForm(text)
+                                                                       : scripted->second;
     platform.journal.write(fmt::format("getIpAddrType({}) -> {}", quoted(text), type));
     return type;
 }

@@ -63,7 +63,12 @@ int varoGetMyBoardPos(std::uint32_t* position) {
 }
 
 int varoGetDhcp(varoLib_s_dhcp* dhcp) {
-    return read("varoGetDhcp", Platform::current().addressing.dhcp, dhcp);
+    const auto& addressing = Platform::current().addressing;
+    const int status = read("varoGetDhcp", addressing.dhcp, dhcp);
+    if (status != 0 && addressing.dhcpLeftByFailure) {
+        *dhcp = *addressing.dhcpLeftByFailure;
+    }
+    return status;
 }
 
 int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
@@ -110,11 +115,19 @@ int varoGetInterface(varoLib_s_interface* interface) {
     if (found == interfaces.end()) {
         return refuse("varoGetInterface", quoted(interface->name));
     }
-    return Platform::current().call("varoGetInterface", quoted(interface->name), [&] {
-        interface->ipAddr = htonl(found->second.address);
-        interface->netmask = htonl(found->second.netmask);
+    const auto put = [interface](const fake::InterfaceAddress& address) {
+        interface->ipAddr = htonl(address.address);
+        interface->netmask = htonl(address.netmask);
+    };
+    const int status = Platform::current().call("varoGetInterface", quoted(interface->name), [&] {
+        put(found->second);
         return describe(*interface);
     });
+    if (const auto& left = Platform::current().addressing.addressLeftByFailure;
+        status != 0 && left) {
+        put(*left);
+    }
+    return status;
 }
 
 int varoGetIfcMAC(const char* name, unsigned char* mac) {
@@ -123,10 +136,14 @@ int varoGetIfcMAC(const char* name, unsigned char* mac) {
     if (found == macAddresses.end()) {
         return refuse("varoGetIfcMAC", quoted(name));
     }
-    return Platform::current().call("varoGetIfcMAC", quoted(name), [&] {
+    const int status = Platform::current().call("varoGetIfcMAC", quoted(name), [&] {
         std::memcpy(mac, found->second.data(), found->second.size());
         return fmt::format("{:02x}", fmt::join(found->second, ":"));
     });
+    if (const auto& left = Platform::current().addressing.macLeftByFailure; status != 0 && left) {
+        std::memcpy(mac, left->data(), left->size());
+    }
+    return status;
 }
 
 int varoAddRoute(varoLib_s_route* route) {

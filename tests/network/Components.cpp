@@ -163,6 +163,19 @@ TEST_F(ComponentsDeathTest, SystemsVersionIsAppendedOnlyIfTheLineStaysWithin300)
     }
 }
 
+// What the first two questions find out, the third does not: the beginning, and two lines.
+TEST_F(ComponentsDeathTest, ManagersLinesCarryTheSystemsVersionOnlyWhileItIsManaged) {
+    inFreshProcess([&] {
+        platform.shelf.activeFeatures.insert(5);
+        platform.fail("isActive 5", 1, fake::Script::forever, 2);
+        output(requirementsOfActive).text = "olt_manager = 1\nolt_manager = 2\nolt_manager = 3\n";
+        return complaint(sequence(versionRead, ran(listActive), ran(providesActive),
+                                  opened(requirementsOfActive), managed, notManaged, notManaged,
+                                  ended(requirementsOfActive), platformRead),
+                         {"olt_manager = 1 7.3.1", "olt_manager = 2", "olt_manager = 3"});
+    });
+}
+
 TEST_F(ComponentsDeathTest, EmptySystemsVersionIsOneToo) {
     inFreshProcess([&] {
         platform.shelf.activeFeatures.insert(5);
@@ -268,6 +281,8 @@ TEST_F(ComponentsDeathTest, WithoutAPackageThereIsNoPlatform) {
     expectPlatform([&] { platform.fail("popen " + providesPlatform, 12, 1); },
                    {opened(providesPlatform) + " -> errno 12"}, {});
     expectPlatform([&] { output(providesPlatform).text = ""; }, ran(providesPlatform), {});
+    expectPlatform([&] { output(providesPlatform).text = "\nplatform-5-1\n"; },
+                   ran(providesPlatform), {});
     expectPlatform([&] { output(providesPlatform).status = 256; }, ran(providesPlatform, 256), {});
 }
 

@@ -1,88 +1,14 @@
 // Return to factory settings. The component lists and the remote-access rules are reached past
 // their access (-fno-access-control, for this file).
 
-#include "network/EntityTest.h"
+#include "network/DefaultsTest.h"
 #include "network/freshProcess.h"
-#include "network/journals.h"
-#include "network/library.h"
-
-#include <string>
 
 namespace {
 
 using testing::ElementsAreArray;
 
-const std::string ntpFactory = R"({mode=15 {"factory.example" 16 17 18}})";
-const std::string dnsFactory = R"({domain="factory.example" pri=192.0.2.19 sec=192.0.2.20})";
-const std::string dns6Factory =
-    R"({domain="factory6.example" pri="2001:db8::15" sec="2001:db8::16"})";
-
-/// A group of which the factory values are read and written.
-Entries readAndWritten(const std::string& group, const std::string& values) {
-    return {"varoDef" + group + "() -> 0 " + values,
-            "varoUpdate" + group + "(" + values + ") -> 0"};
-}
-
-Entries resolverWritten(const std::string& group, const std::string& values) {
-    return {"varoDef" + group + "(2) -> 0 " + values,
-            "varoUpdate" + group + "(2, " + values + ") -> 0",
-            "varoUpdate" + group + "(1, " + values + ") -> 0"};
-}
-
-/// What the operation does, group by group; of a board on which all works, as it stands here.
-struct Groups {
-    Entries entry = {trace("applyDefaultSettings: Inside function")};
-    Entries timeZone = {
-        R"(varoUpdateSntpTimeZone({name="NONE" offset=0 dst=0 start=3/4/7/200 end=10/5/7/200)"
-        R"( preset=0}) -> 0)"};
-    Entries telnet = {"varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}",
-                      "isActive(12) -> 0",
-                      "varoUpdateTelnetSrv({enabled=1 sessions=11 idle=12}) -> 0"};
-    Entries ssh = readAndWritten("SshSrv", "{enabled=1 port=13}");
-    Entries ftp = readAndWritten("FtpSrv", "{state=1}");
-    Entries managers = readAndWritten("Subag", R"({port=14 {192.0.2.14 "factory trap"}})");
-    Entries communities = readAndWritten("SnmpCommunity", R"({communities {"factory" "ro"}})");
-    Entries system =
-        readAndWritten("SnmpSystem", R"({"factory contact" "factory location" "factory name"})");
-    Entries ntp = {
-        "varoDefNtpHost(2) -> 0 " + ntpFactory, "varoUpdateNtpHost(2, " + ntpFactory + ") -> 0",
-        "isClearConfigInProgress() -> 0", "varoUpdateNtpHost(1, " + ntpFactory + ") -> 0"};
-    Entries question = {"isClearConfigInProgress() -> 0"};
-    Entries dns = resolverWritten("DnsWS", dnsFactory);
-    Entries dns6 = resolverWritten("Dns6", dns6Factory);
-    Entries acs = {"varoDefAcs({enabled=0 source=2}, 2) -> 0 {enabled=1 source=23}",
-                   "isActive(12) -> 0", "varoUpdateAcs({enabled=1 source=2}, 2) -> 0",
-                   "varoUpdateAcs({enabled=1 source=1}, 1) -> 0"};
-    Entries webServer = {R"(isFeatureSupported("httpserver") -> 0)"};
-
-    Entries all() const {
-        return sequence(entry, timeZone, telnet, ssh, ftp, managers, communities, system, ntp,
-                        question, dns, dns6, acs, webServer);
-    }
-};
-
-std::string failed(const std::string& call, int code) {
-    return error("applyDefaultSettings: " + call +
-                 " has failed! Return value: " + std::to_string(code));
-}
-
-/// The entry of a call that works, made to fail.
-std::string failing(std::string entry, int code) {
-    const std::string worked = ") -> 0";
-    entry.resize(entry.find(worked));
-    return entry + ") -> " + std::to_string(code);
-}
-
-class Defaults : public EntityTest {
-protected:
-    Defaults() { logEverything(); }
-
-    /// The component lists are read once in the life of a process, which is looked at elsewhere.
-    void readComponents() {
-        entity().initVersComp();
-        journal();
-    }
-};
+using Defaults = DefaultsTest;
 
 TEST_F(Defaults, AllGroupsAreWrittenInTheirOrder) {
     readComponents();
@@ -142,16 +68,6 @@ TEST_F(Defaults, CordProfileSwitchesTelnetAndTheAutoConfigurationClientOff) {
 
 // Clear-configuration.
 
-Groups groupsOfClearConfig() {
-    Groups groups;
-    groups.ntp = {"varoDefNtpHost(2) -> 0 " + ntpFactory,
-                  "varoUpdateNtpHost(2, " + ntpFactory + ") -> 0",
-                  "isClearConfigInProgress() -> 1"};
-    groups.question = {"isClearConfigInProgress() -> 1"};
-    groups.dns = groups.dns6 = groups.acs = groups.webServer = {};
-    return groups;
-}
-
 TEST_F(Defaults, ClearConfigurationForgetsTheRemoteAccessRulesInstead) {
     readComponents();
     platform.product.isClearConfigInProgress = true;
@@ -167,6 +83,19 @@ TEST_F(Defaults, ClearConfigurationForgetsTheRemoteAccessRulesInstead) {
     EXPECT_EQ(entity().ruleIdx, 0U);
     EXPECT_EQ(entity().aclInitialized, 0U);
     EXPECT_EQ(entity().aclAssigned, 0U);
+}
+
+TEST_F(Defaults, ClearConfigurationSwitchesTelnetOffInTheCordProfileToo) {
+    readComponents();
+    platform.product.isClearConfigInProgress = true;
+    platform.product.supportedFeatures.insert("httpserver");
+    platform.shelf.activeFeatures.insert(12);
+    EXPECT_EQ(entity().applyDefaultSettings(), 1);
+    Groups groups = groupsOfClearConfig();
+    groups.telnet = {"varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}", "isActive(12) -> 1",
+                     trace("applyDefaultSettings: default telnet state set to false for CORD : 0"),
+                     "varoUpdateTelnetSrv({enabled=0 sessions=11 idle=12}) -> 0"};
+    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
 }
 
 TEST_F(Defaults, OtherwiseTheRemoteAccessRulesStay) {
@@ -335,69 +264,6 @@ TEST_F(Defaults, EverythingFailingIsReportedGroupByGroup) {
         group = {failing(group[0], 9), failed(name, 9)};
     }
     EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
-}
-
-// The web server.
-
-std::string ran(const std::string& command) { return "system(\"" + command + "\") -> 0"; }
-
-TEST_F(Defaults, WebServerIsSwitchedOnWhereThereIsOne) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
-    testing::internal::CaptureStdout();
-    journal();
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    const Entries entries = journal();
-    testing::internal::GetCapturedStdout();
-    journal();
-    Groups groups;
-    groups.webServer =
-        sequence(R"(isFeatureSupported("httpserver") -> 1)",
-                 exclusively(ran("mkdir -p " + eventServerDirectory + " &>/dev/null"),
-                             ran(eventServerStart), ran(apacheStart),
-                             ran("/opt/kalvor/neroot/active/web_em/bin/hassesMsg &"), "sleep(1)",
-                             ran("killall  -s CONT /opt/kalvor/neroot/active/web_em/bin/hassesMsg"),
-                             "pthread_create() -> 0"));
-    EXPECT_THAT(entries, ElementsAreArray(groups.all()));
-    bool on = false;
-    EXPECT_EQ(entity().networkHttpGet(on), 0);
-    EXPECT_TRUE(on);
-    journal();
-}
-
-std::string webServerFailed(int statusOfGroupBefore) {
-    return error("applyDefaultSettings: networkHttpServerSet 1 has failed! Return value: " +
-                 std::to_string(statusOfGroupBefore));
-}
-
-TEST_F(Defaults, WebServerThatCannotBeSwitchedOnIsReportedAndDoesNotCount) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
-    platform.fail("exclusiveLock", 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    Groups groups;
-    groups.webServer = sequence(R"(isFeatureSupported("httpserver") -> 1)",
-                                refused("exclusiveLock"), webServerFailed(0));
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
-}
-
-// The message gives the status of the last call for the group before.
-
-TEST_F(Defaults, WebServersMessageGivesTheLastStatusOfTheAutoConfigurationClient) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
-    platform.fail("exclusiveLock", 1);
-    platform.fail("varoUpdateAcs", 44, 1, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
-    EXPECT_EQ(journal().back(), webServerFailed(44));
-
-    platform.fail("varoUpdateAcs", 45, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
-    EXPECT_EQ(journal().back(), webServerFailed(0));
-
-    platform.fail("varoDefAcs", 46);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
-    EXPECT_EQ(journal().back(), webServerFailed(46));
 }
 
 }  // namespace

@@ -145,6 +145,16 @@ TEST_F(DhcpOptions, Option82DoesNotUseItsFirstArgument) {
     journal();
 }
 
+TEST_F(DhcpOptions, Option82IsSwitchedOnByAnyNumberButZero) {
+    for (const int on : {1, 2, -1, 256}) {
+        record().option82Enabled = 0;
+        EXPECT_EQ(networkSetOption82(0, on), 0);
+        EXPECT_EQ(record().option82Enabled, 1U) << on;
+        EXPECT_STREQ(record().circuitId, "VANTORIX:3 eth 5:1:");
+    }
+    journal();
+}
+
 TEST_F(DhcpOptions, Option82IsWrittenThoughTheRecordCannotBeRead) {
     platform.fail("varoGetDhcp", 5);
     EXPECT_EQ(networkSetOption82(1, 1), 0);
@@ -247,6 +257,25 @@ TEST_F(DhcpOptions, Option82IsWrittenAnewWhenItIsOn) {
                 read, R"(getShelfId() -> "3")",
                 R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
                 trace("setOption82: return value: 0")))));
+}
+
+// Whether it is on was read before; what is written with it starts from nothing then.
+TEST_F(DhcpOptions, Option82IsWrittenAnewThoughTheRecordCannotBeReadAgain) {
+    record().option82Enabled = 7;
+    record().dhcpEnabled = 1;
+    record().vendorClassEnabled = 1;
+    platform.fail("varoGetDhcp", 5, 1, 1);
+    entity().dhcpCehckBeforeSetOption82(nullptr);
+    EXPECT_THAT(
+        journal(),
+        ElementsAreArray(sequence(
+            R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
+            exclusively(
+                "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+                trace("setOption82: return value: 0")))));
+    EXPECT_EQ(record().dhcpEnabled, 0U);
+    EXPECT_EQ(record().vendorClassEnabled, 0U);
 }
 
 TEST_F(DhcpOptions, Option82IsNotWrittenWhenItIsOff) {

@@ -22,8 +22,20 @@ namespace {
 constexpr int failure = 42;
 
 /// Answers that are values and no status.
-const std::set<std::string> queries = {"checkProfileMode", "defConnectGetDefModeNative",
-                                       "defConnectGetDefVid", "isActive"};
+const std::set<std::string> queries = {"checkProfileMode",        "defConnectGetDefModeNative",
+                                       "defConnectGetDefVid",     "isActive",
+                                       "isClearConfigInProgress", "isFeatureSupported"};
+
+/// Calls that answer 1 when all is well.
+const std::set<std::string> checks = {"checkIpHostname", "checkIpv4Addr", "checkIpv6Addr"};
+
+/// A call that answers with what it found; only the failure is nothing that it can find.
+constexpr const char* classification = "getIpAddrType";
+
+/// Calls that report a failure by -1 and errno, and may return any number otherwise.
+const std::set<std::string> errnoCalls = {"close",        "ioctl",        "sem_close",
+                                          "sem_open",     "sem_getvalue", "sem_trywait",
+                                          "settimeofday", "socket",       "stat"};
 
 /// A call of a journal that can be made to fail.
 struct Call {
@@ -39,7 +51,36 @@ bool isOrdinary(const std::string& entry) {
 }
 
 /// What an entry says behind the call's arguments.
-std::size_t resultOf(const std::string& entry) { return entry.find(") -> "); }
+std::size_t placeOfResult(const std::string& entry) { return entry.find(") -> "); }
+
+std::string functionOf(const std::string& entry) { return entry.substr(0, entry.find('(')); }
+
+/// What a call fails under: its function's name, and the kind of request where there are several.
+std::string nameOf(const std::string& entry) {
+    const std::string function = functionOf(entry);
+    if (function != "ioctl") {
+        return function;
+    }
+    const std::size_t request = entry.find(", ") + 2;
+    return function + " " + entry.substr(request, entry.find(", ", request) - request);
+}
+
+bool hasWorked(const std::string& entry) {
+    const std::string function = functionOf(entry);
+    const std::string result = entry.substr(placeOfResult(entry));
+    if (errnoCalls.contains(function)) {
+        return result != ") -> not there" && !result.starts_with(") -> errno ");
+    }
+    if (checks.contains(function)) {
+        return result == ") -> 1";
+    }
+    return function == classification || result == ") -> 0" || result.starts_with(") -> 0 ");
+}
+
+/// Whether a call takes its place in the script even if the board refuses it by itself.
+bool isAlwaysCounted(const std::string& function) {
+    return errnoCalls.contains(function) || checks.contains(function) || function == "system";
+}
 
 /// The calls that worked. One that the board refused by itself does not count.
 std::vector<Call> callsThatWorked(const Entries& journal) {
@@ -49,11 +90,14 @@ std::vector<Call> callsThatWorked(const Entries& journal) {
         const std::string& entry = journal[place];
         std::string name = entry;
         if (!isLock(entry)) {
-            const std::size_t result = resultOf(entry);
-            name = entry.substr(0, entry.find('('));
-            if (!isOrdinary(entry) || result == std::string::npos || queries.contains(name) ||
-                (entry.substr(result) != ") -> 0" &&
-                 !entry.substr(result).starts_with(") -> 0 "))) {
+            const std::string function = functionOf(entry);
+            if (!isOrdinary(entry) || placeOfResult(entry) == std::string::npos ||
+                queries.contains(function)) {
+                continue;
+            }
+            name = nameOf(entry);
+            if (!hasWorked(entry)) {
+                counts[name] += isAlwaysCounted(function) ? 1 : 0;
                 continue;
             }
         }
@@ -64,8 +108,16 @@ std::vector<Call> callsThatWorked(const Entries& journal) {
 
 /// The entry of the same call when it fails.
 std::string failed(const std::string& entry) {
-    return isLock(entry) ? entry + " -> refused"
-                         : entry.substr(0, resultOf(entry)) + ") -> " + std::to_string(failure);
+    if (isLock(entry)) {
+        return entry + " -> refused";
+    }
+    const std::string function = functionOf(entry);
+    const std::string call = entry.substr(0, placeOfResult(entry));
+    if (checks.contains(function)) {
+        return call + ") -> 0";
+    }
+    return call + (errnoCalls.contains(function) ? ") -> errno " : ") -> ") +
+           std::to_string(failure);
 }
 
 class FailureSweep : public EntityTest, public testing::WithParamInterface<Operation> {

@@ -9,7 +9,6 @@
 #include "network/fixedFiles.h"
 #include "network/journals.h"
 
-#include <algorithm>
 #include <limits>
 #include <string>
 
@@ -276,6 +275,82 @@ TEST_F(Inventory, PlaceThatIsNullIsReported) {
     EXPECT_THAT(journal(), ElementsAre(error("parseSoftwareInfo failed! data arg is NULL.")));
 }
 
+const std::string outputUnopened =
+    error("parseSoftwareInfo failed! File (/tmp/version.data.tmp) can't be open");
+
+/// A pipeline leaves no output.
+Entries withoutOutput(const std::string& command) {
+    return {ran(command + toOutput), outputUnopened, ran(removeOutput)};
+}
+/// A tool program leaves none.
+Entries toolWithoutOutput(const std::string& path) {
+    return sequence("stat(\"" + path + "\") -> 0", withoutOutput(path));
+}
+
+TEST_F(Inventory, TextsWhoseOutputCannotBeOpenedAreReportedAndNotAvailable) {
+    platform.programs.actions.clear();
+    for (const std::string& path : {productVersion, buildDirectory, buildTime, upgradeVersion}) {
+        platform.programs.files.insert(path);
+    }
+    EXPECT_EQ(getSWData(), 0);
+    EXPECT_THAT(contents(), testing::Each("n/a"));
+    EXPECT_THAT(journal(), ElementsAreArray(sharing(
+                               toolWithoutOutput(productVersion), toolWithoutOutput(buildDirectory),
+                               toolWithoutOutput(buildTime), toolWithoutOutput(upgradeVersion),
+                               withoutOutput(packageRelease), withoutOutput(packageReleaseByName),
+                               withoutOutput(osRelease), withoutOutput(osDescription),
+                               missing("/etc/zu_fs_version"), ran(versionOfFile),
+                               withoutOutput(bootLoader), withoutOutput(recovery))));
+    EXPECT_FALSE(files.areThere());
+}
+
+// Places that are null. Nothing is run for them.
+
+const std::string noPlace = error("parseSoftwareInfo failed! data arg is NULL.");
+const std::string noPlaceForFileSystem =
+    error("getSWData failed! One of input args is NULL. fileSystem: (nil)");
+
+TEST_F(Inventory, PlacesThatAreNullAreReportedEach) {
+    EXPECT_EQ(networkGetSWData(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                               nullptr, nullptr),
+              0);
+    EXPECT_THAT(journal(),
+                ElementsAreArray(sharing(noPlace, noPlace, noPlace, noPlace, noPlace, noPlace,
+                                         noPlaceForFileSystem, noPlace, noPlace)));
+}
+
+TEST_F(Inventory, PlacesBesideThoseThatAreNullAreFilled) {
+    install(buildDirectory, "/build/R7.3\n");
+    says(osRelease, "Board Linux 3\n");
+    EXPECT_EQ(networkGetSWData(nullptr, texts[1].text, nullptr, texts[3].text, nullptr,
+                               texts[5].text, nullptr, texts[7].text, nullptr),
+              0);
+    EXPECT_EQ(texts[1].content(), "/build/R7.3");
+    EXPECT_EQ(texts[3].content(), "n/a");
+    EXPECT_EQ(texts[5].content(), "Board Linux 3");
+    EXPECT_EQ(texts[7].content(), "n/a");
+    EXPECT_THAT(journal(),
+                ElementsAreArray(sharing(noPlace, tool(buildDirectory), noPlace,
+                                         missing(upgradeVersion), noPlace, pipeline(osRelease),
+                                         noPlaceForFileSystem, pipeline(bootLoader), noPlace)));
+}
+
+TEST_F(Inventory, PlacesOfThePackageThatAreNullAreReportedEach) {
+    const std::string noName =
+        error("getPackageData failed! One of input args is NULL. name: (nil)");
+    EXPECT_EQ(networkGetPackageData(nullptr, nullptr), 0);
+    EXPECT_THAT(journal(), ElementsAreArray(sharing(noPlace, noName)));
+
+    EXPECT_EQ(networkGetPackageData(texts[0].text, nullptr), 0);
+    EXPECT_EQ(texts[0].content(), "VANTORIX MSAN");
+    EXPECT_THAT(journal(), ElementsAreArray(sharing(noPlace)));
+
+    install(packageVersion, "7.3\n");
+    EXPECT_EQ(networkGetPackageData(nullptr, texts[1].text), 0);
+    EXPECT_EQ(texts[1].content(), "7.3");
+    EXPECT_THAT(journal(), ElementsAreArray(sharing(tool(packageVersion), noName)));
+}
+
 // Package.
 
 TEST_F(Inventory, PackageHasItsBannerWhateverItsVersion) {
@@ -293,89 +368,6 @@ TEST_F(Inventory, PackageHasItsBannerWhateverItsVersion) {
     EXPECT_TRUE(name.isIntactBehind());
     EXPECT_TRUE(version.isIntactBehind());
     EXPECT_THAT(journal(), ElementsAreArray(sharing(tool(packageVersion))));
-}
-
-// Component lists, as they are read.
-
-class ComponentLines : public EntityTest {
-protected:
-    ComponentLines() {
-        entity().applicationLines = {"a = 1", "b = 2", "c = 3", "", "e = 5"};
-        entity().platformLines = {"p = 1"};
-    }
-
-    using Read = int (*)(char*, int*);
-    /// What a client gets that walks from the start.
-    static std::vector<std::string> walk(Read read) {
-        std::vector<std::string> lines;
-        for (int index = 0; index != -1;) {
-            const int asked = index;
-            Buffer<100> line;
-            EXPECT_EQ(read(line.text, &index), 0);
-            if (index != -1) {
-                EXPECT_EQ(index, asked + 1);
-                lines.push_back(line.content());
-            } else {
-                EXPECT_TRUE(line.isUntouched());
-            }
-            EXPECT_TRUE(line.isIntactBehind());
-        }
-        return lines;
-    }
-};
-
-TEST_F(ComponentLines, AreWalkedByTheIndex) {
-    EXPECT_THAT(walk(networkGetVersionLineApl),
-                ElementsAre("a = 1", "b = 2", "c = 3", "", "e = 5"));
-    EXPECT_THAT(walk(networkGetVersionLinePlat), ElementsAre("p = 1"));
-    entity().platformLines.clear();
-    EXPECT_THAT(walk(networkGetVersionLinePlat), ElementsAre());
-    journal();
-}
-
-TEST_F(ComponentLines, IndexOutsideTheListIsItsEnd) {
-    for (const int asked :
-         {5, 6, -1, -3, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
-        int index = asked;
-        Buffer<100> line;
-        EXPECT_EQ(networkGetVersionLineApl(line.text, &index), 0);
-        EXPECT_EQ(index, -1);
-        EXPECT_TRUE(line.isUntouched());
-        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
-    }
-}
-
-TEST_F(ComponentLines, LineThatIsNullEndsTheWalkAsAFailure) {
-    for (const auto read : {networkGetVersionLineApl, networkGetVersionLinePlat}) {
-        int index = 0;
-        EXPECT_EQ(read(nullptr, &index), -1);
-        EXPECT_EQ(index, -1);
-        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
-    }
-}
-
-TEST_F(ComponentLines, RefusedLockLeavesLineAndIndexAlone) {
-    platform.fail("sharedLock", 1);
-    for (const auto read : {networkGetVersionLineApl, networkGetVersionLinePlat}) {
-        int index = 0;
-        Buffer<100> line;
-        EXPECT_EQ(read(line.text, &index), -1);
-        EXPECT_EQ(index, 0);
-        EXPECT_TRUE(line.isUntouched());
-        EXPECT_THAT(journal(), refusedLock("sharedLock"));
-    }
-}
-
-TEST_F(ComponentLines, LongLinesAreCutTo99) {
-    for (const std::size_t length : {98U, 99U, 100U, 300U}) {
-        entity().applicationLines = {std::string(length, 'x')};
-        entity().platformLines = {std::string(length, 'y')};
-        EXPECT_THAT(walk(networkGetVersionLineApl),
-                    ElementsAre(std::string(std::min<std::size_t>(length, 99), 'x')));
-        EXPECT_THAT(walk(networkGetVersionLinePlat),
-                    ElementsAre(std::string(std::min<std::size_t>(length, 99), 'y')));
-    }
-    journal();
 }
 
 }  // namespace

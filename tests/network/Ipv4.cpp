@@ -224,6 +224,39 @@ TEST_F(Ipv4Address, AddressThatCannotBeAttachedLeavesTheInterfaceWithoutOne) {
     EXPECT_EQ(entity().currentIpAddr, 0U);
 }
 
+TEST_F(Ipv4Address, FirstAddressThatCannotBeAttachedLeavesNone) {
+    loseAddress();
+    subscribe("a", true);
+    platform.fail("varoAttachIpToIntf", 8);
+    EXPECT_EQ(networkSetIp(newAddress, mask), -1);
+    EXPECT_THAT(journal(),
+                ElementsAreArray(exclusively(
+                    infoRead(noAddressRead), dhcpOff, noGatewayRead, "a is asked about 3325256714",
+                    portNamed, R"(varoAttachIpToIntf({198.51.100.10/255.255.255.0 "mng0"}) -> 8)",
+                    error("setIp: faild to attach new ip address!"))));
+    EXPECT_EQ(info().ipAddr, 0U);
+    EXPECT_EQ(entity().currentIpAddr, 0U);
+}
+
+TEST_F(Ipv4Address, FirstAddressIsNotAttachedWithoutAPort) {
+    loseAddress();
+    platform.fail("interfaceMngGet", 9, 1, 1);
+    EXPECT_EQ(networkSetIp(newAddress, mask), -1);
+    EXPECT_THAT(journal(),
+                ElementsAreArray(exclusively(infoRead(noAddressRead), dhcpOff, noGatewayRead,
+                                             "interfaceMngGet() -> 9",
+                                             error("setIp: faild to attach new ip address!"))));
+}
+
+TEST_F(Ipv4Address, AddressThatCannotBeAttachedIsNotTheOneThatIsRemembered) {
+    ASSERT_EQ(networkSetIp(newAddress, mask), 0);
+    platform.fail("varoAttachIpToIntf", 8);
+    EXPECT_EQ(networkSetIp(newAddress + 1, mask), -1);
+    journal();
+    EXPECT_EQ(info().ipAddr, 0U);
+    EXPECT_EQ(entity().currentIpAddr, newAddress);
+}
+
 TEST_F(Ipv4Address, AddressIsNotAttachedWithoutAPort) {
     platform.fail("interfaceMngGet", 9, 1, 2);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);

@@ -16,17 +16,6 @@ protected:
     }
 };
 
-std::string asked(const std::string& index) {
-    return trace("removeRARule: sequenceNumber=" + index);
-}
-
-/// A rule of the bridge goes.
-Entries gone(const std::string& id) {
-    return {trace("removeRARule: ruleId=" + id + "."),
-            R"(delCondition("RA_mng0", )" + id + ", 1) -> 0",
-            R"(delRuleById("RA_mng0", )" + id + ") -> 0"};
-}
-
 TEST_F(RemoteAccessRemoval, RuleInTheMiddleGoesAndTheRestMovesUp) {
     addRules(4);
     EXPECT_EQ(networkRemoveRARule(2), 0);

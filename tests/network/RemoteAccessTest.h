@@ -61,3 +61,34 @@ inline const Entries unbound = {trace("deassignNetworkAcl: aclAssigned=1"), port
                                 trace("deassignACL ok.")};
 /// There is nothing to take off.
 inline const Entries wasUnbound = {trace("deassignNetworkAcl: aclAssigned=0")};
+
+/// The list is about to be created.
+inline const Entries listNamed = {trace("initNetworkAcl: aclInitialized=0"), portFound,
+                                  R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
+                                  trace("initNetworkAcl: aclNameStr: RA_mng0.")};
+
+/// What is said of 192.0.2.7 with the mask 255.255.255.0.
+inline const Entries ruleCorrected = {
+    trace("addRARule: before ip and mask correction mask=0xffffff00, ip=0xc0000207"),
+    trace("correctNetmask: before negation mask=0xffffff00"),
+    trace("correctNetmask: after negation mask=0xff"),
+    trace("addRARule: used parameters: mask=0xff, ip=0xc0000200")};
+inline const std::string listStands = trace("initNetworkAcl: aclInitialized=1");
+inline const std::string appended = trace("addRARule: sequenceNumber=0");
+inline const std::string catchAllMoved = R"(changeRuleSequenceNumber("RA_mng0", 101, 201) -> 0)";
+
+inline int addOwnNetwork(unsigned int index) {
+    return networkAddRARule(0xc0000207, 0xffffff00, 1, index);
+}
+
+/// A removal has come to the list.
+inline std::string asked(const std::string& index) {
+    return trace("removeRARule: sequenceNumber=" + index);
+}
+
+/// A rule of the bridge goes.
+inline Entries gone(const std::string& id) {
+    return {trace("removeRARule: ruleId=" + id + "."),
+            R"(delCondition("RA_mng0", )" + id + ", 1) -> 0",
+            R"(delRuleById("RA_mng0", )" + id + ") -> 0"};
+}

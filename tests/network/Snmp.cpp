@@ -192,6 +192,15 @@ TEST_F(Snmp, CommunityIsAddedChangedAndRemoved) {
     EXPECT_STREQ(platform.snmp.communities.communities[0].name, "");
 }
 
+TEST_F(Snmp, CommunityIsAddedByAnyNumberButZero) {
+    for (const int add : {1, 2, -1, 256}) {
+        platform.snmp.communities = {};
+        EXPECT_EQ(networkSnmpCommunityAdd("public", rpcSnmpCommunityReadOnly, add), 0) << add;
+        EXPECT_THAT(journal(),
+                    ElementsAreArray(sharing(R"(varoAddSnmpCommunity("public", 1) -> 0)")));
+    }
+}
+
 TEST_F(Snmp, CommunitysAccessGoesToTheLibraryWhateverItIs) {
     platform.snmp.communities.communities[0] = {"public", "ro"};
     for (int access = -2; access <= 4; ++access) {

@@ -198,6 +198,28 @@ TEST_F(Sntp, HostsOfAKnownKindThatAreNotValidHaveTheirOwnCode) {
     }
 }
 
+TEST_F(Sntp, HostThatIsNotValidBehindOthersKeepsTheirTypes) {
+    rpcSntpConfigHost config{};
+    put(config.servers[0].host, "2001:db8::1");
+    put(config.servers[1].host, "ntp.example");
+    put(config.servers[2].host, "192.0.2.256");
+    put(config.servers[3].host, "192.0.2.1");
+    for (rpcSntpSrvHost& server : config.servers) {
+        server.addressType = 99;
+    }
+    EXPECT_EQ(networkUpdateSntpConfigHost(&config), -6);
+    EXPECT_THAT(
+        journal(),
+        ElementsAreArray(sharing(
+            R"(getIpAddrType("2001:db8::1") -> 2)", R"(checkIpv6Addr("2001:db8::1") -> 1)",
+            R"(getIpAddrType("ntp.example") -> 3)", R"(checkIpHostname("ntp.example") -> 1)",
+            R"(getIpAddrType("192.0.2.256") -> 1)", R"(checkIpv4Addr("192.0.2.256") -> 0)")));
+    EXPECT_EQ(config.servers[0].addressType, 2);
+    EXPECT_EQ(config.servers[1].addressType, 0);
+    EXPECT_EQ(config.servers[2].addressType, 99);
+    EXPECT_EQ(config.servers[3].addressType, 99);
+}
+
 TEST_F(Sntp, HostTextMayFillItsField) {
     rpcSntpConfigHost config{};
     std::memset(config.servers[0].host, 'h', sizeof config.servers[0].host);

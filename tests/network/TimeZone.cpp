@@ -118,12 +118,14 @@ TEST_F(TimeZone, NamesThatAreNullAreReportedBeforeTheLibraryIsCalled) {
                 error("setSntpTimezone failed! One of input args is NULL. linuxName: (nil)")))));
 }
 
-/// A setter of the time zone, and what it makes of a record that is all zero.
+/// A setter of the time zone, and what it makes of a record that is all zero, and of the one that
+/// is stored.
 struct Setter {
     std::string name;
     std::string update;
     int (*call)();
     std::string written;
+    std::string changed;
 };
 
 class TimeZoneSetter : public TimeZone, public testing::WithParamInterface<Setter> {};
@@ -161,25 +163,46 @@ TEST_P(TimeZoneSetter, ReportsAFailedWrite) {
             error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6"))));
 }
 
+TEST_P(TimeZoneSetter, ReportsAFailedWriteOfTheRecordThatWasRead) {
+    platform.fail(GetParam().update, -6);
+    EXPECT_EQ(GetParam().call(), -1);
+    EXPECT_THAT(
+        journal(),
+        ElementsAreArray(exclusively(
+            zoneRead, GetParam().update + "(" + GetParam().changed + ") -> -6",
+            error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6"))));
+    EXPECT_EQ(std::memcmp(&platform.time.zone, &stored, sizeof stored), 0);
+}
+
 const std::string whole = "varoUpdateSntpTimeZone";
 
 INSTANTIATE_TEST_SUITE_P(
     Setters, TimeZoneSetter,
     testing::Values(Setter{"setTimezoneName", "varoUpdateSntpTimeZoneAlt",
                            [] { return networkSetTimezoneName("UTC"); },
-                           R"({name="UTC" offset=0 dst=0 start=0/0/0/0 end=0/0/0/0 preset=0})"},
+                           R"({name="UTC" offset=0 dst=0 start=0/0/0/0 end=0/0/0/0 preset=0})",
+                           R"({name="UTC" offset=60 dst=30)"
+                           R"( start=3/5/7/200 end=10/5/7/300 preset=1})"},
                     Setter{"setSntpTimezone", whole,
                            [] { return networkSetSntpTimezone(90, "UTC"); },
-                           R"({name="UTC" offset=90 dst=0 start=0/0/0/0 end=0/0/0/0 preset=0})"},
+                           R"({name="UTC" offset=90 dst=0 start=0/0/0/0 end=0/0/0/0 preset=0})",
+                           R"({name="UTC" offset=90 dst=30)"
+                           R"( start=3/5/7/200 end=10/5/7/300 preset=1})"},
                     Setter{"setSntpTimezoneDstStart", whole,
                            [] { return networkSetSntpTimezoneDstStart(1, 2, 3, 4); },
-                           R"({name="" offset=0 dst=0 start=1/2/3/4 end=0/0/0/0 preset=0})"},
+                           R"({name="" offset=0 dst=0 start=1/2/3/4 end=0/0/0/0 preset=0})",
+                           R"({name="Europe/Vaduz" offset=60 dst=30)"
+                           R"( start=1/2/3/4 end=10/5/7/300 preset=1})"},
                     Setter{"setSntpTimezoneDstEnd", whole,
                            [] { return networkSetSntpTimezoneDstEnd(1, 2, 3, 4); },
-                           R"({name="" offset=0 dst=0 start=0/0/0/0 end=1/2/3/4 preset=0})"},
+                           R"({name="" offset=0 dst=0 start=0/0/0/0 end=1/2/3/4 preset=0})",
+                           R"({name="Europe/Vaduz" offset=60 dst=30)"
+                           R"( start=3/5/7/200 end=1/2/3/4 preset=1})"},
                     Setter{"setSntpTimezoneDstOffset", whole,
-                           [] { return networkSetSntpTimezoneDstOffset(30); },
-                           R"({name="" offset=0 dst=30 start=0/0/0/0 end=0/0/0/0 preset=0})"}),
+                           [] { return networkSetSntpTimezoneDstOffset(45); },
+                           R"({name="" offset=0 dst=45 start=0/0/0/0 end=0/0/0/0 preset=0})",
+                           R"({name="Europe/Vaduz" offset=60 dst=45)"
+                           R"( start=3/5/7/200 end=10/5/7/300 preset=1})"}),
     [](const auto& setter) { return setter.param.name; });
 
 TEST_F(TimeZone, LongNamesAreCutTo199AndReadCutTo99) {

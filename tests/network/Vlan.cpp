@@ -1,57 +1,12 @@
-// Management VLAN and default VLAN.
+// Management VLAN.
 
-#include "network/EntityTest.h"
-#include "network/buffers.h"
-#include "network/exports.h"
-#include "network/journals.h"
-
-#include <string>
+#include "network/VlanTest.h"
 
 namespace {
 
 using testing::ElementsAreArray;
 
-constexpr int cordProfile = 12;
-
-const std::string noProfile = "checkProfileMode() -> 0";
-const std::string profile = "checkProfileMode() -> 1";
-const std::string looksUp = trace("setVlan: checking VLAN database");
-const std::string option82Off =
-    R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=0 circuitId=""})";
-const std::string securityRefreshed = "updateMngStaticEntry() -> 0";
-
-/// The port leaves a VLAN.
-Entries left(const std::string& vlan) {
-    return {trace("setVlan: trying to deleted mng port from vlan: " + vlan),
-            "interfaceMngGet() -> 0 1", trace("setVlan: mng port id is: 1"),
-            "zuvlanDelMembership(" + vlan + ", 1) -> 0",
-            trace("setVlan: mng port (1): deleted from vlan: 0")};
-}
-
-/// The port enters a VLAN: by its 16 bits, and told by its id.
-Entries entered(const std::string& tag, const std::string& vlan) {
-    return {"zuvlanAddMembership(" + tag + ", 1) -> 0",
-            trace("setVlan: mng port (1): added to vlan: " + vlan),
-            "zuvlanSetPvid(" + tag + ", 1) -> 0",
-            trace("setVlan: mng port (1): Pvid set to: " + vlan)};
-}
-
-class Vlan : public EntityTest {
-protected:
-    Vlan() {
-        platform.shelf.vlans[100];
-        logEverything();
-    }
-
-    /// The management VLAN as callers see it.
-    unsigned int managementVlan() {
-        Network::NetworkInfo info{};
-        EXPECT_EQ(entity().getNetworkInfo(&info), 0);
-        journal();
-        return info.mngVlanId;
-    }
-    bool isMember(std::uint32_t vlan) { return platform.shelf.vlans[vlan].contains(1); }
-};
+using Vlan = VlanTest;
 
 TEST_F(Vlan, PortIsMoved) {
     EXPECT_EQ(networkSetVlan(100), 0);
@@ -115,13 +70,47 @@ TEST_F(Vlan, MoveWritesTheNewVlanIntoOption82) {
             noProfile, securityRefreshed)));
 }
 
-TEST_F(Vlan, MoveSucceedsThoughOption82CannotBeWritten) {
-    platform.addressing.dhcp.option82Enabled = 1;
+/// Option 82 is on, in profile mode.
+class VlanInOption82 : public VlanTest {
+protected:
+    VlanInOption82() {
+        platform.shelf.isInProfileMode = true;
+        platform.addressing.dhcp.option82Enabled = 1;
+    }
+
+    /// The move succeeds, whatever becomes of option 82.
+    void expectMove(const Entries& option82) {
+        EXPECT_EQ(networkSetVlan(100), 0);
+        EXPECT_THAT(journal(),
+                    ElementsAreArray(exclusively(
+                        profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0", looksUp,
+                        "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"), option82,
+                        profile, "vlanMngWrite(100) -> 0", securityRefreshed)));
+        EXPECT_EQ(managementVlan(), 100U);
+        EXPECT_EQ(platform.shelf.persistedManagementVlan, 100U);
+    }
+
+    const std::string read =
+        R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})";
+    const std::string written =
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:100:"}))";
+};
+
+TEST_F(VlanInOption82, IsNotWrittenAndTheMoveSucceeds) {
     platform.fail("varoUpdateDhcp", 6);
-    EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(journal(),
-                testing::IsSupersetOf({trace("setOption82: return value: 6"), securityRefreshed}));
-    EXPECT_EQ(managementVlan(), 100U);
+    expectMove(sequence(read, exclusively(read, R"(getShelfId() -> "3")", written + " -> 6",
+                                          trace("setOption82: return value: 6"))));
+    EXPECT_STREQ(platform.addressing.dhcp.circuitId, "");
+}
+
+TEST_F(VlanInOption82, IsNotWrittenUnderARefusedLockAndTheMoveSucceeds) {
+    platform.fail("exclusiveLock", 1, 1, 1);
+    expectMove(sequence(read, refused("exclusiveLock")));
+}
+
+TEST_F(VlanInOption82, IsNotWrittenOverARecordThatCannotBeReadAndTheMoveSucceeds) {
+    platform.fail("varoGetDhcp", 5, 1);
+    expectMove({"varoGetDhcp() -> 5"});
 }
 
 TEST_F(Vlan, ZeroIsNoVlan) {
@@ -302,150 +291,6 @@ TEST_F(Vlan, LargestNumberIsLoggedAsASignedOne) {
     EXPECT_THAT(journal(),
                 testing::IsSupersetOf({trace("setVlan: trying to deleted mng port from vlan: -1"),
                                        std::string("zuvlanDelMembership(4294967295, 1) -> 0")}));
-}
-
-// The default VLAN.
-
-std::string entry(const std::string& arguments) {
-    return error("setDefVlanMode():1038 Entering function: " + arguments);
-}
-
-TEST_F(Vlan, DefaultVlanIsMadeNative) {
-    platform.shelf.isInProfileMode = true;
-    EXPECT_EQ(networkSetDefVlanMode(300, 2), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(
-                               entry("defVid=300, defMode=2"),
-                               exclusively(profile, "defConnectCheckUplinkConflict(300, true) -> 0",
-                                           "defConnectReconfigureDefVlan(300, true) -> 0"))));
-    Network::NetworkInfo info{};
-    EXPECT_EQ(entity().getNetworkInfo(&info), 0);
-    EXPECT_EQ(info.defVid, 300U);
-    EXPECT_EQ(info.defVlanMode, 2U);
-    journal();
-}
-
-TEST_F(Vlan, DefaultVlanIsMadeTaggedByEveryOtherMode) {
-    platform.shelf.isInProfileMode = true;
-    for (const auto& [mode, text] : {std::pair{0U, "0"}, {1U, "1"}, {3U, "3"}, {~0U, "-1"}}) {
-        platform.shelf.isDefaultVlanNative = true;
-        EXPECT_EQ(networkSetDefVlanMode(300, mode), 0);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sequence(
-                        entry(std::string("defVid=300, defMode=") + text),
-                        exclusively(profile, "defConnectCheckUplinkConflict(300, false) -> 0",
-                                    "defConnectReconfigureDefVlan(300, false) -> 0"))));
-        EXPECT_FALSE(platform.shelf.isDefaultVlanNative);
-    }
-}
-
-TEST_F(Vlan, DefaultVlanIsNotCutToSixteenBits) {
-    platform.shelf.isInProfileMode = true;
-    EXPECT_EQ(networkSetDefVlanMode(4294967295U, 2), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    entry("defVid=-1, defMode=2"),
-                    exclusively(profile, "defConnectCheckUplinkConflict(4294967295, true) -> 0",
-                                "defConnectReconfigureDefVlan(4294967295, true) -> 0"))));
-}
-
-TEST_F(Vlan, DefaultVlanIsRefusedOutsideProfileMode) {
-    EXPECT_EQ(networkSetDefVlanMode(300, 2), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(entry("defVid=300, defMode=2"),
-                                          exclusively(noProfile, error("setDefVlanMode():1047")))));
-}
-
-TEST_F(Vlan, DefaultVlanZeroIsRefusedBeforeTheProfileIsAskedFor) {
-    platform.shelf.isInProfileMode = true;
-    EXPECT_EQ(networkSetDefVlanMode(0, 1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(entry("defVid=0, defMode=1"),
-                                                     exclusively(error("setDefVlanMode():1047")))));
-}
-
-TEST_F(Vlan, DefaultVlanInConflictWithAnUplinkIsReported) {
-    platform.shelf.isInProfileMode = true;
-    platform.fail("defConnectCheckUplinkConflict", -17);
-    EXPECT_EQ(networkSetDefVlanMode(300, 2), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    entry("defVid=300, defMode=2"),
-                    exclusively(profile, "defConnectCheckUplinkConflict(300, true) -> -17",
-                                error("setDefVlanMode: VLAN conflict on network-interface (rv = "
-                                      "-17)")))));
-    EXPECT_EQ(platform.shelf.defaultVlan, 1U);
-}
-
-TEST_F(Vlan, DefaultVlanThatCannotBeReconfiguredIsReported) {
-    platform.shelf.isInProfileMode = true;
-    platform.fail("defConnectReconfigureDefVlan", 9);
-    EXPECT_EQ(networkSetDefVlanMode(300, 1), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    entry("defVid=300, defMode=1"),
-                    exclusively(profile, "defConnectCheckUplinkConflict(300, false) -> 0",
-                                "defConnectReconfigureDefVlan(300, false) -> 9",
-                                error("setDefVlanMode: reconfiguring DEFAULT VLAN failed (rv = "
-                                      "9)")))));
-    EXPECT_EQ(platform.shelf.defaultVlan, 1U);
-}
-
-TEST_F(Vlan, DefaultVlanIsTracedAroundARefusedLock) {
-    platform.fail("exclusiveLock", 1);
-    EXPECT_EQ(networkSetDefVlanMode(300, 2), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(entry("defVid=300, defMode=2"), refused("exclusiveLock"),
-                                          error("setDefVlanMode():1042"))));
-}
-
-TEST_F(Vlan, EntryIsTracedAtTheLevelOfFailures) {
-    entity().externalMessage("networkBle_severity", "3", nullptr);
-    platform.shelf.isInProfileMode = true;
-    EXPECT_EQ(networkSetDefVlanMode(300, 2), 0);
-    EXPECT_EQ(journal().front(), entry("defVid=300, defMode=2"));
-    entity().externalMessage("networkBle_severity", "2", nullptr);
-    EXPECT_EQ(networkSetDefVlanMode(300, 2), 0);
-    EXPECT_EQ(journal().front(), "exclusiveLock");
-}
-
-// The shelf's identity.
-
-TEST_F(Vlan, NewIdentityOfTheShelfIsWrittenIntoOption82) {
-    platform.addressing.dhcp.option82Enabled = 1;
-    platform.addressing.dhcp.dhcpEnabled = 1;
-    platform.shelf.shelfId = "4";
-    entity().onShelfIdVlanChange("not looked at");
-    const std::string read =
-        R"(varoGetDhcp() -> 0 {selector=0 dhcp=1 vendor=0 option82=1 circuitId=""})";
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            read,
-            exclusively(
-                read, R"(getShelfId() -> "4")",
-                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:4 eth 5:1:"}) -> 0)",
-                trace("setOption82: return value: 0")))));
-}
-
-TEST_F(Vlan, NewIdentityOfTheShelfWritesNothingWhileOption82IsOff) {
-    entity().onShelfIdVlanChange("4");
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(option82Off)));
-}
-
-TEST_F(Vlan, NewIdentityOfTheShelfIsLostWhenTheLockIsRefused) {
-    platform.addressing.dhcp.option82Enabled = 1;
-    platform.fail("exclusiveLock", 1);
-    entity().onShelfIdVlanChange("4");
-    EXPECT_THAT(journal(), ElementsAreArray(refused("exclusiveLock")));
-}
-
-TEST_F(Vlan, NewIdentityOfTheShelfIsLostWhenTheInnerLockIsRefused) {
-    platform.addressing.dhcp.option82Enabled = 1;
-    platform.fail("exclusiveLock", 1, 1, 1);
-    entity().onShelfIdVlanChange("4");
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})",
-                    refused("exclusiveLock"))));
 }
 
 }  // namespace

@@ -39,22 +39,6 @@ std::string ran(const std::string& command, int status = 0) {
     return "system(\"" + command + "\") -> " + std::to_string(status);
 }
 
-/// The framework-log entry of a failed command, part by part.
-Entries failureLogged(const std::string& label, const std::string& command) {
-    return {"Log::setMsgLevel(0)",
-            R"(Log << "network")",
-            R"(Log << ": ")",
-            R"(Log << "network")",
-            R"(Log << ": ")",
-            R"(Log << "networkHttpServerSet")",
-            R"(Log << ": ")",
-            "Log << \"" + label + "\"",
-            R"(Log << ": ")",
-            R"(Log << "Error executing system command: ")",
-            "Log << \"" + command + "\"",
-            R"(Log << "\n")"};
-}
-
 const Entries switchedOn =
     exclusively(ran(mkdirCommand), ran(hassesStart), ran(apacheStartCommand), ran(feederStart),
                 "sleep(1)", ran(feederResume), "pthread_create() -> 0");
@@ -183,7 +167,7 @@ TEST_P(FailedCommand, OfTheEventServersStartEndsTheSwitch) {
     EXPECT_EQ(networkHttpServerSet(1), -1);
     EXPECT_THAT(journal(),
                 ElementsAreArray(exclusively(ran(mkdirCommand), ran(hassesStart, GetParam()),
-                                             failureLogged("4053", hassesStart))));
+                                             commandFailed("4053", hassesStart))));
     EXPECT_FALSE(isOn());
     EXPECT_THAT(platform.threadRequests, IsEmpty());
 }
@@ -194,7 +178,7 @@ TEST_P(FailedCommand, OfApachesStartLeavesTheEventServerStarted) {
     EXPECT_THAT(journal(),
                 ElementsAreArray(exclusively(ran(mkdirCommand), ran(hassesStart),
                                              ran(apacheStartCommand, GetParam()),
-                                             failureLogged("4084", apacheStartCommand))));
+                                             commandFailed("4084", apacheStartCommand))));
     EXPECT_FALSE(isOn());
     // The same request runs everything again.
     platform.commandStatus.clear();
@@ -209,7 +193,7 @@ TEST_P(FailedCommand, OfTheEventServersStopEndsTheSwitch) {
     platform.commandStatus[hassesStop] = GetParam();
     EXPECT_EQ(networkHttpServerSet(0), -1);
     EXPECT_THAT(journal(), ElementsAreArray(exclusively(ran(hassesStop, GetParam()),
-                                                        failureLogged("4053", hassesStop))));
+                                                        commandFailed("4053", hassesStop))));
     EXPECT_TRUE(isOn());
 }
 
@@ -219,7 +203,7 @@ TEST_P(FailedCommand, OfApachesStopLeavesTheEventServerStopped) {
     EXPECT_EQ(networkHttpServerSet(0), -1);
     EXPECT_THAT(journal(), ElementsAreArray(exclusively(ran(hassesStop), noSemaphores,
                                                         ran(apacheStopCommand, GetParam()),
-                                                        failureLogged("4084", apacheStopCommand))));
+                                                        commandFailed("4084", apacheStopCommand))));
     EXPECT_TRUE(isOn());
     platform.commandStatus.clear();
     EXPECT_EQ(networkHttpServerSet(0), 0);

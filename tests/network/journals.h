@@ -46,3 +46,20 @@ inline std::string logged(const std::string& level, const std::string& text) {
 }
 inline std::string error(const std::string& text) { return logged("3", text); }
 inline std::string trace(const std::string& text) { return logged("7", text); }
+
+/// The framework-log entry of a command of the web server set that failed, part by
+/// part.
+inline Entries commandFailed(const std::string& label, const std::string& command) {
+    return {"Log::setMsgLevel(0)",
+            R"(Log << "network")",
+            R"(Log << ": ")",
+            R"(Log << "network")",
+            R"(Log << ": ")",
+            R"(Log << "networkHttpServerSet")",
+            R"(Log << ": ")",
+            "Log << \"" + label + "\"",
+            R"(Log << ": ")",
+            R"(Log << "Error executing system command: ")",
+            "Log << \"" + command + "\"",
+            R"(Log << "\n")"};
+}

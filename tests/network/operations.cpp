@@ -16,6 +16,12 @@ struct Buffers {
 constexpr unsigned int gateway = 0xc0000201;
 constexpr unsigned int otherGateway = 0xc00002fe;
 
+/// Neither an address to detach nor a gateway to keep.
+void withoutAddress(fake::Platform& board) {
+    board.addressing.macAddresses["mng0"] = {2, 0, 0, 0, 0, 7};
+    board.addressing.interfaces["mng0"] = {0, 0};
+}
+
 /// A board with an address, a gateway, option 82 and a VLAN to move to.
 void ordinary(fake::Platform& board) {
     board.addressing.interfaces["mng0"] = {0xc000020a, 0xffffff00};
@@ -38,6 +44,14 @@ void withCordProfile(fake::Platform& board) {
 
 int addRule(Network& network, unsigned int index) {
     return network.addRARule(0xc0000200, 0xffffff00, true, index);
+}
+
+void withOneRule(fake::Platform&) { addRule(singleton<Network>::instance(), 0); }
+
+/// The list is there, and not bound.
+void withEmptyList(fake::Platform& board) {
+    withOneRule(board);
+    singleton<Network>::instance().removeRARule(0);
 }
 
 void withThreeRules(fake::Platform&) {
@@ -79,9 +93,36 @@ std::vector<Operation> addressing() {
           {"exclusiveLock", 0},
           {"sharedLock", 0},
           {"varoAddRoute", 0}}},
+        {"setIpWithoutAnOldAddress",
+         withoutAddress,
+         [](Network& network) { return network.setIp(0xc633640a, 0xffffff00); },
+         {{"exclusiveLock", -1},
+          {"sharedLock", -1},
+          {"varoGetDhcp", 0},
+          {"interfaceMngGet", 0, -1},
+          {"interfaceLinuxnameGet", 0, -1},
+          {"varoGetIfcMAC", 0},
+          {"varoGetInterface", 0},
+          {"varoGetDhcp", 0},
+          {"varoUpdateDhcp", -1},
+          {"varoDhcpRetreatAlrServNotResponding", -1},
+          {"sharedLock", 0},
+          {"interfaceMngGet", -1},
+          {"interfaceLinuxnameGet", -1},
+          {"varoAttachIpToIntf", -1},
+          {"varoSendSigToAcs", 0},
+          {"exclusiveLock", 0},
+          {"sharedLock", 0}}},
         {"setProtocol",
          ordinary,
          [](Network& network) { return network.setProtocol(true); },
+         {{"exclusiveLock", -1},
+          {"varoGetDhcp", 0},
+          {"varoUpdateDhcp", -1},
+          {"varoDhcpRetreatAlrServNotResponding", -1}}},
+        {"setProtocolOff",
+         ordinary,
+         [](Network& network) { return network.setProtocol(false); },
          {{"exclusiveLock", -1},
           {"varoGetDhcp", 0},
           {"varoUpdateDhcp", -1},
@@ -95,6 +136,10 @@ std::vector<Operation> addressing() {
           {"varoGetRouteByDst", -1},
           {"varoDeleteRoute", -1},
           {"varoAddRoute", -1}}},
+        {"setGatewayWithoutAnOldOne",
+         withoutAddress,
+         [](Network& network) { return network.setGateway(otherGateway); },
+         {{"exclusiveLock", -1}, {"sharedLock", -1}, {"varoAddRoute", -1}}},
         {"setGatewayToNone",
          ordinary,
          [](Network& network) { return network.setGateway(0); },
@@ -119,9 +164,17 @@ std::vector<Operation> addressing() {
          ordinary,
          [](Network& network) { return network.setVendor(true, true); },
          {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
+        {"setVendorOff",
+         ordinary,
+         [](Network& network) { return network.setVendor(false, false); },
+         {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
         {"setOption82",
          ordinary,
          [](Network& network) { return network.setOption82(true, true); },
+         {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
+        {"setOption82Off",
+         ordinary,
+         [](Network& network) { return network.setOption82(true, false); },
          {{"exclusiveLock", -1}, {"varoGetDhcp", 0}, {"varoUpdateDhcp", -1}}},
     };
 }
@@ -224,70 +277,10 @@ std::vector<Operation> ipv6() {
          ordinary,
          [](Network& network) { return network.setIPv6Proto(true); },
          {{"sharedLock", -1}, {"varoGetDhcp6", 0}, {"varoUpdateDhcp6", -1}}},
-    };
-}
-
-std::vector<Operation> resolver() {
-    return {
-        {"setDomainname",
+        {"setIPv6ProtoOff",
          ordinary,
-         [](Network& network) { return network.setDomainname("a.example"); },
-         {{"exclusiveLock", -1}, {"varoGetDnsWS", 0}, {"varoUpdateDnsWS", -1}}},
-        {"getDomainname",
-         ordinary,
-         [](Network& network) { return network.getDomainname(buffers.texts[0]); },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"getDomainnameWS",
-         ordinary,
-         [](Network& network) {
-             return network.getDomainnameWS(&buffers.number, buffers.texts[0]);
-         },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"setDnsServers",
-         ordinary,
-         [](Network& network) { return network.setDnsServers(1, 2); },
-         {{"exclusiveLock", -1}, {"varoGetDnsWS", 0}, {"varoUpdateDnsWS", -1}}},
-        {"deleteDnsServers",
-         ordinary,
-         [](Network& network) { return network.deleteDnsServers(); },
-         {{"exclusiveLock", -1}, {"varoGetDnsWS", 0}, {"varoUpdateDnsWS", -1}}},
-        {"getDnsServers",
-         ordinary,
-         [](Network& network) {
-             return network.getDnsServers(&buffers.numbers[0], &buffers.numbers[1]);
-         },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"getDnsServersWS",
-         ordinary,
-         [](Network& network) {
-             return network.getDnsServersWS(&buffers.number, &buffers.numbers[0],
-                                            &buffers.numbers[1]);
-         },
-         {{"sharedLock", -1}, {"varoGetDnsWS", -1}}},
-        {"setIPv6Domainname",
-         ordinary,
-         [](Network& network) { return network.setIPv6Domainname("a.example"); },
-         {{"exclusiveLock", -1}, {"varoGetDns6", 0}, {"varoUpdateDns6", -1}}},
-        {"getIPv6Domainname",
-         ordinary,
-         [](Network& network) {
-             return network.getIPv6Domainname(&buffers.number, buffers.texts[0]);
-         },
-         {{"sharedLock", -1}, {"varoGetDns6", -1}}},
-        {"setIPv6DnsServers",
-         ordinary,
-         [](Network& network) { return network.setIPv6DnsServers("::1", "::2"); },
-         {{"exclusiveLock", -1}, {"varoGetDns6", 0}, {"varoUpdateDns6", -1}}},
-        {"deleteIPv6DnsServers",
-         ordinary,
-         [](Network& network) { return network.deleteIPv6DnsServers(); },
-         {{"exclusiveLock", -1}, {"varoGetDns6", 0}, {"varoUpdateDns6", -1}}},
-        {"getIPv6DnsServers",
-         ordinary,
-         [](Network& network) {
-             return network.getIPv6DnsServers(&buffers.number, buffers.texts[0], buffers.texts[1]);
-         },
-         {{"sharedLock", -1}, {"varoGetDns6", -1}}},
+         [](Network& network) { return network.setIPv6Proto(false); },
+         {{"sharedLock", -1}, {"varoGetDhcp6", 0}, {"varoUpdateDhcp6", -1}}},
     };
 }
 
@@ -304,6 +297,15 @@ std::vector<Operation> remoteAccess() {
           {"createRule", -1},
           {"addCondition", 0},
           // The rule.
+          {"createRule", -1},
+          {"changeRuleSequenceNumber", 0},
+          {"addCondition", 0},
+          {"interfaceMngGet", -1},
+          {"assignACL", -1}}},
+        {"addRARuleToAnEmptyList",
+         withEmptyList,
+         [](Network& network) { return addRule(network, 0); },
+         {{"exclusiveLock", -1},
           {"createRule", -1},
           {"changeRuleSequenceNumber", 0},
           {"addCondition", 0},
@@ -330,6 +332,14 @@ std::vector<Operation> remoteAccess() {
           {"delRuleById", 0},
           {"interfaceMngGet", -1},
           {"assignACL", -1}}},
+        {"removeRARuleOfTheOnlyOne",
+         withOneRule,
+         [](Network& network) { return network.removeRARule(1); },
+         {{"exclusiveLock", -1},
+          {"interfaceMngGet", -1},
+          {"deassignACL", -1},
+          {"delCondition", -1},
+          {"delRuleById", 0}}},
         {"removeRARuleOfAll",
          withThreeRules,
          [](Network& network) { return network.removeRARule(0); },
@@ -380,8 +390,9 @@ std::vector<Operation> lifecycle() {
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = [] {
         std::vector<Operation> rows;
-        for (const auto& group : {addressing(), vlans(), ipv6(), resolver(), remoteAccess(),
-                                  managementOperations(), lifecycle()}) {
+        for (const auto& group :
+             {addressing(), vlans(), ipv6(), resolverOperations(), remoteAccess(),
+              managementOperations(), boardOperations(), lifecycle()}) {
             rows.insert(rows.end(), group.begin(), group.end());
         }
         return rows;

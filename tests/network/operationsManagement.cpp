@@ -20,6 +20,14 @@ struct Buffers {
 
 void asItIs(fake::Platform&) { buffers = {}; }
 
+/// With a time server of each kind.
+void withHosts(fake::Platform&) {
+    buffers = {};
+    buffers.sntpHost.servers[0] = {"ntp.example", 4, 1, 0};
+    buffers.sntpHost.servers[1] = {"2001:db8::1", 4, 2, 0};
+    buffers.sntpHost.servers[3] = {"192.0.2.1", 4, 3, 0};
+}
+
 /// With a manager and a community to change or remove.
 void withSnmpEntries(fake::Platform& board) {
     board.snmp.managers.managers[0] = {1, "public"};
@@ -115,6 +123,14 @@ std::vector<Operation> snmp() {
          asItIs,
          [](Network& network) { return network.snmpSystemChange("text", rpcSnmpSystemName); },
          {{"sharedLock", -1}, {"varoChangeSnmpSystem", -1}}},
+        {"snmpSystemChangeOfTheContact",
+         asItIs,
+         [](Network& network) { return network.snmpSystemChange("text", rpcSnmpSystemContact); },
+         {{"sharedLock", -1}, {"varoChangeSnmpSystem", -1}}},
+        {"snmpSystemChangeOfTheLocation",
+         asItIs,
+         [](Network& network) { return network.snmpSystemChange("text", rpcSnmpSystemLocation); },
+         {{"sharedLock", -1}, {"varoChangeSnmpSystem", -1}}},
         {"snmpSystemGet",
          asItIs,
          [](Network& network) { return network.snmpSystemGet(&buffers.system); },
@@ -132,6 +148,17 @@ std::vector<Operation> sntp() {
          asItIs,
          [](Network& network) { return network.updateSntpConfigHost(&buffers.sntpHost); },
          {{"sharedLock", -1}, {"varoUpdateNtpHost", -1}}},
+        {"updateSntpConfigHostWithHosts",
+         withHosts,
+         [](Network& network) { return network.updateSntpConfigHost(&buffers.sntpHost); },
+         {{"sharedLock", -1},
+          {"getIpAddrType", -5},
+          {"checkIpHostname", -6},
+          {"getIpAddrType", -5},
+          {"checkIpv6Addr", -6},
+          {"getIpAddrType", -5},
+          {"checkIpv4Addr", -6},
+          {"varoUpdateNtpHost", -1}}},
         {"getSntpConfig",
          asItIs,
          [](Network& network) { return network.getSntpConfig(&buffers.sntp); },
@@ -169,6 +196,10 @@ std::vector<Operation> clockAndZone() {
          asItIs,
          [](Network& network) { return network.getTimeInfo(buffers.text); },
          {{"sharedLock", -1}}},
+        {"setTimeInfo",
+         asItIs,
+         [](Network& network) { return network.setTimeInfo("31/12/2024 23:59:30"); },
+         {{"exclusiveLock", -1}, {"settimeofday", -1}}},
         {"setTimezoneOffset",
          asItIs,
          [](Network& network) { return network.setTimezoneOffset(60); },

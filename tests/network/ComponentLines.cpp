@@ -1,0 +1,112 @@
+// The component lists, as they are read. They are filled past their access (-fno-access-control,
+// for this file).
+
+#include "network/EntityTest.h"
+#include "network/buffers.h"
+#include "network/exports.h"
+#include "network/journals.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+class ComponentLines : public EntityTest {
+protected:
+    ComponentLines() {
+        entity().applicationLines = {"a = 1", "b = 2", "c = 3", "", "e = 5"};
+        entity().platformLines = {"p = 1"};
+    }
+
+    using Read = int (*)(char*, int*);
+    /// What a client gets that walks from the start.
+    static std::vector<std::string> walk(Read read) {
+        std::vector<std::string> lines;
+        for (int index = 0; index != -1;) {
+            const int asked = index;
+            Buffer<100> line;
+            EXPECT_EQ(read(line.text, &index), 0);
+            if (index != -1) {
+                EXPECT_EQ(index, asked + 1);
+                lines.push_back(line.content());
+            } else {
+                EXPECT_TRUE(line.isUntouched());
+            }
+            EXPECT_TRUE(line.isIntactBehind());
+        }
+        return lines;
+    }
+};
+
+TEST_F(ComponentLines, AreWalkedByTheIndex) {
+    EXPECT_THAT(walk(networkGetVersionLineApl),
+                ElementsAre("a = 1", "b = 2", "c = 3", "", "e = 5"));
+    EXPECT_THAT(walk(networkGetVersionLinePlat), ElementsAre("p = 1"));
+    entity().platformLines.clear();
+    EXPECT_THAT(walk(networkGetVersionLinePlat), ElementsAre());
+    journal();
+}
+
+TEST_F(ComponentLines, IndexOutsideTheListIsItsEnd) {
+    for (const int asked :
+         {5, 6, -1, -3, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+        for (const auto read : {networkGetVersionLineApl, networkGetVersionLinePlat}) {
+            int index = asked;
+            Buffer<100> line;
+            EXPECT_EQ(read(line.text, &index), 0);
+            EXPECT_EQ(index, -1);
+            EXPECT_TRUE(line.isUntouched());
+            EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+        }
+    }
+}
+
+TEST_F(ComponentLines, IndexBehindTheLastLineIsTheListsEnd) {
+    for (const int asked : {1, 2, 5}) {
+        int index = asked;
+        Buffer<100> line;
+        EXPECT_EQ(networkGetVersionLinePlat(line.text, &index), 0);
+        EXPECT_EQ(index, -1) << "there is one line";
+        EXPECT_TRUE(line.isUntouched());
+        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+    }
+}
+
+TEST_F(ComponentLines, LineThatIsNullEndsTheWalkAsAFailure) {
+    for (const auto read : {networkGetVersionLineApl, networkGetVersionLinePlat}) {
+        int index = 0;
+        EXPECT_EQ(read(nullptr, &index), -1);
+        EXPECT_EQ(index, -1);
+        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+    }
+}
+
+TEST_F(ComponentLines, RefusedLockLeavesLineAndIndexAlone) {
+    platform.fail("sharedLock", 1);
+    for (const auto read : {networkGetVersionLineApl, networkGetVersionLinePlat}) {
+        int index = 0;
+        Buffer<100> line;
+        EXPECT_EQ(read(line.text, &index), -1);
+        EXPECT_EQ(index, 0);
+        EXPECT_TRUE(line.isUntouched());
+        EXPECT_THAT(journal(), refusedLock("sharedLock"));
+    }
+}
+
+TEST_F(ComponentLines, LongLinesAreCutTo99) {
+    for (const std::size_t length : {98U, 99U, 100U, 300U}) {
+        entity().applicationLines = {std::string(length, 'x')};
+        entity().platformLines = {std::string(length, 'y')};
+        EXPECT_THAT(walk(networkGetVersionLineApl),
+                    ElementsAre(std::string(std::min<std::size_t>(length, 99), 'x')));
+        EXPECT_THAT(walk(networkGetVersionLinePlat),
+                    ElementsAre(std::string(std::min<std::size_t>(length, 99), 'y')));
+    }
+    journal();
+}
+
+}  // namespace

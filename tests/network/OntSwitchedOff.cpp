@@ -1,0 +1,116 @@
+// Management interface of the integrated ONT: failures on its way off, and its VLAN beside that of
+// the management port.
+
+#include "network/OntTest.h"
+
+#include <cerrno>
+#include <optional>
+
+namespace {
+
+using testing::ElementsAreArray;
+
+class OntSwitchedOff : public OntTest {
+protected:
+    OntSwitchedOff() {
+        platform.ont.address = ontAddress;
+        platform.ont.netmask = ontMask;
+    }
+
+    /// Fails to switch it off, by the steps behind the address.
+    void expectFailure(const Entries& steps) {
+        EXPECT_EQ(networkSetOntMng(0, ontMask, 77), -1);
+        EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, opened, addressCleared,
+                                                         steps, closed)));
+        EXPECT_EQ(platform.ont.address, std::nullopt) << "what is done is not taken back";
+        EXPECT_EQ(platform.ont.vlanId, 4000U);
+    }
+};
+
+TEST_F(OntSwitchedOff, FlagsThatCannotBeReadAreReported) {
+    platform.fail("ioctl SIOCGIFFLAGS", ENODEV);
+    expectFailure({R"(ioctl(1000, SIOCGIFFLAGS, "ont0") -> errno 19)",
+                   error("setOntMng: Could not read the flags. Errorcode : 19 No such device")});
+    EXPECT_TRUE(isUp());
+}
+
+TEST_F(OntSwitchedOff, ThatCannotBeTakenDownIsReported) {
+    platform.fail("ioctl SIOCSIFFLAGS", EPERM);
+    expectFailure(
+        {flagsRead, R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1042) -> errno 1)",
+         error("setOntMng: Could not set the flags. Errorcode : 1 Operation not permitted")});
+    EXPECT_TRUE(isUp());
+}
+
+TEST_F(OntSwitchedOff, MacThatCannotBeReadIsReportedAndItStaysDown) {
+    platform.fail("mngSystemMacGet", 5);
+    expectFailure({flagsRead, setDown, "mngSystemMacGet() -> 5",
+                   error("setOntMng: Could not read the mac. ")});
+    EXPECT_FALSE(isUp());
+}
+
+TEST_F(OntSwitchedOff, MacThatCannotBeSetIsReportedAndItStaysDown) {
+    platform.fail("ioctl SIOCSIFHWADDR", EADDRNOTAVAIL);
+    expectFailure({flagsRead, setDown, systemMacRead,
+                   R"(ioctl(1000, SIOCSIFHWADDR, "ont0" 1 02:00:00:ab:cd:ef) -> errno 99)",
+                   error("setOntMng: Could not set the mac. Errorcode : 99 Cannot assign requested "
+                         "address"),
+                   error("setOntMng: Error seting mac 02:00:00:ab:cd:ef")});
+    EXPECT_FALSE(isUp());
+}
+
+TEST_F(OntSwitchedOff, VlanThatCannotBeStoredIsReportedByItsIdleNumber) {
+    platform.fail("gponOntMngVlanSet", 5);
+    expectFailure({flagsRead, setDown, systemMacRead, macSet, "gponOntMngVlanSet(1) -> 5",
+                   error("setOntMng: Could not set the vlan 1.")});
+    EXPECT_FALSE(isUp());
+}
+
+TEST_F(OntSwitchedOff, WithoutASocketTheFirstRequestFails) {
+    platform.fail("socket", EMFILE);
+    EXPECT_EQ(networkSetOntMng(0, ontMask, 77), -1);
+    EXPECT_THAT(
+        journal(),
+        ElementsAreArray(sequence(
+            boardsInfoRead, "socket(2, 2, 0) -> errno 24",
+            R"(ioctl(-1, SIOCSIFADDR, "ont0" 2 0.0.0.0:0) -> errno 9)",
+            error("setOntMng: Could not set the ip to 0x0. Errorcode : 9 Bad file descriptor"))));
+    EXPECT_EQ(platform.ont.address, ontAddress);
+}
+
+// The management port's VLAN, after it was moved.
+
+using OntVlan = OntTest;
+
+/// What is said of a VLAN that the management port is in.
+Entries refusedVlan(const std::string& vlan) {
+    return {logged("4", "setOntMng: ont0 vlan is the same as managment port one (" + vlan + ")."),
+            "close(0) -> 0"};
+}
+
+TEST_F(OntVlan, IsComparedWithTheOneThatTheManagementPortWasMovedTo) {
+    platform.shelf.vlans[100];
+    ASSERT_EQ(networkSetVlan(100), 0);
+    entity().externalMessage("networkBle_severity", "4", nullptr);
+    journal();
+    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 100), -1);
+    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, refusedVlan("100"))));
+    EXPECT_EQ(platform.ont.address, std::nullopt);
+    EXPECT_EQ(platform.ont.vlanId, 4000U);
+
+    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 1), 0) << "which the port has left";
+    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, opened, addressSet, maskSet,
+                                                     flagsRead, setDown, systemMacRead, macSet,
+                                                     setUp, "gponOntMngVlanSet(1) -> 0", closed)));
+}
+
+TEST_F(OntVlan, ZeroIsTheManagementPortsWhileThatIsInNone) {
+    platform.fail("zuvlanAddMembership", 5);
+    ASSERT_EQ(networkSetVlan(1), -1);
+    entity().externalMessage("networkBle_severity", "4", nullptr);
+    journal();
+    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 0), -1);
+    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, refusedVlan("0"))));
+}
+
+}  // namespace
