@@ -67,7 +67,7 @@ private:
     /// serve.
     static constexpr std::chrono::milliseconds shortStart{300};
     static constexpr std::chrono::milliseconds longStart{5'000};
-    static constexpr std::chrono::milliseconds longestReload{2'000};
+    static constexpr std::chrono::milliseconds longestReload{5'000};
     static constexpr std::chrono::seconds interfaceCheck{2};
 
     struct Wish {

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::chrono::seconds longestChange{3};
+constexpr std::chrono::seconds longestChange{15};
 
 bool machineHasIpv6() { return fs::exists("/proc/net/if_inet6"); }
 

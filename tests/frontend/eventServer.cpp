@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
@@ -72,6 +73,11 @@ EventServer::EventServer(std::string all, bool open) : answer(std::move(all)), s
     if (::pipe2(ending, O_CLOEXEC) != 0)
         throw std::runtime_error("pipe");
     thread = std::thread([this, context = makeContext(certificate())] {
+        // A client that goes while it is answered is no reason to end.
+        sigset_t brokenPipe;
+        sigemptyset(&brokenPipe);
+        sigaddset(&brokenPipe, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
         for (;;) {
             pollfd waits[] = {{listener.descriptor(), POLLIN, 0}, {ending[0], POLLIN, 0}};
             if (::poll(waits, 2, -1) < 0 || waits[1].revents != 0)
