@@ -17,20 +17,14 @@ namespace {
 
 constexpr int sourceDhcp = 1;
 
-rpcSntpConfigWSHost readConfig(Session& session) {
-    rpcSntpConfigWSHost config{};
-    session.client.call(networkProgram, rpc_network_sntp_getws_host_1, config);
-    return config;
-}
-
 void show(Session& session) {
-    const Json json = readNtp(session, readConfig(session));
+    const Json json = readNtp(session, readNtpConfig(session));
     session.print(json, describeNtp(json));
 }
 
 /// What is set by hand replaces what DHCP has brought.
 rpcSntpConfigHost readOwnConfig(Session& session) {
-    const rpcSntpConfigWSHost read = readConfig(session);
+    const rpcSntpConfigWSHost read = readNtpConfig(session);
     if (read.result != sourceDhcp)
         return read.config;
     rpcSntpConfigHost config{};
@@ -65,7 +59,7 @@ int parseVersion(const std::string& text) {
 }
 
 bool isInForce(Session& session, const rpcSntpConfigHost& wanted) {
-    const rpcSntpConfigHost now = readConfig(session).config;
+    const rpcSntpConfigHost now = readNtpConfig(session).config;
     if (now.mode != wanted.mode)
         return false;
     return std::equal(std::begin(now.servers), std::end(now.servers), std::begin(wanted.servers),

@@ -110,6 +110,12 @@ std::string statusLines(const Json& status) {
 
 }  // namespace
 
+rpcSntpConfigWSHost readNtpConfig(Session& session) {
+    rpcSntpConfigWSHost config{};
+    session.client.call(networkProgram, rpc_network_sntp_getws_host_1, config);
+    return config;
+}
+
 Json readNtp(Session& session, const rpcSntpConfigWSHost& config) {
     rpcSntpInfoWSHost answer{};
     session.client.call(networkProgram, rpc_network_sntp_infowshost_1, answer);

@@ -1,5 +1,6 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
+#include "mngctl/commands/ntpState.h"
 #include "mngctl/commands/timeZone.h"
 #include "mngctl/outcome.h"
 #include "mngctl/wire/values.h"
@@ -11,14 +12,32 @@ namespace mngctl {
 
 namespace {
 
-void show(Session& session) {
+struct Shown {
+    Json json;
+    std::string lines;
+};
+
+Shown clockOf(Session& session) {
     const LocalTime now = readTime(session);
     const ZoneSettings zone = readZone(session);
     const std::string time = formatCivilTime(now);
     const std::string rule = ruleOrNone(zone);
-    session.print(Json{{"localTime", time}, {"timeZone", zone.name}, {"rule", ruleOrNull(zone)}},
-                  fmt::format("local time: {}\ntime zone: {} ({})\n", time,
-                              zone.name.empty() ? "none" : printable(zone.name), rule));
+    return {Json{{"localTime", time}, {"timeZone", zone.name}, {"rule", ruleOrNull(zone)}},
+            fmt::format("local time: {}\ntime zone: {} ({})\n", time,
+                        zone.name.empty() ? "none" : printable(zone.name), rule)};
+}
+
+void showClock(Session& session) {
+    const Shown clock = clockOf(session);
+    session.print(clock.json, clock.lines);
+}
+
+/// How well the clock is kept belongs to what it says.
+void show(Session& session) {
+    Shown shown = clockOf(session);
+    const Json ntp = readNtp(session, readNtpConfig(session));
+    shown.json["ntp"] = ntp;
+    session.print(shown.json, shown.lines + describeNtp(ntp));
 }
 
 void set(Session& session, const std::vector<std::string>& words) {
@@ -43,7 +62,7 @@ void set(Session& session, const std::vector<std::string>& words) {
                         "(CAP_SYS_TIME), which nobody has in a box or a container",
                         refusal.what()));
     }
-    readBack(session, [&] { show(session); });
+    readBack(session, [&] { showClock(session); });
 }
 
 }  // namespace
@@ -52,7 +71,7 @@ void addTime(CommandTree& tree) {
     CLI::App& noun =
         tree.addNoun("time", "Clock and time zone of the board",
                      {"time show", "time set 31/12/2024 23:59:30", "time zone set Europe/Vienna"});
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the local time and the time zone",
+    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the local time, the time zone and how the clock is kept",
                                             {"time show", "time show --json"});
     tree.setAction(showCommand, show);
 
