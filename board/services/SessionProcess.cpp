@@ -1,11 +1,12 @@
 #include "board/services/SessionProcess.h"
 
+#include "board/support/becomeProgram.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
 #include <signal.h>
 #include <string.h>
-#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,10 +24,6 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-void say(const char* text) {
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, ::strlen(text));
-}
-
 /// Everything the child does before it becomes the server. Other threads of the process may have
 /// held locks when it was forked: only calls that are safe in signal handlers are made.
 [[noreturn]] void become(char* const* arguments, char* const* environment, int connection,
@@ -38,33 +35,7 @@ void say(const char* text) {
     ::dup2(connection, STDOUT_FILENO);
     ::close_range(STDERR_FILENO + 1, ~0U, 0);
 
-    for (int number = 1; number < NSIG; ++number)
-        ::signal(number, SIG_DFL);
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    ::setsid();
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // The parent may have ended before that.
-    if (::getppid() != parent)
-        ::_exit(EXIT_FAILURE);
-    ::execvpe(arguments[0], arguments, environment);
-    const char* const reason = ::strerrordesc_np(errno);
-    say("cannot run ");
-    say(arguments[0]);
-    say(": ");
-    say(reason != nullptr ? reason : "unknown error");
-    say("\n");
-    ::_exit(127);
-}
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    result.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
+    board::becomeProgram(arguments, environment, parent);
 }
 
 std::string searchPath() {
@@ -77,8 +48,8 @@ std::string searchPath() {
 SessionProcess::SessionProcess(const Command& command, const board::Descriptor& connection) {
     std::vector<std::string> argumentTexts = command;
     std::vector<std::string> environmentTexts{searchPath()};
-    const std::vector<char*> arguments = pointers(argumentTexts);
-    const std::vector<char*> environment = pointers(environmentTexts);
+    const std::vector<char*> arguments = board::pointersTo(argumentTexts);
+    const std::vector<char*> environment = board::pointersTo(environmentTexts);
     const pid_t parent = ::getpid();
     process = ::fork();
     if (process == 0)

@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 #include <signal.h>
 #include <string.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -13,6 +12,8 @@
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
+
+#include "board/support/becomeProgram.h"
 
 extern char** environ;
 
@@ -24,10 +25,6 @@ constexpr int childSocket = ChildProcess::childSocket;
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
-}
-
-void say(const char* text) {
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, ::strlen(text));
 }
 
 /// Everything the child does before it becomes another program. Other threads of the process may
@@ -46,32 +43,7 @@ void say(const char* text) {
     ::close_range(STDERR_FILENO + 1, childSocket - 1, 0);
     ::close_range(childSocket + 1, ~0U, 0);
 
-    for (int number = 1; number < NSIG; ++number)
-        ::signal(number, SIG_DFL);
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    ::setsid();
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // The parent may have ended before that.
-    if (::getppid() != parent)
-        ::_exit(EXIT_FAILURE);
-    ::execvpe(arguments[0], arguments, environment);
-    say("cannot run ");
-    say(arguments[0]);
-    say(": ");
-    const char* const reason = ::strerrordesc_np(errno);
-    say(reason != nullptr ? reason : "unknown error");
-    say("\n");
-    ::_exit(127);
-}
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    for (std::string& text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
+    board::becomeProgram(arguments, environment, parent);
 }
 
 std::vector<std::string> environmentWith(const std::string& variable) {
@@ -89,8 +61,8 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::s
         throw std::invalid_argument("there is no program to run");
     std::vector<std::string> argumentTexts = command;
     std::vector<std::string> environmentTexts = environmentWith(variable);
-    const std::vector<char*> arguments = pointers(argumentTexts);
-    const std::vector<char*> environment = pointers(environmentTexts);
+    const std::vector<char*> arguments = board::pointersTo(argumentTexts);
+    const std::vector<char*> environment = board::pointersTo(environmentTexts);
 
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)

@@ -1,27 +1,11 @@
 #pragma once
 
-#include <syslog.h>
-
-#include <stdexcept>
-#include <string>
-
+#include "board/support/CodedFailure.h"
 #include "board/varo/codes.h"
 
 namespace varo {
 
-/// Why a call of the library fails: the code that it returns and the text that it logs.
-class Failure : public std::runtime_error {
-public:
-    Failure(Code code, const std::string& text, int level = LOG_ERR)
-        : std::runtime_error(text), failureCode(code), logLevel(level) {}
-
-    Code code() const { return failureCode; }
-    /// Level of the log line, on the scale of syslog(3).
-    int level() const { return logLevel; }
-
-private:
-    Code failureCode;
-    int logLevel;
-};
+/// Why a call of the library fails.
+using Failure = board::CodedFailure<Code>;
 
 }  // namespace varo

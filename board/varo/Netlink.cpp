@@ -137,6 +137,22 @@ std::vector<Ipv4Prefix> Netlink::addresses(int index) {
     return result;
 }
 
+int Netlink::requestAddition(rtnl_addr* address) {
+    nl_msg* message = nullptr;
+    if (const int error =
+            rtnl_addr_build_add_request(address, NLM_F_CREATE | NLM_F_REPLACE, &message);
+        error < 0)
+        failNetlink("ask for an address", error);
+    return request(message);
+}
+
+int Netlink::requestRemoval(rtnl_addr* address) {
+    nl_msg* message = nullptr;
+    if (const int error = rtnl_addr_build_delete_request(address, 0, &message); error < 0)
+        failNetlink("ask for an address to be removed", error);
+    return request(message);
+}
+
 int Netlink::putAddress(int index, const Ipv4Prefix& prefix, std::uint32_t lifetime) {
     const AddressObject object = addressObject(index, prefix);
     const std::uint32_t mask = prefixMask(prefix.length);
@@ -146,20 +162,11 @@ int Netlink::putAddress(int index, const Ipv4Prefix& prefix, std::uint32_t lifet
     }
     rtnl_addr_set_valid_lifetime(object.get(), lifetime);
     rtnl_addr_set_preferred_lifetime(object.get(), lifetime);
-    nl_msg* message = nullptr;
-    if (const int error =
-            rtnl_addr_build_add_request(object.get(), NLM_F_CREATE | NLM_F_REPLACE, &message);
-        error < 0)
-        failNetlink("ask for an address", error);
-    return request(message);
+    return requestAddition(object.get());
 }
 
 int Netlink::removeAddress(int index, const Ipv4Prefix& prefix) {
-    const AddressObject object = addressObject(index, prefix);
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_addr_build_delete_request(object.get(), 0, &message); error < 0)
-        failNetlink("ask for an address to be removed", error);
-    return request(message);
+    return requestRemoval(addressObject(index, prefix).get());
 }
 
 std::vector<Netlink::DefaultRoute> Netlink::defaultRoutes(int index) {

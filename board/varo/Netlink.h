@@ -12,6 +12,7 @@
 
 struct nl_sock;
 struct nl_msg;
+struct rtnl_addr;
 
 namespace varo {
 
@@ -88,6 +89,8 @@ private:
     std::unique_ptr<nl_sock, Close> socket;
 
     int request(nl_msg* message);
+    int requestAddition(rtnl_addr* address);
+    int requestRemoval(rtnl_addr* address);
 };
 
 }  // namespace varo

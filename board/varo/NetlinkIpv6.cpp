@@ -86,20 +86,11 @@ int Netlink::putIpv6Address(int index, const Ipv6Prefix& prefix, std::uint32_t v
     const AddressObject object = addressObject(index, prefix);
     rtnl_addr_set_valid_lifetime(object.get(), valid);
     rtnl_addr_set_preferred_lifetime(object.get(), preferred);
-    nl_msg* message = nullptr;
-    if (const int error =
-            rtnl_addr_build_add_request(object.get(), NLM_F_CREATE | NLM_F_REPLACE, &message);
-        error < 0)
-        failNetlink("ask for an address", error);
-    return request(message);
+    return requestAddition(object.get());
 }
 
 int Netlink::removeIpv6Address(int index, const Ipv6Prefix& prefix) {
-    const AddressObject object = addressObject(index, prefix);
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_addr_build_delete_request(object.get(), 0, &message); error < 0)
-        failNetlink("ask for an address to be removed", error);
-    return request(message);
+    return requestRemoval(addressObject(index, prefix).get());
 }
 
 std::optional<Ipv6Address> Netlink::ipv6Gateway(int index) {

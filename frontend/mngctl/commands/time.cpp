@@ -71,8 +71,9 @@ void addTime(CommandTree& tree) {
     CLI::App& noun =
         tree.addNoun("time", "Clock and time zone of the board",
                      {"time show", "time set 31/12/2024 23:59:30", "time zone set Europe/Vienna"});
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the local time, the time zone and how the clock is kept",
-                                            {"time show", "time show --json"});
+    CLI::App& showCommand = tree.addCommand(
+        noun, "show", "Show the local time, the time zone and how the clock is kept",
+        {"time show", "time show --json"});
     tree.setAction(showCommand, show);
 
     CLI::App& setCommand =
