@@ -90,9 +90,10 @@ public:
     std::optional<int> sourceInForce;
     /// The source that every successful read reports instead of its own.
     std::optional<int> reportedSource;
-    /// What a failing read leaves behind in the caller's record.
+    /// What a failing read leaves behind in the caller's record and source.
     std::optional<varoLib_s_dns> dnsLeftByFailure;
     std::optional<varoLib_s_dns6> dns6LeftByFailure;
+    std::optional<int> sourceLeftByFailure;
     Addressing addressing;
     Services services;
     SnmpAgent snmp;

@@ -58,6 +58,9 @@ int read(const char* function, std::map<int, Record>& bySource,
     if (status != 0 && leftByFailure) {
         *record = *leftByFailure;
     }
+    if (status != 0 && platform.sourceLeftByFailure) {
+        *source = *platform.sourceLeftByFailure;
+    }
     return status;
 }
 

@@ -51,7 +51,7 @@ void ExportedCall::addArgument(const std::string& argument) {
 
 void ExportedCall::fillOne(OutputText text) {
     note(text.place);
-    if (exportedFunctions().fill) {
+    if (fills()) {
         putText(text.place, text.size);
     }
 }

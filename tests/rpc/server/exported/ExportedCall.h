@@ -8,7 +8,9 @@
 #include <fmt/core.h>
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -19,6 +21,8 @@
 /// failure, or 0. What they fill, they fill whatever the status.
 struct ExportedFunctions {
     bool fill = true;  ///< or leave the outputs alone
+    /// How many outputs are filled: fewer than all when a function fails on its way.
+    std::size_t fillLimit = std::numeric_limits<std::size_t>::max();
     Telling telling{1};
 
     /// Where the outputs of the latest call are.
@@ -81,11 +85,17 @@ private:
         } else {
             noteValues(*place);
         }
-        if (exportedFunctions().fill) {
+        if (fills()) {
             put(*place);
         }
     }
     void fillOne(OutputText text);
+
+    /// Whether the output noted last is to be filled.
+    static bool fills() {
+        const ExportedFunctions& functions = exportedFunctions();
+        return functions.fill && functions.outputs.size() <= functions.fillLimit;
+    }
 
     static void note(const void* place) { exportedFunctions().outputs.push_back(place); }
 

@@ -2,6 +2,8 @@
 
 #include "program/ProgramTest.h"
 
+#include <limits>
+
 namespace {
 
 using testing::Each;
@@ -59,6 +61,26 @@ TEST_F(Fillings, AFailedReadOfTheOntsInterfaceIsAllZero) {
     exportedFunctions().fill = false;
     EXPECT_EQ(serve(read, 0), Units(23, 0));
     journal();
+}
+
+TEST_F(Fillings, AReadOfTheOntsInterfaceThatFailsOnItsWayIsAllZero) {
+    const ProcedureCall& read = procedureCall(81);
+    for (const std::size_t filled : {1U, 2U}) {
+        exportedFunctions().fillLimit = std::numeric_limits<std::size_t>::max();
+        EXPECT_THAT(serve(read), Not(Each(0)));
+        exportedFunctions().fillLimit = filled;
+        EXPECT_EQ(serve(read, -1), Units(23, 0));
+        ASSERT_EQ(exportedFunctions().outputs.size(), 3U);
+        // What was filled would have been told.
+        Units expected(23, 0);
+        for (unsigned int output = 0; output < filled; ++output) {
+            expected[output] = exportedFunctions().telling.number(output + 1);
+        }
+        EXPECT_EQ(serve(read), expected);
+    }
+    EXPECT_THAT(journal(), ElementsAre("networkGetOntMng() -> 0", "networkGetOntMng() -> -1",
+                                       "networkGetOntMng() -> 0", "networkGetOntMng() -> 0",
+                                       "networkGetOntMng() -> -1", "networkGetOntMng() -> 0"));
 }
 
 TEST_F(Fillings, TheOntsInterfaceFindsAClearRecord) {

@@ -1,11 +1,17 @@
-// Replies that cannot be sent, and arguments that cannot be released.
+// Replies that cannot be sent or are not wanted, and arguments that cannot be released.
 
+#include "network/rpc/program.h"
 #include "program/ProgramTest.h"
+#include "rte/BLL/core/rpcDispatch.h"
+
+#include <array>
+#include <cstddef>
 
 namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::IsEmpty;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 
@@ -70,6 +76,43 @@ TEST_F(Replies, GoOnAfterAnArgumentThatCannotBeReleased) {
     EXPECT_EQ(serve(call, 3), Units{3});
     EXPECT_THAT(journal(), ElementsAre(R"(networkSetHostname("shelf") -> 0)",
                                        R"(networkSetHostname("shelf") -> 3)"));
+}
+
+/// The text that the procedure without a result was called with last.
+std::string textWithoutResult;
+
+/// A table with a procedure that has no result to send.
+constexpr RpcProcedure proceduresWithoutResult[] = {
+    {},
+    {rpcFilter<char*, xdr_wrapstring>, rpcFilter<int, xdr_int>,
+     [](void* argument, svc_req*) -> void* {
+         textWithoutResult = *static_cast<char**>(argument);
+         return nullptr;
+     }},
+};
+
+// A text of its own, so that a leak is noticed.
+TEST_F(Replies, AreNotSentWithoutAResultAndTheArgumentIsReleased) {
+    for (const int failingReleases : {0, 1}) {
+        FakeTransport transport(Argument().text("no answer to this").units());
+        transport.failingReleases = failingReleases;
+        alignas(std::max_align_t) std::array<std::byte, networkRpcArgumentSize> area;
+        area.fill(std::byte{0xff});
+        svc_req request{};
+        request.rq_proc = 1;
+        textWithoutResult.clear();
+        CaptureStderr();
+        rpcDispatch(proceduresWithoutResult, area, &request, transport.get());
+        EXPECT_EQ(GetCapturedStderr(), failingReleases != 0 ? "unable to free arguments" : "");
+        EXPECT_EQ(textWithoutResult, "no answer to this");
+        EXPECT_THAT(
+            transport.events(),
+            ElementsAre("getargs", failingReleases != 0 ? "freeargs, not done" : "freeargs"));
+        // The library clears the place of a text that it has released.
+        EXPECT_THAT(area, testing::Each(std::byte{0}));
+        EXPECT_EQ(transport.resultPlace, nullptr);
+    }
+    EXPECT_THAT(journal(), IsEmpty());
 }
 
 TEST_F(Replies, ToTheNullProcedureThatCannotBeSentAreLeftAtThat) {

@@ -101,6 +101,10 @@ void Connection::finish() const {
     }
 }
 
+Units callHeader(std::uint32_t id, std::uint32_t procedure) {
+    return {id, CALL, RPC_MSG_VERSION, 0x20000009, 1, procedure, AUTH_NONE, 0, AUTH_NONE, 0};
+}
+
 std::vector<char> record(const std::vector<char>& bytes) {
     std::vector<char> marked = toBytes({lastFragment | static_cast<std::uint32_t>(bytes.size())});
     marked.insert(marked.end(), bytes.begin(), bytes.end());

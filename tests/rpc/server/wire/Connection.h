@@ -3,6 +3,7 @@
 #include "calls/Wire.h"
 #include "wire/Client.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -36,6 +37,9 @@ private:
     Client::Transport transport;
     int descriptor;
 };
+
+/// The header of a call of the program (RFC 5531), without credentials.
+Units callHeader(std::uint32_t id, std::uint32_t procedure);
 
 /// The bytes as a record of one fragment.
 std::vector<char> record(const std::vector<char>& bytes);

@@ -25,10 +25,6 @@ std::vector<char> operator+(std::vector<char> left, const std::vector<char>& rig
     return left;
 }
 
-Units callHeader(std::uint32_t id, std::uint32_t procedure) {
-    return {id, CALL, RPC_MSG_VERSION, 0x20000009, 1, procedure, AUTH_NONE, 0, AUTH_NONE, 0};
-}
-
 const ProcedureCall* findCall(std::uint32_t number) {
     const auto call = std::ranges::find(procedureCalls(), number, &ProcedureCall::number);
     return call == procedureCalls().end() ? nullptr : &*call;

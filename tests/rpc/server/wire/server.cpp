@@ -8,6 +8,7 @@
 #include "fake/Platform.h"
 #include "framework/BLLManager.h"
 #include "network/rpc/program.h"
+#include "rte/BLL/core/datagramBound.h"
 #include "rte/BLL/core/rpcProxy.h"
 
 #include <malloc.h>
@@ -53,7 +54,13 @@ unsigned short serveOver(int type, SVCXPRT* (*create)(int descriptor)) {
 }
 
 void* startService(void*) {
-    ports[0] = serveOver(SOCK_DGRAM, [](int descriptor) { return svcudp_create(descriptor); });
+    ports[0] = serveOver(SOCK_DGRAM, [](int descriptor) {
+        SVCXPRT* const transport = svcudp_create(descriptor);
+        if (transport != nullptr) {
+            boundArgumentsToDatagram(transport);
+        }
+        return transport;
+    });
     ports[1] =
         serveOver(SOCK_STREAM, [](int descriptor) { return svctcp_create(descriptor, 0, 0); });
     isServing.release();
