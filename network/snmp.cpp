@@ -10,6 +10,7 @@
 #include <cstring>
 #include <iterator>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -26,8 +27,8 @@ rpcSnmpCommunityAccess accessOf(const char (&text)[size]) {
     if (text[0] == '\0') {
         return rpcSnmpCommunityNone;
     }
-    return std::strncmp(text, "ro", size) == 0 ? rpcSnmpCommunityReadOnly
-                                               : rpcSnmpCommunityReadWrite;
+    return std::string_view(text, strnlen(text, size)) == "ro" ? rpcSnmpCommunityReadOnly
+                                                               : rpcSnmpCommunityReadWrite;
 }
 
 /// The relay agents identify the node by the same texts; the DHCP relay agent is told first.
