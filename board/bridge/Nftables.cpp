@@ -1,7 +1,7 @@
 #include "board/bridge/Nftables.h"
 
 #include "board/bridge/Failure.h"
-#include "board/framework/FileDescriptor.h"
+#include "board/support/Descriptor.h"
 
 #include <nftables/libnftables.h>
 #include <nlohmann/json.hpp>
@@ -28,8 +28,7 @@ using Context = std::unique_ptr<nft_ctx, Closer>;
 
 /// The library ends the process where it gets no socket, so it is tried beforehand.
 void checkKernel() {
-    const board::FileDescriptor probe(
-        socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_NETFILTER));
+    const board::Descriptor probe(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_NETFILTER));
     if (!probe) {
         throw Failure(filterFailed,
                       std::string("the kernel has no packet filter: ") + std::strerror(errno));

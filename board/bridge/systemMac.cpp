@@ -1,7 +1,7 @@
 #include "board/bridge/systemMac.h"
 
-#include "board/framework/FileDescriptor.h"
 #include "board/framework/Framework.h"
+#include "board/support/Descriptor.h"
 #include "platform/interfaces.h"
 #include "platform/zubridge.h"
 
@@ -51,7 +51,7 @@ std::string managementPortName() {
 
 /// Throws std::runtime_error.
 MacAddress macOf(const std::string& interface) {
-    const board::FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const board::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     if (!socket) {
         throw std::system_error(errno, std::generic_category(), "socket");
     }

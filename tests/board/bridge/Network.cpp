@@ -1,6 +1,6 @@
 #include "Network.h"
 
-#include "board/framework/FileDescriptor.h"
+#include "board/support/Descriptor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // What the bridge tells about the management of the ONTs: the system's MAC address and the VLAN.
 
 #include "board/bridge/systemMac.h"
-#include "board/framework/FileDescriptor.h"
 #include "board/framework/Framework.h"
 #include "board/framework/managementPort.h"
+#include "board/support/Descriptor.h"
 #include "files.h"
 #include "platform/zubridge.h"
 #include "support.h"
@@ -31,7 +31,7 @@
 namespace {
 
 using namespace test;
-using board::FileDescriptor;
+using board::Descriptor;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -77,7 +77,7 @@ std::string inOwnNetwork(const std::function<std::string()>& body) {
                   ? 0
                   : 1);
     }
-    const FileDescriptor reading(ends[0]);
+    const Descriptor reading(ends[0]);
     close(ends[1]);
     std::string answer;
     char buffer[256];
@@ -91,13 +91,13 @@ std::string inOwnNetwork(const std::function<std::string()>& body) {
 }
 
 /// An Ethernet interface, which lives as long as the descriptor.
-FileDescriptor makeInterface(const char* name, const std::array<unsigned char, 6>& mac) {
-    FileDescriptor tap(open("/dev/net/tun", O_RDWR | O_CLOEXEC));
+Descriptor makeInterface(const char* name, const std::array<unsigned char, 6>& mac) {
+    Descriptor tap(open("/dev/net/tun", O_RDWR | O_CLOEXEC));
     ifreq request{};
     std::strncpy(request.ifr_name, name, IFNAMSIZ - 1);
     request.ifr_flags = IFF_TAP | IFF_NO_PI;
     check(tap && ioctl(tap.get(), TUNSETIFF, &request) == 0, "a tap interface");
-    const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     request.ifr_hwaddr.sa_family = ARPHRD_ETHER;
     std::memcpy(request.ifr_hwaddr.sa_data, mac.data(), mac.size());
     check(ioctl(socket.get(), SIOCSIFHWADDR, &request) == 0, "a MAC address");
