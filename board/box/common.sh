@@ -10,9 +10,9 @@ readonly rpcProgram=536870921
 readonly rpcVersion=1
 
 # Seconds granted before a wait becomes a failure.
-readonly portMapperStartLimit=10
-readonly boardStartLimit=20
-readonly boardEndLimit=15
+readonly portMapperStartLimit=30
+readonly boardStartLimit=60
+readonly boardEndLimit=30
 readonly commandEndLimit=5
 
 # All messages go to standard error: standard output belongs to the command. Nobody has to read

@@ -3,7 +3,10 @@
 # shellcheck shell=bash
 # shellcheck disable=SC2154,SC2034  # box and what was there at the start are the sourcing script's
 
-failures=0
+# Seconds that what is bound to happen may take on a machine that is busy with other things.
+readonly patience=60
+
+failures=() # each with what there was to see of it
 
 check() {
     local name=$1
@@ -11,15 +14,36 @@ check() {
     if "$@"; then
         echo "ok      $name"
     else
-        echo "FAILED  $name"
-        failures=$((failures + 1))
+        fail "$name"
     fi
+}
+
+# NAME [WHAT-WAS-SEEN]
+fail() {
+    local told="FAILED  $1"
+    if [[ ${2:-} ]]; then told+=$'\n'$2; fi
+    failures+=("$told")
+    echo "$told"
 }
 
 # NAME EXPECTED ACTUAL; shows what differs as a diff.
 same() {
-    check "$1" test "$2" = "$3"
-    if [[ $2 != "$3" ]]; then diff <(echo "$2") <(echo "$3") || true; fi
+    if [[ $2 == "$3" ]]; then
+        echo "ok      $1"
+    else
+        fail "$1" "$(diff <(echo "$2") <(echo "$3") || true)"
+    fi
+}
+
+# Tells the failures again, where whoever looks at the end of a long log finds them.
+verdict() {
+    if ((${#failures[@]} == 0)); then
+        echo "all checks passed"
+        return 0
+    fi
+    echo "${#failures[@]} checks failed:"
+    printf '%s\n' "${failures[@]}"
+    return 1
 }
 
 # Runs the arguments and prints the status they end with.
@@ -67,7 +91,11 @@ world() {
 }
 
 checkNothingLeft() {
-    check "$1: no process is left" within 10 alone
+    if within "$patience" alone; then
+        echo "ok      $1: no process is left"
+    else
+        fail "$1: no process is left" "$(ps -e -o pid,ppid,stat,args)"
+    fi
     same "$1: the world outside is as before" "$worldAtStart" "$(world)"
 }
 
@@ -78,9 +106,8 @@ startBox() {
     : >"$log" # before the wait below can read what an earlier box said
     env --default-signal=INT "$box" "$@" 2>>"$log" &
     launcher=$!
-    if ! within 30 grep -qsE 'ready|answers' "$log"; then
-        check "a box starts (box $*)" false
-        cat "$log"
+    if ! within "$patience" grep -qsE 'ready|answers' "$log"; then
+        fail "a box starts (box $*)" "$(<"$log")"
         exit 1
     fi
 }
