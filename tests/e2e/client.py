@@ -15,7 +15,7 @@ import warnings
 warnings.simplefilter("ignore", DeprecationWarning)
 import telnetlib  # noqa: E402
 
-LIMIT = 15
+LIMIT = 30
 
 
 def probe(address, port):

@@ -45,7 +45,7 @@ contains() {
 startEcho() {
     python3 "$(dirname "${BASH_SOURCE[0]}")/echoServer.py" "$1" &
     echoPid=$!
-    within 10 connectsHere "$1"
+    within 60 connectsHere "$1"
 }
 
 connectsHere() { (exec 3<>"/dev/tcp/127.0.0.1/$1") 2>/dev/null; }

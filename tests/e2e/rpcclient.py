@@ -49,7 +49,7 @@ class Reply:
 
 def mapped_port(program, version, protocol):
     with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as mapper:
-        mapper.settimeout(5)
+        mapper.settimeout(30)
         mapper.sendto(call_message(PORTMAPPER, 2, 3, u32(program, version, protocol, 0)),
                       ("127.0.0.1", 111))
         return Reply(mapper.recv(65536)).number()
@@ -59,7 +59,7 @@ class Udp:
     def __init__(self, program=NETWORK, version=1):
         self.program, self.version = program, version
         self.socket = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
-        self.socket.settimeout(10)
+        self.socket.settimeout(30)
         self.socket.connect(("127.0.0.1", mapped_port(program, version, socket.IPPROTO_UDP)))
 
     def send(self, data):
@@ -84,7 +84,7 @@ class Tcp(Udp):
     def __init__(self, program=NETWORK, version=1):
         self.program, self.version = program, version
         self.socket = socket.create_connection(
-            ("127.0.0.1", mapped_port(program, version, socket.IPPROTO_TCP)), timeout=10)
+            ("127.0.0.1", mapped_port(program, version, socket.IPPROTO_TCP)), timeout=30)
 
     def send(self, data):
         self.socket.sendall(u32(0x80000000 | len(data)) + data)

@@ -45,7 +45,7 @@ def mngctl(*words, limit=60):
     return result.stdout
 
 
-def await_that(what, condition, limit=20):
+def await_that(what, condition, limit=60):
     deadline = time.monotonic() + limit
     while not (found := condition()):
         assert time.monotonic() < deadline, f"not within {limit} s: {what}"
@@ -160,7 +160,7 @@ def trusted():
 
 def raw_request(request, port=8080):
     """Sends bytes to the event server over TLS and answers all that it sends before it closes."""
-    with socket.create_connection(("127.0.0.1", port), timeout=10) as plain:
+    with socket.create_connection(("127.0.0.1", port), timeout=30) as plain:
         with trusted().wrap_socket(plain) as connection:
             connection.sendall(request)
             answer = b""

@@ -138,7 +138,7 @@ class Switching(WebSet):
                                 stderr=webset.subprocess.PIPE, text=True)
         self.assertRegex(follower.stdout.readline(), "restarted: power-on")
         mngctl("web", "off")
-        _, errors = follower.communicate(timeout=20)
+        _, errors = follower.communicate(timeout=60)
         self.assertEqual(follower.returncode, 3)
         self.assertEqual(errors, "mngctl: the event channel is lost: 127.0.0.1 port 8080 closed "
                          "the connection; the web server set is off; 'mngctl web on' switches it on\n")
@@ -311,7 +311,7 @@ class Faults(WebSet):
         self.assertRegex(follower.stdout.readline(), "restarted")
         for pid in processes("hasses"):
             os.kill(pid, signal.SIGKILL)
-        _, errors = follower.communicate(timeout=20)
+        _, errors = follower.communicate(timeout=60)
         self.assertEqual(follower.returncode, 3)
         self.assertIn("the event channel is lost", errors)
         self.assertIn("no event server listens at 127.0.0.1 port 8080; the web server set is on",

@@ -89,7 +89,7 @@ TEST_F(Client, ThatIgnoresItsEndIsKilled) {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(switchDhcp(false), varo::success);
     EXPECT_THAT(clients(), IsEmpty());
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 TEST_F(Client, ThatDiesIsStartedAgainWithAGrowingPause) {

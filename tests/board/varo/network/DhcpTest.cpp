@@ -14,10 +14,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Parent of a process, see proc(5); 0 when it has gone or has ended.
+/// A process's file in proc(5); empty when it has gone. It may go while the file is read, which an
+/// iterator over the stream would tell by an exception.
+std::string readOf(const std::string& process, const char* file) {
+    const std::ifstream stream("/proc/" + process + "/" + file);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+/// Parent of a process; 0 when it has gone or has ended.
 pid_t parentOf(const std::string& process) {
-    std::ifstream stream("/proc/" + process + "/stat");
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::string text = readOf(process, "stat");
     const std::size_t nameEnd = text.rfind(')');
     if (nameEnd == std::string::npos)
         return 0;
@@ -77,12 +85,9 @@ std::vector<pid_t> DhcpTest::clients() {
     for (const auto& entry : fs::directory_iterator("/proc")) {
         const std::string name = entry.path().filename().string();
         if (name.find_first_not_of("0123456789") == std::string::npos &&
-            parentOf(name) == ::getpid()) {
-            std::ifstream stream(entry.path() / "cmdline");
-            const std::string line{std::istreambuf_iterator<char>(stream), {}};
-            if (line.find("mng0") != std::string::npos)
-                found.push_back(std::stoi(name));
-        }
+            parentOf(name) == ::getpid() &&
+            readOf(name, "cmdline").find("mng0") != std::string::npos)
+            found.push_back(std::stoi(name));
     }
     return found;
 }
