@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <utility>
@@ -117,13 +116,8 @@ Lease readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
 
 DhcpReport readReport(std::string_view message) {
     const ReportParts parts = readParts(message);
-    const auto* const event =
-        std::find_if(std::begin(events), std::end(events),
-                     [&](const auto& each) { return each.first == parts.event; });
-    if (event == std::end(events))
-        throw BadReport(fmt::format("there is no event {}", quoted(parts.event)));
     DhcpReport report;
-    report.event = event->second;
+    report.event = eventAmong<DhcpEvent>(events, parts);
     if (report.event != DhcpEvent::bound && report.event != DhcpEvent::renew)
         return report;
     report.lease = readLease(parts, report.leftOut);

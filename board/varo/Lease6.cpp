@@ -80,13 +80,8 @@ Lease6 readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
 
 Dhcp6Report readReport6(std::string_view message) {
     const ReportParts parts = readParts(message);
-    const auto* const event =
-        std::find_if(std::begin(events), std::end(events),
-                     [&](const auto& each) { return each.first == parts.event; });
-    if (event == std::end(events))
-        throw BadReport(fmt::format("there is no event {}", quoted(parts.event)));
     Dhcp6Report report;
-    report.event = event->second;
+    report.event = eventAmong<Dhcp6Event>(events, parts);
     if (report.event == Dhcp6Event::other)
         return report;
     const auto before = parsedIpv6(parts["old_ip6_address"]);

@@ -4,6 +4,7 @@
 #include <net/if.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 
@@ -14,11 +15,8 @@ namespace varo {
 namespace {
 
 NetworkAddress networkAddress(std::uint32_t address, unsigned length) {
-    const std::uint32_t bytes = htonl(address);
-    NetworkAddress result =
-        checkedObject(NetworkAddress(nl_addr_build(AF_INET, &bytes, sizeof bytes)));
-    nl_addr_set_prefixlen(result.get(), static_cast<int>(length));
-    return result;
+    const auto bytes = std::bit_cast<std::array<unsigned char, 4>>(htonl(address));
+    return buildAddress(AF_INET, bytes, length);
 }
 
 std::uint32_t valueOf(const nl_addr* address) {
@@ -30,28 +28,11 @@ std::uint32_t valueOf(const nl_addr* address) {
 }
 
 AddressObject addressObject(int index, const Ipv4Prefix& prefix) {
-    AddressObject object = checkedObject(AddressObject(rtnl_addr_alloc()));
-    rtnl_addr_set_ifindex(object.get(), index);
-    const NetworkAddress local = networkAddress(prefix.address, prefix.length);
-    rtnl_addr_set_local(object.get(), local.get());
-    return object;
+    return buildInterfaceAddress(index, networkAddress(prefix.address, prefix.length));
 }
 
 RouteObject routeObject(std::uint32_t gateway, int index) {
-    RouteObject object = checkedObject(RouteObject(rtnl_route_alloc()));
-    rtnl_route_set_family(object.get(), AF_INET);
-    rtnl_route_set_table(object.get(), RT_TABLE_MAIN);
-    rtnl_route_set_type(object.get(), RTN_UNICAST);
-    rtnl_route_set_scope(object.get(), RT_SCOPE_UNIVERSE);
-    const NetworkAddress everything = networkAddress(0, 0);
-    rtnl_route_set_dst(object.get(), everything.get());
-    rtnl_nexthop* const hop = checkedObject(rtnl_route_nh_alloc());
-    rtnl_route_add_nexthop(object.get(), hop);  // takes it over
-    const NetworkAddress router = networkAddress(gateway, 32);
-    rtnl_route_nh_set_gateway(hop, router.get());
-    if (index != 0)
-        rtnl_route_nh_set_ifindex(hop, index);
-    return object;
+    return buildDefaultRoute(index, networkAddress(gateway, 32));
 }
 
 // The library's own error numbers lose the kernel's: an unreachable network becomes a "failure".
@@ -121,19 +102,11 @@ int Netlink::bringUp(int index) {
 }
 
 std::vector<Ipv4Prefix> Netlink::addresses(int index) {
-    nl_cache* filled = nullptr;
-    if (const int error = rtnl_addr_alloc_cache(socket.get(), &filled); error < 0)
-        failNetlink("read the addresses", error);
-    const NetlinkCache cache(filled);
     std::vector<Ipv4Prefix> result;
-    for (nl_object* each = nl_cache_get_first(cache.get()); each != nullptr;
-         each = nl_cache_get_next(each)) {
-        // The objects of this cache are addresses; its type is erased.
-        auto* const address = reinterpret_cast<rtnl_addr*>(each);
-        if (rtnl_addr_get_family(address) == AF_INET && rtnl_addr_get_ifindex(address) == index)
-            result.push_back({valueOf(rtnl_addr_get_local(address)),
-                              static_cast<unsigned>(rtnl_addr_get_prefixlen(address))});
-    }
+    forEachAddress(socket.get(), AF_INET, index, [&](rtnl_addr* address) {
+        result.push_back({valueOf(rtnl_addr_get_local(address)),
+                          static_cast<unsigned>(rtnl_addr_get_prefixlen(address))});
+    });
     return result;
 }
 
@@ -150,6 +123,23 @@ int Netlink::requestRemoval(rtnl_addr* address) {
     nl_msg* message = nullptr;
     if (const int error = rtnl_addr_build_delete_request(address, 0, &message); error < 0)
         failNetlink("ask for an address to be removed", error);
+    return request(message);
+}
+
+int Netlink::requestAddition(rtnl_route* route, int flags) {
+    nl_msg* message = nullptr;
+    if (const int error = rtnl_route_build_add_request(route, NLM_F_CREATE | flags, &message);
+        error < 0)
+        failNetlink("ask for a route", error);
+    return request(message);
+}
+
+int Netlink::requestRemoval(rtnl_route* route) {
+    // Whoever has added it.
+    rtnl_route_set_protocol(route, RTPROT_UNSPEC);
+    nl_msg* message = nullptr;
+    if (const int error = rtnl_route_build_del_request(route, 0, &message); error < 0)
+        failNetlink("ask for a route to be removed", error);
     return request(message);
 }
 
@@ -170,22 +160,13 @@ int Netlink::removeAddress(int index, const Ipv4Prefix& prefix) {
 }
 
 std::vector<Netlink::DefaultRoute> Netlink::defaultRoutes(int index) {
-    nl_cache* filled = nullptr;
-    if (const int error = rtnl_route_alloc_cache(socket.get(), AF_INET, 0, &filled); error < 0)
-        failNetlink("read the routes", error);
-    const NetlinkCache cache(filled);
     std::vector<DefaultRoute> result;
-    for (nl_object* each = nl_cache_get_first(cache.get()); each != nullptr;
-         each = nl_cache_get_next(each)) {
-        auto* const route = reinterpret_cast<rtnl_route*>(each);
-        if (!isDefaultRoute(route))
-            continue;
-        rtnl_nexthop* const hop = rtnl_route_nexthop_n(route, 0);
+    forEachDefaultRoute(socket.get(), AF_INET, [&](rtnl_route* route, rtnl_nexthop* hop) {
         const DefaultRoute found{valueOf(rtnl_route_nh_get_gateway(hop)),
                                  rtnl_route_nh_get_ifindex(hop), rtnl_route_get_priority(route)};
         if (found.gateway != 0 && (index == 0 || found.interface == index))
             result.push_back(found);
-    }
+    });
     std::stable_sort(
         result.begin(), result.end(),
         [](const DefaultRoute& one, const DefaultRoute& two) { return one.metric < two.metric; });
@@ -193,24 +174,13 @@ std::vector<Netlink::DefaultRoute> Netlink::defaultRoutes(int index) {
 }
 
 int Netlink::addDefaultRoute(std::uint32_t gateway, int index) {
-    const RouteObject object = routeObject(gateway, index);
-    nl_msg* message = nullptr;
-    if (const int error =
-            rtnl_route_build_add_request(object.get(), NLM_F_CREATE | NLM_F_EXCL, &message);
-        error < 0)
-        failNetlink("ask for a route", error);
-    return request(message);
+    return requestAddition(routeObject(gateway, index).get(), NLM_F_EXCL);
 }
 
 int Netlink::removeDefaultRoute(const DefaultRoute& route) {
     const RouteObject object = routeObject(route.gateway, route.interface);
-    // Whoever has added it.
-    rtnl_route_set_protocol(object.get(), RTPROT_UNSPEC);
     rtnl_route_set_priority(object.get(), route.metric);
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_route_build_del_request(object.get(), 0, &message); error < 0)
-        failNetlink("ask for a route to be removed", error);
-    return request(message);
+    return requestRemoval(object.get());
 }
 
 }  // namespace varo

@@ -13,6 +13,7 @@
 struct nl_sock;
 struct nl_msg;
 struct rtnl_addr;
+struct rtnl_route;
 
 namespace varo {
 
@@ -91,6 +92,8 @@ private:
     int request(nl_msg* message);
     int requestAddition(rtnl_addr* address);
     int requestRemoval(rtnl_addr* address);
+    int requestAddition(rtnl_route* route, int flags);
+    int requestRemoval(rtnl_route* route);
 };
 
 }  // namespace varo

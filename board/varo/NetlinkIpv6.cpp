@@ -14,10 +14,7 @@ namespace {
 constexpr std::uint32_t metricByHand = 512;
 
 NetworkAddress networkAddress(const Ipv6Address& address, unsigned length) {
-    NetworkAddress result = checkedObject(
-        NetworkAddress(nl_addr_build(AF_INET6, address.bytes.data(), address.bytes.size())));
-    nl_addr_set_prefixlen(result.get(), static_cast<int>(length));
-    return result;
+    return buildAddress(AF_INET6, address.bytes, length);
 }
 
 std::optional<Ipv6Address> valueOf(const nl_addr* address) {
@@ -29,28 +26,12 @@ std::optional<Ipv6Address> valueOf(const nl_addr* address) {
 }
 
 AddressObject addressObject(int index, const Ipv6Prefix& prefix) {
-    AddressObject object = checkedObject(AddressObject(rtnl_addr_alloc()));
-    rtnl_addr_set_ifindex(object.get(), index);
-    const NetworkAddress local = networkAddress(prefix.address, prefix.length);
-    rtnl_addr_set_local(object.get(), local.get());
-    return object;
+    return buildInterfaceAddress(index, networkAddress(prefix.address, prefix.length));
 }
 
-RouteObject routeObject(int index, const Ipv6Address& gateway, unsigned flags) {
-    RouteObject object = checkedObject(RouteObject(rtnl_route_alloc()));
-    rtnl_route_set_family(object.get(), AF_INET6);
-    rtnl_route_set_table(object.get(), RT_TABLE_MAIN);
-    rtnl_route_set_type(object.get(), RTN_UNICAST);
-    rtnl_route_set_scope(object.get(), RT_SCOPE_UNIVERSE);
+RouteObject routeByHand(int index, const Ipv6Address& gateway) {
+    RouteObject object = buildDefaultRoute(index, networkAddress(gateway, longestIpv6Prefix));
     rtnl_route_set_priority(object.get(), metricByHand);
-    const NetworkAddress everything = networkAddress({}, 0);
-    rtnl_route_set_dst(object.get(), everything.get());
-    rtnl_nexthop* const hop = checkedObject(rtnl_route_nh_alloc());
-    rtnl_route_add_nexthop(object.get(), hop);  // takes it over
-    const NetworkAddress router = networkAddress(gateway, longestIpv6Prefix);
-    rtnl_route_nh_set_gateway(hop, router.get());
-    rtnl_route_nh_set_ifindex(hop, index);
-    rtnl_route_nh_set_flags(hop, flags);
     return object;
 }
 
@@ -63,21 +44,12 @@ bool isLeased(rtnl_addr* address) {
 }  // namespace
 
 std::vector<Netlink::AddressInUse> Netlink::ipv6Addresses(int index) {
-    nl_cache* filled = nullptr;
-    if (const int error = rtnl_addr_alloc_cache(socket.get(), &filled); error < 0)
-        failNetlink("read the addresses", error);
-    const NetlinkCache cache(filled);
     std::vector<AddressInUse> result;
-    for (nl_object* each = nl_cache_get_first(cache.get()); each != nullptr;
-         each = nl_cache_get_next(each)) {
-        // The objects of this cache are addresses; its type is erased.
-        auto* const address = reinterpret_cast<rtnl_addr*>(each);
-        if (rtnl_addr_get_family(address) != AF_INET6 || rtnl_addr_get_ifindex(address) != index)
-            continue;
+    forEachAddress(socket.get(), AF_INET6, index, [&](rtnl_addr* address) {
         if (const auto value = valueOf(rtnl_addr_get_local(address)))
             result.push_back({{*value, static_cast<unsigned>(rtnl_addr_get_prefixlen(address))},
                               isLeased(address)});
-    }
+    });
     return result;
 }
 
@@ -94,46 +66,28 @@ int Netlink::removeIpv6Address(int index, const Ipv6Prefix& prefix) {
 }
 
 std::optional<Ipv6Address> Netlink::ipv6Gateway(int index) {
-    nl_cache* filled = nullptr;
-    if (const int error = rtnl_route_alloc_cache(socket.get(), AF_INET6, 0, &filled); error < 0)
-        failNetlink("read the routes", error);
-    const NetlinkCache cache(filled);
     std::optional<Ipv6Address> best;
     std::uint32_t bestMetric = 0;
-    for (nl_object* each = nl_cache_get_first(cache.get()); each != nullptr;
-         each = nl_cache_get_next(each)) {
-        auto* const route = reinterpret_cast<rtnl_route*>(each);
-        if (!isDefaultRoute(route))
-            continue;
-        rtnl_nexthop* const hop = rtnl_route_nexthop_n(route, 0);
+    forEachDefaultRoute(socket.get(), AF_INET6, [&](rtnl_route* route, rtnl_nexthop* hop) {
         const auto gateway = valueOf(rtnl_route_nh_get_gateway(hop));
         const std::uint32_t metric = rtnl_route_get_priority(route);
         if (gateway && rtnl_route_nh_get_ifindex(hop) == index && (!best || metric < bestMetric)) {
             best = gateway;
             bestMetric = metric;
         }
-    }
+    });
     return best;
 }
 
 int Netlink::putIpv6Gateway(int index, const Ipv6Address& gateway, bool isNeighbour) {
-    const RouteObject object = routeObject(index, gateway, isNeighbour ? RTNH_F_ONLINK : 0);
-    nl_msg* message = nullptr;
-    if (const int error =
-            rtnl_route_build_add_request(object.get(), NLM_F_CREATE | NLM_F_REPLACE, &message);
-        error < 0)
-        failNetlink("ask for a route", error);
-    return request(message);
+    const RouteObject object = routeByHand(index, gateway);
+    if (isNeighbour)
+        rtnl_route_nh_set_flags(rtnl_route_nexthop_n(object.get(), 0), RTNH_F_ONLINK);
+    return requestAddition(object.get(), NLM_F_REPLACE);
 }
 
 int Netlink::removeIpv6Gateway(int index, const Ipv6Address& gateway) {
-    const RouteObject object = routeObject(index, gateway, 0);
-    // Whoever has added it.
-    rtnl_route_set_protocol(object.get(), RTPROT_UNSPEC);
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_route_build_del_request(object.get(), 0, &message); error < 0)
-        failNetlink("ask for a route to be removed", error);
-    return request(message);
+    return requestRemoval(routeByHand(index, gateway).get());
 }
 
 }  // namespace varo

@@ -8,8 +8,10 @@
 #include <netlink/route/nexthop.h>
 #include <netlink/route/route.h>
 
+#include <functional>
 #include <memory>
 #include <new>
+#include <span>
 
 #include "board/varo/Failure.h"
 
@@ -44,12 +46,22 @@ Pointer checkedObject(Pointer pointer) {
     return pointer;
 }
 
-/// True for a unicast route of the main table to everywhere, by way of at least one next hop.
-inline bool isDefaultRoute(rtnl_route* route) {
-    const nl_addr* const destination = rtnl_route_get_dst(route);
-    return rtnl_route_get_table(route) == RT_TABLE_MAIN &&
-           rtnl_route_get_type(route) == RTN_UNICAST && rtnl_route_get_nnexthops(route) > 0 &&
-           (destination == nullptr || nl_addr_get_prefixlen(destination) == 0);
-}
+/// An address in network byte order with the length of its prefix, in bits.
+NetworkAddress buildAddress(int family, std::span<const unsigned char> bytes, unsigned length);
+
+/// An address of an interface.
+AddressObject buildInterfaceAddress(int index, const NetworkAddress& local);
+
+/// A unicast route of the main table to everywhere. Index 0 leaves the interface to the kernel.
+RouteObject buildDefaultRoute(int index, const NetworkAddress& gateway);
+
+/// Visits the addresses of an interface in the kernel's order. Throws Failure (systemFailed).
+void forEachAddress(nl_sock* socket, int family, int index,
+                    const std::function<void(rtnl_addr*)>& visit);
+
+/// Visits the unicast routes of the main table to everywhere, each with its first next hop. Throws
+/// Failure (systemFailed).
+void forEachDefaultRoute(nl_sock* socket, int family,
+                         const std::function<void(rtnl_route*, rtnl_nexthop*)>& visit);
 
 }  // namespace varo

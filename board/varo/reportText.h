@@ -1,9 +1,11 @@
 #pragma once
 
 #include <map>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace varo {
@@ -33,6 +35,17 @@ struct ReportParts {
 
 /// Throws BadReport for an empty message.
 ReportParts readParts(std::string_view message);
+
+/// What the report's event is called among `events`. Throws BadReport when it is none of them.
+template <class Event>
+Event eventAmong(std::span<const std::pair<std::string_view, Event>> events,
+                 const ReportParts& parts) {
+    for (const auto& [name, event] : events) {
+        if (name == parts.event)
+            return event;
+    }
+    throw BadReport("there is no event " + quoted(parts.event));
+}
 
 /// A domain name as it can stand in a resolver file: one word of visible ASCII that fits into a
 /// record.
