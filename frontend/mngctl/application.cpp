@@ -15,7 +15,7 @@ bool perform(Session& session, Settings& settings, const std::vector<std::string
              bool interactive) {
     CommandTree tree(settings);
     addAllCommands(tree, interactive);
-    const CommandTree::Action action = tree.parse(words);
+    const Action action = tree.parse(words);
     if (!action)
         return false;
     session.settings = settings;

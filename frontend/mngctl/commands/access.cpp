@@ -101,21 +101,19 @@ void add(Session& session, const NewRule& wanted) {
                                           rule.permit ? TRUE : FALSE, append ? 0 : position})});
 }
 
-void addAdding(CommandTree& tree, CLI::App& noun, bool permit) {
+void addAdding(Command& noun, bool permit) {
     const std::string verb = answerName(permit);
-    CLI::App& command = tree.addCommand(
-        noun, verb, fmt::format("Add a rule that {} a network", permit ? "admits" : "denies"),
+    Command& command = noun.addCommand(
+        verb, fmt::format("Add a rule that {} a network", permit ? "admits" : "denies"),
         {"access " + verb + " 192.0.2.0/24", "access " + verb + " 192.0.2.7 --at 1",
          "access " + verb + " 0.0.0.0/0            (everybody)"});
-    const CLI::Option& network =
-        *tree.addArgument(command, "NETWORK", "ADDRESS/PREFIX, or the address of one host")
-             .required();
+    const Argument& network =
+        command.addArgument("NETWORK", "ADDRESS/PREFIX, or the address of one host");
     const auto at = std::make_shared<std::optional<std::string>>();
-    command.add_option("--at", *at, "Place in the list, from 1; at the end if left out")
-        ->type_name("N");
+    command.addOption("--at", *at, "N", "Place in the list, from 1; at the end if left out");
     const auto yes = addYesFlag(command);
-    tree.setAction(command, [&network, at, yes, permit](Session& session) {
-        add(session, {permit, CommandTree::givenOne(network), *at, *yes});
+    command.setAction([&network, at, yes, permit](Session& session) {
+        add(session, {permit, network.one(), *at, *yes});
     });
 }
 
@@ -160,37 +158,32 @@ void test(Session& session, const std::string& text) {
 }  // namespace
 
 void addAccess(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("access", "Who may reach the management interface",
-                                  {"access list", "access permit 192.0.2.0/24", "access remove 2"});
+    Command& noun = tree.addNoun("access", "Who may reach the management interface",
+                                 {"access list", "access permit 192.0.2.0/24", "access remove 2"});
 
-    CLI::App& list = tree.addCommand(noun, "list", "Show the rules, and what they matched",
-                                     {"access list", "access list --json"});
-    tree.setAction(list, show);
+    Command& list = noun.addCommand("list", "Show the rules, and what they matched",
+                                    {"access list", "access list --json"});
+    list.setAction(show);
 
-    addAdding(tree, noun, true);
-    addAdding(tree, noun, false);
+    addAdding(noun, true);
+    addAdding(noun, false);
 
-    CLI::App& removeCommand =
-        tree.addCommand(noun, "remove", "Remove the rule at a place of the list",
-                        {"access remove 2", "access remove 2 --yes"});
-    const CLI::Option& position =
-        *tree.addArgument(removeCommand, "N", "Place in the list, from 1").required();
+    Command& removeCommand = noun.addCommand("remove", "Remove the rule at a place of the list",
+                                             {"access remove 2", "access remove 2 --yes"});
+    const Argument& position = removeCommand.addArgument("N", "Place in the list, from 1");
     const auto yes = addYesFlag(removeCommand);
-    tree.setAction(removeCommand, [&position, yes](Session& session) {
-        remove(session, *yes, CommandTree::givenOne(position));
-    });
+    removeCommand.setAction(
+        [&position, yes](Session& session) { remove(session, *yes, position.one()); });
 
-    CLI::App& clearCommand = tree.addCommand(
-        noun, "clear", "Remove all rules: everybody is admitted then", {"access clear"});
-    tree.setAction(clearCommand, clear);
+    Command& clearCommand =
+        noun.addCommand("clear", "Remove all rules: everybody is admitted then", {"access clear"});
+    clearCommand.setAction(clear);
 
-    CLI::App& testCommand =
-        tree.addCommand(noun, "test", "Tell which rule answers to an address, and how",
+    Command& testCommand =
+        noun.addCommand("test", "Tell which rule answers to an address, and how",
                         {"access test 192.0.2.7", "access test 192.0.2.7 --json"});
-    const CLI::Option& address =
-        *tree.addArgument(testCommand, "ADDRESS", "IPv4 address to test").required();
-    tree.setAction(testCommand,
-                   [&address](Session& session) { test(session, CommandTree::givenOne(address)); });
+    const Argument& address = testCommand.addArgument("ADDRESS", "IPv4 address to test");
+    testCommand.setAction([&address](Session& session) { test(session, address.one()); });
 }
 
 }  // namespace mngctl

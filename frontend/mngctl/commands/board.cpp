@@ -64,15 +64,15 @@ void showAfterChange(Session& session, const std::function<std::string(const Jso
     });
 }
 
-void addMessage(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command = tree.addCommand(
-        noun, "message", "Hand an external message to the entities and print their reply",
+void addMessage(Command& noun) {
+    Command& command = noun.addCommand(
+        "message", "Hand an external message to the entities and print their reply",
         {"board message networkBle_severity 7", "board message varoLib_severity 3"});
-    const CLI::Option& name = *tree.addArgument(command, "NAME", "Name of the message").required();
-    const CLI::Option& value = *tree.addArgument(command, "VALUE", "Its value").required();
-    tree.setAction(command, [&](Session& session) {
-        std::string nameText = CommandTree::givenOne(name);
-        std::string valueText = CommandTree::givenOne(value);
+    const Argument& name = command.addArgument("NAME", "Name of the message");
+    const Argument& value = command.addArgument("VALUE", "Its value");
+    command.setAction([&](Session& session) {
+        std::string nameText = name.one();
+        std::string valueText = value.one();
         controlMessage message{nameText.data(), valueText.data()};
         const std::string reply =
             ask(session, "hand the message on", bll_external_message_1, message);
@@ -80,12 +80,12 @@ void addMessage(CommandTree& tree, CLI::App& noun) {
     });
 }
 
-void addShelf(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command =
-        tree.addCommand(noun, "shelf", "Change the identity of the shelf", {"board shelf 2"});
-    const CLI::Option& id = *tree.addArgument(command, "ID", "The new identity").required();
-    tree.setAction(command, [&](Session& session) {
-        std::string text = CommandTree::givenOne(id);
+void addShelf(Command& noun) {
+    Command& command =
+        noun.addCommand("shelf", "Change the identity of the shelf", {"board shelf 2"});
+    const Argument& id = command.addArgument("ID", "The new identity");
+    command.setAction([&](Session& session) {
+        std::string text = id.one();
         if (text.size() > loneTextMaximum)
             throw UsageError(fmt::format("the identity has at most {} bytes, this one has {}",
                                          loneTextMaximum, text.size()));
@@ -95,42 +95,36 @@ void addShelf(CommandTree& tree, CLI::App& noun) {
     });
 }
 
-void addFeature(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command = tree.addCommand(noun, "feature", "Switch a feature of the board on or off",
-                                        {"board feature httpserver off", "board feature 12 on"});
-    const CLI::Option& name =
-        *tree.addArgument(command, "NAME", "Name or decimal number of the feature").required();
-    const CLI::Option& state =
-        *tree.addArgument(command, "STATE", "on or off", false, {"on", "off"}).required();
-    tree.setAction(command, [&](Session& session) {
-        std::string text = CommandTree::givenOne(name);
-        controlFeature feature{text.data(), parseFlag(CommandTree::givenOne(state)) ? TRUE : FALSE};
+void addFeature(Command& noun) {
+    Command& command = noun.addCommand("feature", "Switch a feature of the board on or off",
+                                       {"board feature httpserver off", "board feature 12 on"});
+    const Argument& name = command.addArgument("NAME", "Name or decimal number of the feature");
+    const Argument& state = command.addArgument("STATE", "on or off", {"on", "off"});
+    command.setAction([&](Session& session) {
+        std::string text = name.one();
+        controlFeature feature{text.data(), parseFlag(state.one()) ? TRUE : FALSE};
         ask(session, "switch the feature", bll_set_feature_1, feature);
         showAfterChange(session, [&](const Json& status) { return featureLines(status, text); });
     });
 }
 
-void addProfile(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command =
-        tree.addCommand(noun, "profile", "Switch profile mode on or off", {"board profile on"});
-    const CLI::Option& state =
-        *tree.addArgument(command, "STATE", "on or off", false, {"on", "off"}).required();
-    tree.setAction(command, [&](Session& session) {
-        bool_t on = parseFlag(CommandTree::givenOne(state)) ? TRUE : FALSE;
+void addProfile(Command& noun) {
+    Command& command =
+        noun.addCommand("profile", "Switch profile mode on or off", {"board profile on"});
+    const Argument& state = command.addArgument("STATE", "on or off", {"on", "off"});
+    command.setAction([&](Session& session) {
+        bool_t on = parseFlag(state.one()) ? TRUE : FALSE;
         ask(session, "switch profile mode", bll_set_profile_mode_1, on);
         showAfterChange(session, profileLine);
     });
 }
 
-void addClearConfig(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command =
-        tree.addCommand(noun, "clear-config", "Start or finish a clear-configuration",
-                        {"board clear-config start", "board clear-config finish"});
-    const CLI::Option& step =
-        *tree.addArgument(command, "STEP", "start or finish", false, {"start", "finish"})
-             .required();
-    tree.setAction(command, [&](Session& session) {
-        const std::string text = CommandTree::givenOne(step);
+void addClearConfig(Command& noun) {
+    Command& command = noun.addCommand("clear-config", "Start or finish a clear-configuration",
+                                       {"board clear-config start", "board clear-config finish"});
+    const Argument& step = command.addArgument("STEP", "start or finish", {"start", "finish"});
+    command.setAction([&](Session& session) {
+        const std::string text = step.one();
         if (text != "start" && text != "finish")
             throw UsageError(fmt::format("expected start or finish, not '{}'", printable(text)));
         bool_t start = text == "start" ? TRUE : FALSE;
@@ -155,27 +149,27 @@ void printReply(Session& session, const std::string& reply, const std::string& o
 }
 
 void addBoard(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun(
+    Command& noun = tree.addNoun(
         "board", "The board's business-logic process",
         {"board status", "board feature httpserver off", "board message networkBle_severity 7"});
 
-    CLI::App& status = tree.addCommand(
-        noun, "status", "Show the shelf, the modes, the features and the state of the entities",
+    Command& status = noun.addCommand(
+        "status", "Show the shelf, the modes, the features and the state of the entities",
         {"board status", "board status --json"});
-    tree.setAction(status, [](Session& session) {
+    status.setAction([](Session& session) {
         const Json json = readStatus(session);
         session.print(json, allLines(json));
     });
 
-    addMessage(tree, noun);
-    addShelf(tree, noun);
-    addFeature(tree, noun);
-    addProfile(tree, noun);
-    addClearConfig(tree, noun);
+    addMessage(noun);
+    addShelf(noun);
+    addFeature(noun);
+    addProfile(noun);
+    addClearConfig(noun);
 
-    CLI::App& stop = tree.addCommand(
-        noun, "stop", "Ask the business-logic process for an orderly end", {"board stop"});
-    tree.setAction(stop, [](Session& session) {
+    Command& stop = noun.addCommand("stop", "Ask the business-logic process for an orderly end",
+                                    {"board stop"});
+    stop.setAction([](Session& session) {
         const std::string reply = ask(session, "stop", bll_stop_1);
         readBack(session, [&] { printReply(session, reply, "the board is stopping"); });
     });

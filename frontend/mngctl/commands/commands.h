@@ -38,7 +38,7 @@ struct Families {
 };
 
 /// Adds the flags --ipv4 and --ipv6, the IPv4 or IPv6 `what`.
-std::shared_ptr<Families> addFamilyFlags(CLI::App& command, const std::string& what);
+std::shared_ptr<Families> addFamilyFlags(Command& command, const std::string& what);
 
 /// Where the values of a resolver setting come from, as the board reports it.
 std::string sourceName(int source);

@@ -4,9 +4,9 @@
 
 namespace mngctl {
 
-std::shared_ptr<bool> addYesFlag(CLI::App& command) {
+std::shared_ptr<bool> addYesFlag(Command& command) {
     auto yes = std::make_shared<bool>(false);
-    command.add_flag("--yes", *yes, "Do it without asking");
+    command.addFlag("--yes", *yes, "Do it without asking");
     return yes;
 }
 

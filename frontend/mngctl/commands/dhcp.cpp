@@ -72,23 +72,21 @@ void switchClient(Session& session, bool yes, bool on) {
                               request(session, rpc_network_set_protocol_1, on ? TRUE : FALSE)});
 }
 
-void addClientCommand(CommandTree& tree, CLI::App& noun, bool on) {
+void addClientCommand(Command& noun, bool on) {
     const std::string verb = on ? "on" : "off";
-    CLI::App& command = tree.addCommand(noun, verb, "Switch the DHCP client " + verb,
-                                        {"dhcp " + verb, "dhcp " + verb + " --yes"});
+    Command& command = noun.addCommand(verb, "Switch the DHCP client " + verb,
+                                       {"dhcp " + verb, "dhcp " + verb + " --yes"});
     const auto yes = addYesFlag(command);
-    tree.setAction(command, [yes, on](Session& session) { switchClient(session, *yes, on); });
+    command.setAction([yes, on](Session& session) { switchClient(session, *yes, on); });
 }
 
-void addOptionCommand(CommandTree& tree, CLI::App& noun, const std::string& name,
-                      const std::string& description,
+void addOptionCommand(Command& noun, const std::string& name, const std::string& description,
                       std::function<Change(Session&, bool_t)> change) {
-    CLI::App& command =
-        tree.addCommand(noun, name, description, {"dhcp " + name + " on", "dhcp " + name + " off"});
-    const CLI::Option& state =
-        *tree.addArgument(command, "STATE", "on or off", false, {"on", "off"}).required();
-    tree.setAction(command, [&state, make = std::move(change)](Session& session) {
-        const bool on = parseFlag(CommandTree::givenOne(state));
+    Command& command =
+        noun.addCommand(name, description, {"dhcp " + name + " on", "dhcp " + name + " off"});
+    const Argument& state = command.addArgument("STATE", "on or off", {"on", "off"});
+    command.setAction([&state, make = std::move(change)](Session& session) {
+        const bool on = parseFlag(state.one());
         carryOutAndShow(session, make(session, on ? TRUE : FALSE));
     });
 }
@@ -110,25 +108,24 @@ Change option82(Session& session, bool_t on) {
 }  // namespace
 
 void addDhcp(CommandTree& tree) {
-    CLI::App& noun =
+    Command& noun =
         tree.addNoun("dhcp", "DHCP client of the management interface",
                      {"dhcp show", "dhcp on", "dhcp vendor-class on", "dhcp circuit-id"});
 
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show whether the client and its options are on",
-                        {"dhcp show", "dhcp show --json"});
-    tree.setAction(showCommand, show);
-    CLI::App& identification = tree.addCommand(
-        noun, "circuit-id",
+    Command& showCommand = noun.addCommand("show", "Show whether the client and its options are on",
+                                           {"dhcp show", "dhcp show --json"});
+    showCommand.setAction(show);
+    Command& identification = noun.addCommand(
+        "circuit-id",
         "Show the texts of vendor class and option 82, by which the server knows the board",
         {"dhcp circuit-id", "dhcp circuit-id --json"});
-    tree.setAction(identification, showIdentification);
-    addClientCommand(tree, noun, true);
-    addClientCommand(tree, noun, false);
-    addOptionCommand(tree, noun, "vendor-class",
+    identification.setAction(showIdentification);
+    addClientCommand(noun, true);
+    addClientCommand(noun, false);
+    addOptionCommand(noun, "vendor-class",
                      "Have the client send its vendor class (option 60), or not", vendorClass);
-    addOptionCommand(tree, noun, "option82",
-                     "Have the client send shelf and board in option 82, or not", option82);
+    addOptionCommand(noun, "option82", "Have the client send shelf and board in option 82, or not",
+                     option82);
 }
 
 }  // namespace mngctl

@@ -185,37 +185,34 @@ std::string sourceName(int source) {
     }
 }
 
-std::shared_ptr<Families> addFamilyFlags(CLI::App& command, const std::string& what) {
+std::shared_ptr<Families> addFamilyFlags(Command& command, const std::string& what) {
     auto families = std::make_shared<Families>();
-    command.add_flag("--ipv4", families->ipv4, "The IPv4 " + what);
-    command.add_flag("--ipv6", families->ipv6, "The IPv6 " + what);
+    command.addFlag("--ipv4", families->ipv4, "The IPv4 " + what);
+    command.addFlag("--ipv6", families->ipv6, "The IPv6 " + what);
     return families;
 }
 
 void addDns(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("dns", "Name servers of the management interface",
-                                  {"dns show", "dns set 192.0.2.1 192.0.2.2", "dns clear --ipv6"});
+    Command& noun = tree.addNoun("dns", "Name servers of the management interface",
+                                 {"dns show", "dns set 192.0.2.1 192.0.2.2", "dns clear --ipv6"});
 
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show the name servers and where they come from",
-                        {"dns show", "dns show --json"});
-    tree.setAction(showCommand, [](Session& session) { show(session, {true, true}); });
+    Command& showCommand = noun.addCommand("show", "Show the name servers and where they come from",
+                                           {"dns show", "dns show --json"});
+    showCommand.setAction([](Session& session) { show(session, {true, true}); });
 
-    CLI::App& setCommand = tree.addCommand(
-        noun, "set", "Set one or two name servers of a family; the other family is left as it is",
+    Command& setCommand = noun.addCommand(
+        "set", "Set one or two name servers of a family; the other family is left as it is",
         {"dns set 192.0.2.1 192.0.2.2", "dns set 2001:db8::1",
          "dns set 192.0.2.1 2001:db8::1      (one of each family)"});
-    const CLI::Option& addresses = tree.addArgument(
-        setCommand, "ADDRESS", "IPv4 or IPv6 address of a server, the primary one first", true);
-    tree.setAction(setCommand,
-                   [&addresses](Session& session) { set(session, CommandTree::given(addresses)); });
+    const Argument& addresses = setCommand.addArguments(
+        "ADDRESS", "IPv4 or IPv6 address of a server, the primary one first");
+    setCommand.setAction([&addresses](Session& session) { set(session, addresses.given()); });
 
-    CLI::App& clearCommand =
-        tree.addCommand(noun, "clear", "Remove the name servers, of both families if none is named",
+    Command& clearCommand =
+        noun.addCommand("clear", "Remove the name servers, of both families if none is named",
                         {"dns clear", "dns clear --ipv6"});
     const auto families = addFamilyFlags(clearCommand, "servers");
-    tree.setAction(clearCommand,
-                   [families](Session& session) { clear(session, families->orBoth()); });
+    clearCommand.setAction([families](Session& session) { clear(session, families->orBoth()); });
 }
 
 }  // namespace mngctl

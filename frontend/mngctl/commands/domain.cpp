@@ -76,34 +76,31 @@ void set(Session& session, Families families, const std::string& name) {
 }  // namespace
 
 void addDomain(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("domain", "Domain name of the management interface",
-                                  {"domain show", "domain set access.example.net", "domain clear"});
+    Command& noun = tree.addNoun("domain", "Domain name of the management interface",
+                                 {"domain show", "domain set access.example.net", "domain clear"});
 
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show the domain names and where they come from",
-                        {"domain show", "domain show --json"});
-    tree.setAction(showCommand, [](Session& session) { show(session, {true, true}); });
+    Command& showCommand = noun.addCommand("show", "Show the domain names and where they come from",
+                                           {"domain show", "domain show --json"});
+    showCommand.setAction([](Session& session) { show(session, {true, true}); });
 
-    CLI::App& setCommand =
-        tree.addCommand(noun, "set",
+    Command& setCommand =
+        noun.addCommand("set",
                         "Set the domain name, the IPv4 one unless "
                         "--ipv6 is given",
                         {"domain set access.example.net", "domain set --ipv6 access6.example.net",
                          "domain set --ipv4 --ipv6 access.example.net"});
-    const CLI::Option& name =
-        *tree.addArgument(setCommand, "NAME", "Domain name, without a dot at the end").required();
+    const Argument& name = setCommand.addArgument("NAME", "Domain name, without a dot at the end");
     const auto chosen = addFamilyFlags(setCommand, "domain");
-    tree.setAction(setCommand, [&name, chosen](Session& session) {
+    setCommand.setAction([&name, chosen](Session& session) {
         const Families families = chosen->ipv6 ? *chosen : Families{true, false};
-        set(session, families, CommandTree::givenOne(name));
+        set(session, families, name.one());
     });
 
-    CLI::App& clearCommand =
-        tree.addCommand(noun, "clear", "Remove the domain name, of both families if none is named",
+    Command& clearCommand =
+        noun.addCommand("clear", "Remove the domain name, of both families if none is named",
                         {"domain clear", "domain clear --ipv6"});
     const auto cleared = addFamilyFlags(clearCommand, "domain");
-    tree.setAction(clearCommand,
-                   [cleared](Session& session) { change(session, cleared->orBoth(), ""); });
+    clearCommand.setAction([cleared](Session& session) { change(session, cleared->orBoth(), ""); });
 }
 
 }  // namespace mngctl

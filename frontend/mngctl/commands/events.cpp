@@ -66,20 +66,17 @@ void follow(Session& session, const Options& options) {
 }  // namespace
 
 void addEvents(CommandTree& tree) {
-    CLI::App& command = tree.addCommand(
-        tree.root(), "events", "Follow the events that the board pushes to browsers, until Ctrl-C",
+    Command& command = tree.addCommand(
+        "events", "Follow the events that the board pushes to browsers, until Ctrl-C",
         {"events", "events --json            (one object a line)", "events --count 1",
          "events --host 192.0.2.10 --certificate board.crt"});
     const auto options = std::make_shared<Options>();
     addEventPortOption(command, options->port);
-    command
-        .add_option("--certificate", options->certificate,
-                    "PEM file with the event server's certificate (/etc/apache2/server.crt)")
-        ->type_name("FILE");
-    command.add_option("--count", options->count, "End after so many events, those kept included")
-        ->check(CLI::Range(1, 1'000'000).description(""))
-        ->type_name("N");
-    tree.setAction(command, [options](Session& session) { follow(session, *options); });
+    command.addOption("--certificate", options->certificate, "FILE",
+                      "PEM file with the event server's certificate (/etc/apache2/server.crt)");
+    command.addNumber<std::size_t>("--count", options->count, {1, 1'000'000}, "N",
+                                   "End after so many events, those kept included");
+    command.setAction([options](Session& session) { follow(session, *options); });
 }
 
 }  // namespace mngctl

@@ -6,11 +6,11 @@
 namespace mngctl {
 
 void addFactoryDefaults(CommandTree& tree) {
-    CLI::App& command =
-        tree.addCommand(tree.root(), "factory-defaults", "Return every entity to factory settings",
+    Command& command =
+        tree.addCommand("factory-defaults", "Return every entity to factory settings",
                         {"factory-defaults", "factory-defaults --yes"});
     const auto yes = addYesFlag(command);
-    tree.setAction(command, [yes](Session& session) {
+    command.setAction([yes](Session& session) {
         if (!*yes)
             obtainConsent(
                 session, "Return every entity of the board to factory settings?",

@@ -92,38 +92,36 @@ void clear(Session& session, bool yes) { change(session, yes, readAddressing(ses
 }  // namespace
 
 void addGateway(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun(
+    Command& noun = tree.addNoun(
         "gateway", "Default gateways of the management interface",
         {"gateway show", "gateway set 192.0.2.254", "gateway set fe80::1", "gateway clear"});
 
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the default gateways",
-                                            {"gateway show", "gateway show --json"});
-    tree.setAction(showCommand, showBoth);
+    Command& showCommand = noun.addCommand("show", "Show the default gateways",
+                                           {"gateway show", "gateway show --json"});
+    showCommand.setAction(showBoth);
 
-    CLI::App& setCommand = tree.addCommand(
-        noun, "set", "Set the default gateway of a family, in place of the one there is",
-        {"gateway set 192.0.2.254", "gateway set fe80::1",
-         "gateway set --yes 192.0.2.253     (without asking whoever comes in "
-         "through the old one)"});
-    const CLI::Option& address =
-        *tree.addArgument(setCommand, "ADDRESS",
-                          "IPv4 address in the board's own network, or IPv6 address of a neighbour")
-             .required();
+    Command& setCommand =
+        noun.addCommand("set", "Set the default gateway of a family, in place of the one there is",
+                        {"gateway set 192.0.2.254", "gateway set fe80::1",
+                         "gateway set --yes 192.0.2.253     (without asking whoever comes in "
+                         "through the old one)"});
+    const Argument& address = setCommand.addArgument(
+        "ADDRESS", "IPv4 address in the board's own network, or IPv6 address of a neighbour");
     const auto setYes = addYesFlag(setCommand);
-    tree.setAction(setCommand, [&address, setYes](Session& session) {
-        const std::string text = CommandTree::givenOne(address);
+    setCommand.setAction([&address, setYes](Session& session) {
+        const std::string text = address.one();
         if (looksLikeIpv6(text))
             setIpv6Gateway(session, *setYes, parseIpv6Host(text));
         else
             set(session, *setYes, text);
     });
 
-    CLI::App& clearCommand = tree.addCommand(
-        noun, "clear", "Remove the IPv4 gateway, or the IPv6 gateway that was set by hand",
+    Command& clearCommand = noun.addCommand(
+        "clear", "Remove the IPv4 gateway, or the IPv6 gateway that was set by hand",
         {"gateway clear", "gateway clear --ipv6", "gateway clear --yes"});
     const auto clearYes = addYesFlag(clearCommand);
     const auto families = addFamilyFlags(clearCommand, "gateway");
-    tree.setAction(clearCommand, [clearYes, families](Session& session) {
+    clearCommand.setAction([clearYes, families](Session& session) {
         if (families->ipv4 || !families->ipv6)
             clear(session, *clearYes);
         if (families->ipv6)

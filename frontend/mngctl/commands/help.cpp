@@ -3,18 +3,17 @@
 namespace mngctl {
 
 void addHelp(CommandTree& tree) {
-    CLI::App& command = tree.addCommand(tree.root(), "help", "Show the help of a command",
-                                        {"help", "help dns set"});
-    const CLI::Option& path = tree.addArgument(command, "COMMAND", "The command's words", true);
-    tree.setAction(command, [&tree, &path](Session& session) {
-        session.streams.out << tree.help(CommandTree::given(path));
-    });
+    Command& command =
+        tree.addCommand("help", "Show the help of a command", {"help", "help dns set"});
+    const Argument& path = command.addArguments("COMMAND", "The command's words");
+    command.setAction(
+        [&tree, &path](Session& session) { session.streams.out << tree.help(path.given()); });
 }
 
 void addExit(CommandTree& tree) {
     for (const char* const name : {"exit", "quit"}) {
-        CLI::App& command = tree.addCommand(tree.root(), name, "Leave mngctl", {});
-        tree.setAction(command, [](Session& session) { session.leaving = true; });
+        Command& command = tree.addCommand(name, "Leave mngctl", {});
+        command.setAction([](Session& session) { session.leaving = true; });
     }
 }
 

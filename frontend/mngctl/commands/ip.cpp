@@ -116,35 +116,33 @@ void set(Session& session, bool yes, const std::string& address, const std::stri
 }  // namespace
 
 void addIp(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("ip", "Addresses of the management interface",
-                                  {"ip show", "ip set 192.0.2.10/24",
-                                   "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64"});
+    Command& noun = tree.addNoun("ip", "Addresses of the management interface",
+                                 {"ip show", "ip set 192.0.2.10/24",
+                                  "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64"});
 
-    CLI::App& showCommand = tree.addCommand(
-        noun, "show",
+    Command& showCommand = noun.addCommand(
+        "show",
         "Show the addresses, where they come from, the MAC address, the gateways and the "
         "management VLAN",
         {"ip show", "ip show --json"});
-    tree.setAction(showCommand, show);
+    showCommand.setAction(show);
 
-    CLI::App& setCommand = tree.addCommand(
-        noun, "set",
+    Command& setCommand = noun.addCommand(
+        "set",
         "Set a static address; an IPv4 one switches the DHCP client off, an IPv6 one leaves all "
         "else as it is",
         {"ip set 192.0.2.10/24", "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64",
          "ip set --yes 192.0.2.10/24     (without asking whoever came in over the old address)"});
-    const CLI::Option& address =
-        *tree.addArgument(setCommand, "ADDRESS",
-                          "IPv4 or IPv6 address, with /PREFIX or before MASK")
-             .required();
-    const CLI::Option& mask = tree.addArgument(
-        setCommand, "MASK",
+    const Argument& address =
+        setCommand.addArgument("ADDRESS", "IPv4 or IPv6 address, with /PREFIX or before MASK");
+    const Argument& mask = setCommand.addOptionalArgument(
+        "MASK",
         "Mask such as 255.255.255.0, or the prefix length of an IPv6 address, if there is no "
         "/PREFIX");
     const auto yes = addYesFlag(setCommand);
-    tree.setAction(setCommand, [&address, &mask, yes](Session& session) {
-        const std::string text = CommandTree::givenOne(address);
-        const std::string length = CommandTree::givenOne(mask);
+    setCommand.setAction([&address, &mask, yes](Session& session) {
+        const std::string text = address.one();
+        const std::string length = mask.one();
         if (looksLikeIpv6(text))
             setIpv6Address(session, *yes, parseIpv6InterfaceAddress(text, length));
         else

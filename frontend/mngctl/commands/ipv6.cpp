@@ -57,89 +57,81 @@ void switchClient(Session& session, bool yes, bool on) {
     readBack(session, [&] { show(session); });
 }
 
-void addGatewayCommands(CommandTree& tree, CLI::App& parent) {
-    CLI::App& noun =
-        tree.addCommand(parent, "gateway", "The IPv6 default gateway",
-                        {"ipv6 gateway show", "ipv6 gateway set fe80::1", "ipv6 gateway clear"});
-    noun.require_subcommand(1, 1);
+void addGatewayCommands(Command& parent) {
+    Command& noun =
+        parent.addNoun("gateway", "The IPv6 default gateway",
+                       {"ipv6 gateway show", "ipv6 gateway set fe80::1", "ipv6 gateway clear"});
 
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the gateway in force",
-                                            {"ipv6 gateway show", "ipv6 gateway show --json"});
-    tree.setAction(showCommand, showGateway);
+    Command& showCommand = noun.addCommand("show", "Show the gateway in force",
+                                           {"ipv6 gateway show", "ipv6 gateway show --json"});
+    showCommand.setAction(showGateway);
 
-    CLI::App& setCommand = tree.addCommand(
-        noun, "set", "Set the gateway, which goes before those that routers advertise",
-        {"ipv6 gateway set fe80::1", "ipv6 gateway set 2001:db8::1"});
-    const CLI::Option& address =
-        *tree.addArgument(setCommand, "ADDRESS", "IPv6 address of a neighbour").required();
+    Command& setCommand =
+        noun.addCommand("set", "Set the gateway, which goes before those that routers advertise",
+                        {"ipv6 gateway set fe80::1", "ipv6 gateway set 2001:db8::1"});
+    const Argument& address = setCommand.addArgument("ADDRESS", "IPv6 address of a neighbour");
     const auto setYes = addYesFlag(setCommand);
-    tree.setAction(setCommand, [&address, setYes](Session& session) {
-        setIpv6Gateway(session, *setYes, parseIpv6Host(CommandTree::givenOne(address)));
+    setCommand.setAction([&address, setYes](Session& session) {
+        setIpv6Gateway(session, *setYes, parseIpv6Host(address.one()));
     });
 
-    CLI::App& clearCommand =
-        tree.addCommand(noun, "clear", "Remove the gateway that was set by hand",
-                        {"ipv6 gateway clear", "ipv6 gateway clear --yes"});
+    Command& clearCommand = noun.addCommand("clear", "Remove the gateway that was set by hand",
+                                            {"ipv6 gateway clear", "ipv6 gateway clear --yes"});
     const auto clearYes = addYesFlag(clearCommand);
-    tree.setAction(clearCommand,
-                   [clearYes](Session& session) { clearIpv6Gateway(session, *clearYes); });
+    clearCommand.setAction([clearYes](Session& session) { clearIpv6Gateway(session, *clearYes); });
 }
 
-void addClientCommands(CommandTree& tree, CLI::App& parent) {
-    CLI::App& noun = tree.addCommand(parent, "dhcp", "The DHCPv6 client",
-                                     {"ipv6 dhcp show", "ipv6 dhcp on", "ipv6 dhcp off"});
-    noun.require_subcommand(1, 1);
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show whether the client is on",
-                                            {"ipv6 dhcp show", "ipv6 dhcp show --json"});
-    tree.setAction(showCommand, showClient);
+void addClientCommands(Command& parent) {
+    Command& noun = parent.addNoun("dhcp", "The DHCPv6 client",
+                                   {"ipv6 dhcp show", "ipv6 dhcp on", "ipv6 dhcp off"});
+    Command& showCommand = noun.addCommand("show", "Show whether the client is on",
+                                           {"ipv6 dhcp show", "ipv6 dhcp show --json"});
+    showCommand.setAction(showClient);
     for (const bool on : {true, false}) {
         const std::string verb = on ? "on" : "off";
-        CLI::App& command =
-            tree.addCommand(noun, verb,
+        Command& command =
+            noun.addCommand(verb,
                             on ? "Switch the client on, beside the address set by hand"
                                : "Switch the client off; what it was granted goes with it",
                             {"ipv6 dhcp " + verb, "ipv6 dhcp " + verb + " --yes"});
         const auto yes = addYesFlag(command);
-        tree.setAction(command, [yes, on](Session& session) { switchClient(session, *yes, on); });
+        command.setAction([yes, on](Session& session) { switchClient(session, *yes, on); });
     }
 }
 
 }  // namespace
 
 void addIpv6(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun(
+    Command& noun = tree.addNoun(
         "ipv6", "IPv6 addresses, gateway and DHCPv6 client of the management interface",
         {"ipv6 show", "ipv6 set 2001:db8::7/64", "ipv6 gateway set fe80::1", "ipv6 dhcp on"});
 
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show all addresses, the gateway in force and the client",
+    Command& showCommand =
+        noun.addCommand("show", "Show all addresses, the gateway in force and the client",
                         {"ipv6 show", "ipv6 show --json"});
-    tree.setAction(showCommand, show);
+    showCommand.setAction(show);
 
-    CLI::App& setCommand =
-        tree.addCommand(noun, "set", "Set the static address, in place of the one before",
+    Command& setCommand =
+        noun.addCommand("set", "Set the static address, in place of the one before",
                         {"ipv6 set 2001:db8::7/64", "ipv6 set 2001:db8::7 64",
                          "ipv6 set --yes 2001:db8::8/64     (without asking whoever came in over "
                          "the old one)"});
-    const CLI::Option& address =
-        *tree.addArgument(setCommand, "ADDRESS", "IPv6 address, with /LENGTH or before LENGTH")
-             .required();
-    const CLI::Option& length = tree.addArgument(
-        setCommand, "LENGTH", "Prefix length from 1 to 128, if there is no /LENGTH");
+    const Argument& address =
+        setCommand.addArgument("ADDRESS", "IPv6 address, with /LENGTH or before LENGTH");
+    const Argument& length = setCommand.addOptionalArgument(
+        "LENGTH", "Prefix length from 1 to 128, if there is no /LENGTH");
     const auto setYes = addYesFlag(setCommand);
-    tree.setAction(setCommand, [&address, &length, setYes](Session& session) {
-        setIpv6Address(session, *setYes,
-                       parseIpv6InterfaceAddress(CommandTree::givenOne(address),
-                                                 CommandTree::givenOne(length)));
+    setCommand.setAction([&address, &length, setYes](Session& session) {
+        setIpv6Address(session, *setYes, parseIpv6InterfaceAddress(address.one(), length.one()));
     });
 
-    CLI::App& clearCommand = tree.addCommand(noun, "clear", "Remove the static address",
-                                             {"ipv6 clear", "ipv6 clear --yes"});
+    Command& clearCommand =
+        noun.addCommand("clear", "Remove the static address", {"ipv6 clear", "ipv6 clear --yes"});
     const auto clearYes = addYesFlag(clearCommand);
-    tree.setAction(clearCommand, [clearYes](Session& session) { clear(session, *clearYes); });
+    clearCommand.setAction([clearYes](Session& session) { clear(session, *clearYes); });
 
-    addGatewayCommands(tree, noun);
-    addClientCommands(tree, noun);
+    addGatewayCommands(noun);
+    addClientCommands(noun);
 }
 
 }  // namespace mngctl

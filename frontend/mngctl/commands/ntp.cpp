@@ -119,48 +119,42 @@ void switchClient(Session& session, bool on) {
     store(session, on ? "switch the NTP client on" : "switch the NTP client off", config);
 }
 
-void addServerCommands(CommandTree& tree, CLI::App& parent) {
-    CLI::App& noun =
-        tree.addCommand(parent, "server", "Servers that are asked, up to four",
-                        {"ntp server add ntp.example.net --prefer", "ntp server remove 192.0.2.1"});
-    noun.require_subcommand(1, 1);
+void addServerCommands(Command& parent) {
+    Command& noun =
+        parent.addNoun("server", "Servers that are asked, up to four",
+                       {"ntp server add ntp.example.net --prefer", "ntp server remove 192.0.2.1"});
 
-    CLI::App& add = tree.addCommand(
-        noun, "add", "Add a server, or set the options of one that is there",
+    Command& add = noun.addCommand(
+        "add", "Add a server, or set the options of one that is there",
         {"ntp server add 192.0.2.1", "ntp server add ntp.example.net --prefer --version 4"});
-    const CLI::Option& host =
-        *tree.addArgument(add, "HOST", "Host name, IPv4 or IPv6 address").required();
+    const Argument& host = add.addArgument("HOST", "Host name, IPv4 or IPv6 address");
     const auto prefer = std::make_shared<bool>(false);
-    add.add_flag("--prefer", *prefer, "Follow it rather than others");
+    add.addFlag("--prefer", *prefer, "Follow it rather than others");
     const auto version = std::make_shared<std::string>();
-    add.add_option("--version", *version, "Protocol version to speak (the client's choice)")
-        ->type_name("3|4");
-    tree.setAction(add, [&host, prefer, version](Session& session) {
-        addServer(session, CommandTree::givenOne(host), parseVersion(*version), *prefer);
+    add.addOption("--version", *version, "3|4", "Protocol version to speak (the client's choice)");
+    add.setAction([&host, prefer, version](Session& session) {
+        addServer(session, host.one(), parseVersion(*version), *prefer);
     });
 
-    CLI::App& remove =
-        tree.addCommand(noun, "remove", "Remove a server", {"ntp server remove 192.0.2.1"});
-    const CLI::Option& removed = *tree.addArgument(remove, "HOST", "As it was added").required();
-    tree.setAction(remove, [&removed](Session& session) {
-        removeServer(session, CommandTree::givenOne(removed));
-    });
+    Command& remove = noun.addCommand("remove", "Remove a server", {"ntp server remove 192.0.2.1"});
+    const Argument& removed = remove.addArgument("HOST", "As it was added");
+    remove.setAction([&removed](Session& session) { removeServer(session, removed.one()); });
 }
 
 }  // namespace
 
 void addNtp(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("ntp", "The client that sets the clock from time servers",
-                                  {"ntp show", "ntp server add 192.0.2.1", "ntp on"});
-    CLI::App& showCommand = tree.addCommand(
-        noun, "show", "Show the configuration, and what the client knows of its servers",
-        {"ntp show", "ntp show --json"});
-    tree.setAction(showCommand, show);
-    addServerCommands(tree, noun);
-    CLI::App& on = tree.addCommand(noun, "on", "Switch the client on", {"ntp on"});
-    tree.setAction(on, [](Session& session) { switchClient(session, true); });
-    CLI::App& off = tree.addCommand(noun, "off", "Switch the client off", {"ntp off"});
-    tree.setAction(off, [](Session& session) { switchClient(session, false); });
+    Command& noun = tree.addNoun("ntp", "The client that sets the clock from time servers",
+                                 {"ntp show", "ntp server add 192.0.2.1", "ntp on"});
+    Command& showCommand =
+        noun.addCommand("show", "Show the configuration, and what the client knows of its servers",
+                        {"ntp show", "ntp show --json"});
+    showCommand.setAction(show);
+    addServerCommands(noun);
+    Command& on = noun.addCommand("on", "Switch the client on", {"ntp on"});
+    on.setAction([](Session& session) { switchClient(session, true); });
+    Command& off = noun.addCommand("off", "Switch the client off", {"ntp off"});
+    off.setAction([](Session& session) { switchClient(session, false); });
 }
 
 }  // namespace mngctl

@@ -59,41 +59,36 @@ void set(Session& session, const std::string& address, const std::string& mask, 
            wanted);
 }
 
-void addSet(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command =
-        tree.addCommand(noun, "set", "Give the ONT interface an address and a VLAN, switch it on",
+void addSet(Command& noun) {
+    Command& command =
+        noun.addCommand("set", "Give the ONT interface an address and a VLAN, switch it on",
                         {"ont set 198.51.100.1/24 20", "ont set 198.51.100.1 255.255.255.0 20"});
-    const CLI::Option& address =
-        *tree.addArgument(command, "ADDRESS", "IPv4 address, with /PREFIX or before MASK")
-             .required();
-    const CLI::Option& first =
-        *tree.addArgument(command, "MASK|VLAN", "Mask, if there is no /PREFIX; else the VLAN")
-             .required();
-    const CLI::Option& second =
-        tree.addArgument(command, "VLAN", "VLAN id, 1 to 4094, other than the management port's");
-    tree.setAction(command, [&](Session& session) {
-        const std::string& last = CommandTree::givenOne(second);
+    const Argument& address =
+        command.addArgument("ADDRESS", "IPv4 address, with /PREFIX or before MASK");
+    const Argument& first =
+        command.addArgument("MASK|VLAN", "Mask, if there is no /PREFIX; else the VLAN");
+    const Argument& second =
+        command.addOptionalArgument("VLAN", "VLAN id, 1 to 4094, other than the management port's");
+    command.setAction([&](Session& session) {
+        const std::string& last = second.one();
         const bool hasMask = !last.empty();
-        const std::string& middle = CommandTree::givenOne(first);
-        set(session, CommandTree::givenOne(address), hasMask ? middle : "",
-            parseVlanId(hasMask ? last : middle));
+        const std::string& middle = first.one();
+        set(session, address.one(), hasMask ? middle : "", parseVlanId(hasMask ? last : middle));
     });
 }
 
 }  // namespace
 
 void addOnt(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("ont", "Management interface of the ONTs",
-                                  {"ont show", "ont set 198.51.100.1/24 20", "ont off"});
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show its address, mask and VLAN",
-                                            {"ont show", "ont show --json"});
-    tree.setAction(showCommand, show);
-    addSet(tree, noun);
-    CLI::App& off =
-        tree.addCommand(noun, "off", "Take its address away and switch it off", {"ont off"});
-    tree.setAction(off, [](Session& session) {
-        change(session, "switch ONT management off", rpcNetworkInfo{});
-    });
+    Command& noun = tree.addNoun("ont", "Management interface of the ONTs",
+                                 {"ont show", "ont set 198.51.100.1/24 20", "ont off"});
+    Command& showCommand =
+        noun.addCommand("show", "Show its address, mask and VLAN", {"ont show", "ont show --json"});
+    showCommand.setAction(show);
+    addSet(noun);
+    Command& off = noun.addCommand("off", "Take its address away and switch it off", {"ont off"});
+    off.setAction(
+        [](Session& session) { change(session, "switch ONT management off", rpcNetworkInfo{}); });
 }
 
 }  // namespace mngctl

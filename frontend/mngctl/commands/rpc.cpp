@@ -97,8 +97,8 @@ void run(Session& session, const Options& options, const std::string& name,
 }  // namespace
 
 void addRpc(CommandTree& tree) {
-    CLI::App& command = tree.addCommand(
-        tree.root(), "rpc", "Call any procedure of the network program by its name",
+    Command& command = tree.addCommand(
+        "rpc", "Call any procedure of the network program by its name",
         {"rpc --list                          (all procedures)",
          "rpc --list set_dns_servers          (one, with its fields)", "rpc get_network_info",
          "rpc set_dns_servers 192.0.2.1 192.0.2.2", "rpc set_timezone_offset -3600",
@@ -108,18 +108,17 @@ void addRpc(CommandTree& tree) {
     std::vector<std::string> names;
     for (const Procedure& procedure : procedures())
         names.emplace_back(procedure.name);
-    const CLI::Option& name =
-        tree.addArgument(command, "NAME", "Name of the procedure", false, std::move(names));
-    const CLI::Option& words = tree.addArgument(
-        command, "ARG",
+    const Argument& name =
+        command.addOptionalArgument("NAME", "Name of the procedure", std::move(names));
+    const Argument& words = command.addArguments(
+        "ARG",
         "The argument: its fields in their order, or a record as one JSON object, in which fields "
-        "that are left out are 0, off or empty",
-        true);
-    command.add_flag("--list", options->list, "List the procedures, or describe the named one");
-    command.add_flag("--dry-run", options->dryRun,
-                     "Check the argument and print what would be sent");
-    tree.setAction(command, [options, &name, &words](Session& session) {
-        run(session, *options, CommandTree::givenOne(name), CommandTree::given(words));
+        "that are left out are 0, off or empty");
+    command.addFlag("--list", options->list, "List the procedures, or describe the named one");
+    command.addFlag("--dry-run", options->dryRun,
+                    "Check the argument and print what would be sent");
+    command.setAction([options, &name, &words](Session& session) {
+        run(session, *options, name.one(), words.given());
     });
 }
 

@@ -107,20 +107,20 @@ using Changer = void (*)(Session& session, const Service& service, bool on);
 void addService(CommandTree& tree, const Service& service, const std::string& description,
                 Changer changer) {
     const std::string& noun = service.noun;
-    CLI::App& parent = tree.addNoun(noun, description, {noun + " show", noun + " on"});
-    CLI::App& showCommand =
-        tree.addCommand(parent, "show", fmt::format("Show whether {} is on", service.name),
-                        {noun + " show", noun + " show --json"});
-    tree.setAction(showCommand, [service](Session& session) { show(session, service); });
+    Command& parent = tree.addNoun(noun, description, {noun + " show", noun + " on"});
+    Command& showCommand =
+        parent.addCommand("show", fmt::format("Show whether {} is on", service.name),
+                          {noun + " show", noun + " show --json"});
+    showCommand.setAction([service](Session& session) { show(session, service); });
     for (const bool on : {true, false}) {
         const std::string verb = onOff(on);
-        CLI::App& command =
-            tree.addCommand(parent, verb,
-                            fmt::format("Switch {} {}{}", service.name, verb,
-                                        on ? "" : "; sessions that are there stay until they end"),
-                            {noun + " " + verb});
-        tree.setAction(command,
-                       [service, changer, on](Session& session) { changer(session, service, on); });
+        Command& command = parent.addCommand(
+            verb,
+            fmt::format("Switch {} {}{}", service.name, verb,
+                        on ? "" : "; sessions that are there stay until they end"),
+            {noun + " " + verb});
+        command.setAction(
+            [service, changer, on](Session& session) { changer(session, service, on); });
     }
 }
 
@@ -166,22 +166,20 @@ void addServices(CommandTree& tree) {
     addService(tree, {"ftp", "FTP", rpc_network_ftp_enable_1, isFtpOn},
                "FTP server of the management interface", change);
 
-    CLI::App& noun = tree.addNoun("sessions", "Limits on terminal sessions over telnet and SSH",
-                                  {"sessions show", "sessions limit 8"});
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show the limit and the idle timeout",
-                                            {"sessions show", "sessions show --json"});
-    tree.setAction(showCommand, showLimits);
-    CLI::App& limitCommand =
-        tree.addCommand(noun, "limit",
+    Command& noun = tree.addNoun("sessions", "Limits on terminal sessions over telnet and SSH",
+                                 {"sessions show", "sessions limit 8"});
+    Command& showCommand = noun.addCommand("show", "Show the limit and the idle timeout",
+                                           {"sessions show", "sessions show --json"});
+    showCommand.setAction(showLimits);
+    Command& limitCommand =
+        noun.addCommand("limit",
                         "Set how many terminal sessions there may be at a time; those that are "
                         "there stay until they end",
                         {"sessions limit 8", "sessions limit default"});
-    const CLI::Option& limit =
-        *tree.addArgument(limitCommand, "N", "Number of sessions, or default", false, {"default"})
-             .required();
-    tree.setAction(limitCommand, [&limit](Session& session) {
-        setLimit(session, parseLimit(CommandTree::givenOne(limit)));
-    });
+    const Argument& limit =
+        limitCommand.addArgument("N", "Number of sessions, or default", {"default"});
+    limitCommand.setAction(
+        [&limit](Session& session) { setLimit(session, parseLimit(limit.one())); });
 }
 
 }  // namespace mngctl

@@ -73,26 +73,23 @@ void setText(Session& session, const SystemText& which, std::string text) {
 }  // namespace
 
 void addSnmp(CommandTree& tree) {
-    CLI::App& noun =
-        tree.addNoun("snmp", "The SNMP agent: system texts, communities, trap managers",
-                     {"snmp show", "snmp name msan-vie-07", "snmp community add public ro",
-                      "snmp trap add 192.0.2.1 traps"});
-    CLI::App& showCommand = tree.addCommand(noun, "show", "Show all settings of the agent",
-                                            {"snmp show", "snmp show --json"});
-    tree.setAction(showCommand, show);
+    Command& noun = tree.addNoun("snmp", "The SNMP agent: system texts, communities, trap managers",
+                                 {"snmp show", "snmp name msan-vie-07",
+                                  "snmp community add public ro", "snmp trap add 192.0.2.1 traps"});
+    Command& showCommand = noun.addCommand("show", "Show all settings of the agent",
+                                           {"snmp show", "snmp show --json"});
+    showCommand.setAction(show);
     for (const SystemText& which : texts) {
-        CLI::App& command = tree.addCommand(
-            noun, which.name, which.description,
+        Command& command = noun.addCommand(
+            which.name, which.description,
             {which.example, fmt::format("snmp {} ''      (removes it)", which.name)});
-        const CLI::Option& text =
-            *tree.addArgument(command, "TEXT", "At most 31 bytes, without control characters")
-                 .required();
-        tree.setAction(command, [&which, &text](Session& session) {
-            setText(session, which, CommandTree::givenOne(text));
-        });
+        const Argument& text =
+            command.addArgument("TEXT", "At most 31 bytes, without control characters");
+        command.setAction(
+            [&which, &text](Session& session) { setText(session, which, text.one()); });
     }
-    addSnmpCommunity(tree, noun);
-    addSnmpTrap(tree, noun);
+    addSnmpCommunity(noun);
+    addSnmpTrap(noun);
 }
 
 }  // namespace mngctl

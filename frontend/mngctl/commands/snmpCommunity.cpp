@@ -79,44 +79,39 @@ void setAccess(Session& session, std::string name, rpcSnmpCommunityAccess access
 }
 
 /// A command with a name and an access.
-void addWithAccess(CommandTree& tree, CLI::App& noun, const std::string& verb,
-                   const std::string& description,
+void addWithAccess(Command& noun, const std::string& verb, const std::string& description,
                    std::function<void(Session&, std::string, rpcSnmpCommunityAccess)> act) {
-    CLI::App& command = tree.addCommand(
-        noun, verb, description,
+    Command& command = noun.addCommand(
+        verb, description,
         {"snmp community " + verb + " public ro", "snmp community " + verb + " private rw"});
-    const CLI::Option& name =
-        *tree.addArgument(command, "NAME", "1 to 29 visible ASCII characters").required();
-    const CLI::Option& access =
-        *tree.addArgument(command, "ACCESS", "ro (read-only) or rw (read-write)", false,
-                          {"ro", "rw"})
-             .required();
-    tree.setAction(command, [&name, &access, act = std::move(act)](Session& session) {
-        const rpcSnmpCommunityAccess right = parseAccess(CommandTree::givenOne(access));
-        act(session, CommandTree::givenOne(name), right);
+    const Argument& name = command.addArgument("NAME", "1 to 29 visible ASCII characters");
+    const Argument& access =
+        command.addArgument("ACCESS", "ro (read-only) or rw (read-write)", {"ro", "rw"});
+    command.setAction([&name, &access, act = std::move(act)](Session& session) {
+        const rpcSnmpCommunityAccess right = parseAccess(access.one());
+        act(session, name.one(), right);
     });
 }
 
 }  // namespace
 
-void addSnmpCommunity(CommandTree& tree, CLI::App& snmp) {
-    CLI::App& noun = tree.addCommand(
-        snmp, "community", "Communities, by which managers get access",
+void addSnmpCommunity(Command& snmp) {
+    Command& noun = snmp.addNoun(
+        "community", "Communities, by which managers get access",
         {"snmp community list", "snmp community add public ro", "snmp community remove public"});
-    noun.require_subcommand(1, 1);
-    CLI::App& list = tree.addCommand(noun, "list", "Show the communities with their access",
-                                     {"snmp community list", "snmp community list --json"});
-    tree.setAction(list, show);
-    addWithAccess(tree, noun, "add", "Add a community; the board keeps six",
+    Command& list = noun.addCommand("list", "Show the communities with their access",
+                                    {"snmp community list", "snmp community list --json"});
+    list.setAction(show);
+    addWithAccess(noun, "add", "Add a community; the board keeps six",
                   [](Session& session, std::string name, rpcSnmpCommunityAccess access) {
                       addOrRemove(session, std::move(name), access, true);
                   });
-    addWithAccess(tree, noun, "access", "Change what a community may do", setAccess);
-    CLI::App& remove =
-        tree.addCommand(noun, "remove", "Remove a community", {"snmp community remove public"});
-    const CLI::Option& name = *tree.addArgument(remove, "NAME", "Its name").required();
-    tree.setAction(remove, [&name](Session& session) {
-        addOrRemove(session, CommandTree::givenOne(name), rpcSnmpCommunityReadOnly, false);
+    addWithAccess(noun, "access", "Change what a community may do", setAccess);
+    Command& remove =
+        noun.addCommand("remove", "Remove a community", {"snmp community remove public"});
+    const Argument& name = remove.addArgument("NAME", "Its name");
+    remove.setAction([&name](Session& session) {
+        addOrRemove(session, name.one(), rpcSnmpCommunityReadOnly, false);
     });
 }
 

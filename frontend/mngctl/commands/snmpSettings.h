@@ -29,7 +29,7 @@ void checkCommunity(std::string_view text, std::size_t longest);
 /// Makes one change. What `explain` says, read from the board, is added to a refusal.
 void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain);
 
-void addSnmpCommunity(CommandTree& tree, CLI::App& snmp);
-void addSnmpTrap(CommandTree& tree, CLI::App& snmp);
+void addSnmpCommunity(Command& snmp);
+void addSnmpTrap(Command& snmp);
 
 }  // namespace mngctl

@@ -35,7 +35,7 @@ std::string explainRefusedAdding(Session& session, unsigned address, const std::
     if (wasThere)
         return "there is a manager of that address with that community";
     if (isThere(traps, address, community))
-        return std::string("it is stored, but not in force; ") + otherCause;
+        return fmt::format("it is stored, but not in force; {}", otherCause);
     if (traps["managers"].size() >= mostManagers)
         return fmt::format("the board keeps {} managers, which it has", mostManagers);
     return otherCause;
@@ -141,67 +141,63 @@ void test(Session& session, bool inform) {
 }
 
 struct ManagerArguments {
-    const CLI::Option& address;
-    const CLI::Option& community;
+    const Argument& address;
+    const Argument& community;
 };
 
-ManagerArguments addManagerArguments(CommandTree& tree, CLI::App& command) {
-    const CLI::Option& address =
-        *tree.addArgument(command, "ADDRESS", "IPv4 address of the manager").required();
-    const CLI::Option& community =
-        *tree.addArgument(command, "COMMUNITY", "1 to 31 visible ASCII characters").required();
+ManagerArguments addManagerArguments(Command& command) {
+    const Argument& address = command.addArgument("ADDRESS", "IPv4 address of the manager");
+    const Argument& community =
+        command.addArgument("COMMUNITY", "1 to 31 visible ASCII characters");
     return {address, community};
 }
 
-void addManagerCommand(CommandTree& tree, CLI::App& noun, const std::string& verb,
-                       const std::string& description, bool add) {
-    CLI::App& command =
-        tree.addCommand(noun, verb, description, {"snmp trap " + verb + " 192.0.2.1 traps"});
-    const ManagerArguments given = addManagerArguments(tree, command);
-    tree.setAction(command, [given, add](Session& session) {
-        addOrRemove(session, parseHostAddress(CommandTree::givenOne(given.address)),
-                    CommandTree::givenOne(given.community), add);
+void addManagerCommand(Command& noun, const std::string& verb, const std::string& description,
+                       bool add) {
+    Command& command =
+        noun.addCommand(verb, description, {"snmp trap " + verb + " 192.0.2.1 traps"});
+    const ManagerArguments given = addManagerArguments(command);
+    command.setAction([given, add](Session& session) {
+        addOrRemove(session, parseHostAddress(given.address.one()), given.community.one(), add);
     });
 }
 
-void addTest(CommandTree& tree, CLI::App& noun) {
-    CLI::App& command = tree.addCommand(
-        noun, "test", "Send a test notification to every manager, from the machine mngctl runs on",
+void addTest(Command& noun) {
+    Command& command = noun.addCommand(
+        "test", "Send a test notification to every manager, from the machine mngctl runs on",
         {"snmp trap test", "snmp trap test --inform"});
     const auto inform = std::make_shared<bool>(false);
-    command.add_flag("--inform", *inform,
-                     "Send an inform request, which managers that know it acknowledge");
-    tree.setAction(command, [inform](Session& session) { test(session, *inform); });
+    command.addFlag("--inform", *inform,
+                    "Send an inform request, which managers that know it acknowledge");
+    command.setAction([inform](Session& session) { test(session, *inform); });
 }
 
 }  // namespace
 
-void addSnmpTrap(CommandTree& tree, CLI::App& snmp) {
-    CLI::App& noun =
-        tree.addCommand(snmp, "trap", "Managers that the agent sends traps to (SNMPv2c)",
-                        {"snmp trap list", "snmp trap add 192.0.2.1 traps", "snmp trap test"});
-    noun.require_subcommand(1, 1);
-    CLI::App& list = tree.addCommand(noun, "list", "Show the managers and their port",
-                                     {"snmp trap list", "snmp trap list --json"});
-    tree.setAction(list, show);
-    addManagerCommand(tree, noun, "add", "Add a manager; the board keeps ten", true);
-    addManagerCommand(tree, noun, "remove", "Remove a manager", false);
+void addSnmpTrap(Command& snmp) {
+    Command& noun =
+        snmp.addNoun("trap", "Managers that the agent sends traps to (SNMPv2c)",
+                     {"snmp trap list", "snmp trap add 192.0.2.1 traps", "snmp trap test"});
+    Command& list = noun.addCommand("list", "Show the managers and their port",
+                                    {"snmp trap list", "snmp trap list --json"});
+    list.setAction(show);
+    addManagerCommand(noun, "add", "Add a manager; the board keeps ten", true);
+    addManagerCommand(noun, "remove", "Remove a manager", false);
 
-    CLI::App& moveCommand = tree.addCommand(noun, "move", "Give a manager another address",
-                                            {"snmp trap move 192.0.2.1 traps 192.0.2.2"});
-    const ManagerArguments given = addManagerArguments(tree, moveCommand);
-    const CLI::Option& to = *tree.addArgument(moveCommand, "NEW", "Its new address").required();
-    tree.setAction(moveCommand, [given, &to](Session& session) {
-        move(session, parseHostAddress(CommandTree::givenOne(given.address)),
-             parseHostAddress(CommandTree::givenOne(to)), CommandTree::givenOne(given.community));
+    Command& moveCommand = noun.addCommand("move", "Give a manager another address",
+                                           {"snmp trap move 192.0.2.1 traps 192.0.2.2"});
+    const ManagerArguments given = addManagerArguments(moveCommand);
+    const Argument& to = moveCommand.addArgument("NEW", "Its new address");
+    moveCommand.setAction([given, &to](Session& session) {
+        move(session, parseHostAddress(given.address.one()), parseHostAddress(to.one()),
+             given.community.one());
     });
 
-    CLI::App& portCommand =
-        tree.addCommand(noun, "port", "Set the UDP port of all managers", {"snmp trap port 162"});
-    const CLI::Option& port = *tree.addArgument(portCommand, "PORT", "1 to 65535").required();
-    tree.setAction(portCommand,
-                   [&port](Session& session) { setPort(session, CommandTree::givenOne(port)); });
-    addTest(tree, noun);
+    Command& portCommand =
+        noun.addCommand("port", "Set the UDP port of all managers", {"snmp trap port 162"});
+    const Argument& port = portCommand.addArgument("PORT", "1 to 65535");
+    portCommand.setAction([&port](Session& session) { setPort(session, port.one()); });
+    addTest(noun);
 }
 
 }  // namespace mngctl

@@ -68,22 +68,21 @@ void set(Session& session, const std::vector<std::string>& words) {
 }  // namespace
 
 void addTime(CommandTree& tree) {
-    CLI::App& noun =
+    Command& noun =
         tree.addNoun("time", "Clock and time zone of the board",
                      {"time show", "time set 31/12/2024 23:59:30", "time zone set Europe/Vienna"});
-    CLI::App& showCommand = tree.addCommand(
-        noun, "show", "Show the local time, the time zone and how the clock is kept",
-        {"time show", "time show --json"});
-    tree.setAction(showCommand, show);
+    Command& showCommand =
+        noun.addCommand("show", "Show the local time, the time zone and how the clock is kept",
+                        {"time show", "time show --json"});
+    showCommand.setAction(show);
 
-    CLI::App& setCommand =
-        tree.addCommand(noun, "set", "Set the clock, to a local time",
+    Command& setCommand =
+        noun.addCommand("set", "Set the clock, to a local time",
                         {"time set 31/12/2024 23:59:30", "time set 2024-12-31 23:59"});
-    const CLI::Option& moment = tree.addArgument(
-        setCommand, "DATE TIME", "Date, day first or in ISO's order, and time of day", true);
-    tree.setAction(setCommand,
-                   [&moment](Session& session) { set(session, CommandTree::given(moment)); });
-    addTimeZone(tree, noun);
+    const Argument& moment =
+        setCommand.addArguments("DATE TIME", "Date, day first or in ISO's order, and time of day");
+    setCommand.setAction([&moment](Session& session) { set(session, moment.given()); });
+    addTimeZone(noun);
 }
 
 }  // namespace mngctl

@@ -164,26 +164,24 @@ Json ruleOrNull(const ZoneSettings& zone) {
     return hasRule(zone) ? Json(formatRule(zone)) : Json();
 }
 
-void addTimeZone(CommandTree& tree, CLI::App& parent) {
-    CLI::App& noun = tree.addCommand(parent, "zone", "Time zone and daylight-saving time",
-                                     {"time zone show", "time zone set Europe/Vienna"});
-    noun.require_subcommand(1, 1);
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show the zone, its rule and the next two changes it means",
+void addTimeZone(Command& parent) {
+    Command& noun = parent.addNoun("zone", "Time zone and daylight-saving time",
+                                   {"time zone show", "time zone set Europe/Vienna"});
+    Command& showCommand =
+        noun.addCommand("show", "Show the zone, its rule and the next two changes it means",
                         {"time zone show", "time zone show --json"});
-    tree.setAction(showCommand, show);
+    showCommand.setAction(show);
 
-    CLI::App& setCommand = tree.addCommand(
-        noun, "set",
+    Command& setCommand = noun.addCommand(
+        "set",
         "Set the zone, by a name of this machine's zone database or by a rule of the variable TZ",
         {"time zone set Europe/Vienna", "time zone set UTC",
          "time zone set office CET-1CEST,M3.5.0,M10.5.0/3"});
-    const CLI::Option& name = *tree.addArgument(setCommand, "NAME", "Name of the zone").required();
-    const CLI::Option& rule =
-        tree.addArgument(setCommand, "RULE", "Its rule (tzset(3)), instead of the zone database's");
-    tree.setAction(setCommand, [&name, &rule](Session& session) {
-        set(session, CommandTree::givenOne(name), CommandTree::givenOne(rule));
-    });
+    const Argument& name = setCommand.addArgument("NAME", "Name of the zone");
+    const Argument& rule = setCommand.addOptionalArgument(
+        "RULE", "Its rule (tzset(3)), instead of the zone database's");
+    setCommand.setAction(
+        [&name, &rule](Session& session) { set(session, name.one(), rule.one()); });
 }
 
 }  // namespace mngctl

@@ -6,7 +6,7 @@
 namespace mngctl {
 
 /// Adds the commands of the time zone below `time`.
-void addTimeZone(CommandTree& tree, CLI::App& parent);
+void addTimeZone(Command& parent);
 
 /// The board's local time. Throws Refused when it cannot tell.
 LocalTime readTime(Session& session);

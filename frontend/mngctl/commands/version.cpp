@@ -85,18 +85,18 @@ void showComponents(Session& session) {
 }  // namespace
 
 void addVersion(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("version", "Software that runs on the board",
-                                  {"version show", "version components"});
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show the versions of product, system and boot loader",
+    Command& noun = tree.addNoun("version", "Software that runs on the board",
+                                 {"version show", "version components"});
+    Command& showCommand =
+        noun.addCommand("show", "Show the versions of product, system and boot loader",
                         {"version show", "version show --json"});
-    tree.setAction(showCommand, show);
-    CLI::App& components =
-        tree.addCommand(noun, "components",
+    showCommand.setAction(show);
+    Command& components =
+        noun.addCommand("components",
                         "List the components of application and platform; the board looks for them "
                         "when it is first returned to factory settings after a start",
                         {"version components", "version components --json"});
-    tree.setAction(components, showComponents);
+    components.setAction(showComponents);
 }
 
 }  // namespace mngctl

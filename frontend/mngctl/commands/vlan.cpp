@@ -68,53 +68,45 @@ void setDefault(Session& session, unsigned vlan, rpcVlanMode mode) {
     readBack(session, [&] { showDefault(session); });
 }
 
-void addDefault(CommandTree& tree, CLI::App& parent) {
-    CLI::App& noun = tree.addCommand(parent, "default", "The default VLAN of the shelf",
-                                     {"vlan default show", "vlan default set 10 native"});
-    noun.require_subcommand(1, 1);
+void addDefault(Command& parent) {
+    Command& noun = parent.addNoun("default", "The default VLAN of the shelf",
+                                   {"vlan default show", "vlan default set 10 native"});
 
-    CLI::App& showCommand =
-        tree.addCommand(noun, "show", "Show the default VLAN and how the uplink carries it",
+    Command& showCommand =
+        noun.addCommand("show", "Show the default VLAN and how the uplink carries it",
                         {"vlan default show", "vlan default show --json"});
-    tree.setAction(showCommand, showDefault);
+    showCommand.setAction(showDefault);
 
-    CLI::App& setCommand = tree.addCommand(
-        noun, "set", "Make a VLAN of the database the default one; needs profile mode",
-        {"vlan default set 10 tagged", "vlan default set 10 native"});
-    const CLI::Option& id =
-        *tree.addArgument(setCommand, "ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)").required();
-    const CLI::Option& mode =
-        *tree.addArgument(setCommand, "MODE",
-                          "tagged, or native: untagged on the uplink, with no other VLAN so", false,
-                          {"tagged", "native"})
-             .required();
-    tree.setAction(setCommand, [&](Session& session) {
-        const unsigned vlan = parseVlanId(CommandTree::givenOne(id));
-        setDefault(session, vlan, parseMode(CommandTree::givenOne(mode)));
+    Command& setCommand =
+        noun.addCommand("set", "Make a VLAN of the database the default one; needs profile mode",
+                        {"vlan default set 10 tagged", "vlan default set 10 native"});
+    const Argument& id = setCommand.addArgument("ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)");
+    const Argument& mode = setCommand.addArgument(
+        "MODE", "tagged, or native: untagged on the uplink, with no other VLAN so",
+        {"tagged", "native"});
+    setCommand.setAction([&](Session& session) {
+        const unsigned vlan = parseVlanId(id.one());
+        setDefault(session, vlan, parseMode(mode.one()));
     });
 }
 
 }  // namespace
 
 void addVlan(CommandTree& tree) {
-    CLI::App& noun =
-        tree.addNoun("vlan", "VLAN of the management port, default VLAN, VLAN database",
-                     {"vlan show", "vlan set 10", "vlan default set 10 native"});
+    Command& noun = tree.addNoun("vlan", "VLAN of the management port, default VLAN, VLAN database",
+                                 {"vlan show", "vlan set 10", "vlan default set 10 native"});
 
-    CLI::App& showCommand = tree.addCommand(
-        noun, "show", "Show the management VLAN, the default VLAN and the VLAN database",
-        {"vlan show", "vlan show --json"});
-    tree.setAction(showCommand, show);
+    Command& showCommand =
+        noun.addCommand("show", "Show the management VLAN, the default VLAN and the VLAN database",
+                        {"vlan show", "vlan show --json"});
+    showCommand.setAction(show);
 
-    CLI::App& setCommand =
-        tree.addCommand(noun, "set", "Move the management port into a VLAN", {"vlan set 10"});
-    const CLI::Option& id =
-        *tree.addArgument(setCommand, "ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)").required();
-    tree.setAction(setCommand, [&id](Session& session) {
-        set(session, parseVlanId(CommandTree::givenOne(id)));
-    });
+    Command& setCommand =
+        noun.addCommand("set", "Move the management port into a VLAN", {"vlan set 10"});
+    const Argument& id = setCommand.addArgument("ID", "VLAN id, 1 to 4094 (IEEE 802.1Q)");
+    setCommand.setAction([&id](Session& session) { set(session, parseVlanId(id.one())); });
 
-    addDefault(tree, noun);
+    addDefault(noun);
 }
 
 }  // namespace mngctl

@@ -42,31 +42,31 @@ void change(Session& session, const WebPorts& ports, bool on) {
     readBack(session, [&] { show(session, ports); });
 }
 
-void addSwitch(CommandTree& tree, CLI::App& noun, bool on) {
+void addSwitch(Command& noun, bool on) {
     const std::string verb = on ? "on" : "off";
-    CLI::App& command = tree.addCommand(
-        noun, verb,
+    Command& command = noun.addCommand(
+        verb,
         on ? "Start the event server, the web server and the feeder of messages"
            : "End the event server and the web server, and pause the feeder of messages",
         {"web " + verb, "web " + verb + " --json"});
     const auto ports = addPortOptions(command);
-    tree.setAction(command, [ports, on](Session& session) { change(session, *ports, on); });
+    command.setAction([ports, on](Session& session) { change(session, *ports, on); });
 }
 
 }  // namespace
 
 void addWeb(CommandTree& tree) {
-    CLI::App& noun = tree.addNoun("web", "Web server set: web server, event server, their feeder",
-                                  {"web show", "web on", "web off"});
+    Command& noun = tree.addNoun("web", "Web server set: web server, event server, their feeder",
+                                 {"web show", "web on", "web off"});
 
-    CLI::App& showCommand = tree.addCommand(
-        noun, "show", "Show whether the set was switched on, and which of its ports answer",
+    Command& showCommand = noun.addCommand(
+        "show", "Show whether the set was switched on, and which of its ports answer",
         {"web show", "web show --json"});
     const auto ports = addPortOptions(showCommand);
-    tree.setAction(showCommand, [ports](Session& session) { show(session, *ports); });
+    showCommand.setAction([ports](Session& session) { show(session, *ports); });
 
-    addSwitch(tree, noun, true);
-    addSwitch(tree, noun, false);
+    addSwitch(noun, true);
+    addSwitch(noun, false);
 }
 
 }  // namespace mngctl

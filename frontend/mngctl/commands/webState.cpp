@@ -14,11 +14,10 @@ namespace {
 /// A port that answers does so at once; one behind a filter never does.
 constexpr std::chrono::milliseconds portPatience{3000};
 
-void addPortOption(CLI::App& command, const char* name, std::uint16_t& port,
+void addPortOption(Command& command, const char* name, std::uint16_t& port,
                    const std::string& what) {
-    command.add_option(name, port, fmt::format("Port of the {} ({})", what, port))
-        ->check(CLI::Range(1, 65535).description(""))
-        ->type_name("PORT");
+    command.addNumber<std::uint16_t>(name, port, {1, 65535}, "PORT",
+                                     fmt::format("Port of the {} ({})", what, port));
 }
 
 Json readPort(Session& session, std::uint16_t port) {
@@ -34,14 +33,14 @@ std::string portLine(std::string_view what, const Json& state) {
 
 }  // namespace
 
-std::shared_ptr<WebPorts> addPortOptions(CLI::App& command) {
+std::shared_ptr<WebPorts> addPortOptions(Command& command) {
     auto ports = std::make_shared<WebPorts>();
     addPortOption(command, "--web-port", ports->page, "web server");
     addEventPortOption(command, ports->events);
     return ports;
 }
 
-void addEventPortOption(CLI::App& command, std::uint16_t& port) {
+void addEventPortOption(Command& command, std::uint16_t& port) {
     addPortOption(command, "--event-port", port, "event server");
 }
 

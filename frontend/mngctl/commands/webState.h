@@ -13,8 +13,8 @@ struct WebPorts {
 };
 
 /// Adds the options that name the ports to a command.
-std::shared_ptr<WebPorts> addPortOptions(CLI::App& command);
-void addEventPortOption(CLI::App& command, std::uint16_t& port);
+std::shared_ptr<WebPorts> addPortOptions(Command& command);
+void addEventPortOption(Command& command, std::uint16_t& port);
 
 /// Whether the board remembers to have switched the web server set on.
 bool readWebServer(Session& session);
