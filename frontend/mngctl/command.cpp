@@ -27,7 +27,7 @@ std::string Argument::one() const {
 }
 
 Command& Command::addCommand(const std::string& name, const std::string& description,
-                             const Words& examples) {
+                             const Words& examples, Action action) {
     CLI::App& command = *app.add_subcommand(name, description);
     command.group("Commands");
     std::string footer;
@@ -35,7 +35,10 @@ Command& Command::addCommand(const std::string& name, const std::string& descrip
         footer += (footer.empty() ? "Examples:" : "") + ("\n  mngctl " + example);
     command.footer(footer);
     addCommonOptions(command, parser.settings);
-    return parser.commands.emplace_back(parser, command);
+    Command& added = parser.commands.emplace_back(parser, command);
+    if (action)
+        added.setAction(std::move(action));
+    return added;
 }
 
 Command& Command::addNoun(const std::string& name, const std::string& description,

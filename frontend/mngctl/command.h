@@ -52,9 +52,10 @@ public:
     Command(const Command&) = delete;
     Command& operator=(const Command&) = delete;
 
-    /// Adds a command below this one. `examples` are command lines without the program's name.
+    /// Adds a command below this one. `examples` are command lines without the program's name. A
+    /// command whose action needs the command's own arguments gets it from setAction.
     Command& addCommand(const std::string& name, const std::string& description,
-                        const Words& examples);
+                        const Words& examples, Action action = {});
 
     /// Adds a command that only leads to others.
     Command& addNoun(const std::string& name, const std::string& description,

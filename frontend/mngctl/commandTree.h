@@ -3,6 +3,7 @@
 #include "mngctl/command.h"
 
 #include <memory>
+#include <utility>
 
 namespace mngctl {
 
@@ -18,8 +19,8 @@ public:
 
     /// Adds a command that stands first.
     Command& addCommand(const std::string& name, const std::string& description,
-                        const Words& examples) {
-        return root().addCommand(name, description, examples);
+                        const Words& examples, Action action = {}) {
+        return root().addCommand(name, description, examples, std::move(action));
     }
 
     /// Adds a command that stands first and only leads to others.

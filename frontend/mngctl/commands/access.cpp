@@ -175,9 +175,8 @@ void addAccess(CommandTree& tree) {
     removeCommand.setAction(
         [&position, yes](Session& session) { remove(session, *yes, position.one()); });
 
-    Command& clearCommand =
-        noun.addCommand("clear", "Remove all rules: everybody is admitted then", {"access clear"});
-    clearCommand.setAction(clear);
+    noun.addCommand("clear", "Remove all rules: everybody is admitted then", {"access clear"},
+                    clear);
 
     Command& testCommand =
         noun.addCommand("test", "Tell which rule answers to an address, and how",

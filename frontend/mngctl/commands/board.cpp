@@ -153,13 +153,12 @@ void addBoard(CommandTree& tree) {
         "board", "The board's business-logic process",
         {"board status", "board feature httpserver off", "board message networkBle_severity 7"});
 
-    Command& status = noun.addCommand(
-        "status", "Show the shelf, the modes, the features and the state of the entities",
-        {"board status", "board status --json"});
-    status.setAction([](Session& session) {
-        const Json json = readStatus(session);
-        session.print(json, allLines(json));
-    });
+    noun.addCommand("status",
+                    "Show the shelf, the modes, the features and the state of the entities",
+                    {"board status", "board status --json"}, [](Session& session) {
+                        const Json json = readStatus(session);
+                        session.print(json, allLines(json));
+                    });
 
     addMessage(noun);
     addShelf(noun);
@@ -167,12 +166,12 @@ void addBoard(CommandTree& tree) {
     addProfile(noun);
     addClearConfig(noun);
 
-    Command& stop = noun.addCommand("stop", "Ask the business-logic process for an orderly end",
-                                    {"board stop"});
-    stop.setAction([](Session& session) {
-        const std::string reply = ask(session, "stop", bll_stop_1);
-        readBack(session, [&] { printReply(session, reply, "the board is stopping"); });
-    });
+    noun.addCommand("stop", "Ask the business-logic process for an orderly end", {"board stop"},
+                    [](Session& session) {
+                        const std::string reply = ask(session, "stop", bll_stop_1);
+                        readBack(session,
+                                 [&] { printReply(session, reply, "the board is stopping"); });
+                    });
 }
 
 }  // namespace mngctl

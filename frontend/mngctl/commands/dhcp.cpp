@@ -112,14 +112,12 @@ void addDhcp(CommandTree& tree) {
         tree.addNoun("dhcp", "DHCP client of the management interface",
                      {"dhcp show", "dhcp on", "dhcp vendor-class on", "dhcp circuit-id"});
 
-    Command& showCommand = noun.addCommand("show", "Show whether the client and its options are on",
-                                           {"dhcp show", "dhcp show --json"});
-    showCommand.setAction(show);
-    Command& identification = noun.addCommand(
+    noun.addCommand("show", "Show whether the client and its options are on",
+                    {"dhcp show", "dhcp show --json"}, show);
+    noun.addCommand(
         "circuit-id",
         "Show the texts of vendor class and option 82, by which the server knows the board",
-        {"dhcp circuit-id", "dhcp circuit-id --json"});
-    identification.setAction(showIdentification);
+        {"dhcp circuit-id", "dhcp circuit-id --json"}, showIdentification);
     addClientCommand(noun, true);
     addClientCommand(noun, false);
     addOptionCommand(noun, "vendor-class",

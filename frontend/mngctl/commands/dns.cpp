@@ -196,9 +196,10 @@ void addDns(CommandTree& tree) {
     Command& noun = tree.addNoun("dns", "Name servers of the management interface",
                                  {"dns show", "dns set 192.0.2.1 192.0.2.2", "dns clear --ipv6"});
 
-    Command& showCommand = noun.addCommand("show", "Show the name servers and where they come from",
-                                           {"dns show", "dns show --json"});
-    showCommand.setAction([](Session& session) { show(session, {true, true}); });
+    noun.addCommand("show", "Show the name servers and where they come from",
+                    {"dns show", "dns show --json"}, [](Session& session) {
+                        show(session, {true, true});
+                    });
 
     Command& setCommand = noun.addCommand(
         "set", "Set one or two name servers of a family; the other family is left as it is",

@@ -79,9 +79,10 @@ void addDomain(CommandTree& tree) {
     Command& noun = tree.addNoun("domain", "Domain name of the management interface",
                                  {"domain show", "domain set access.example.net", "domain clear"});
 
-    Command& showCommand = noun.addCommand("show", "Show the domain names and where they come from",
-                                           {"domain show", "domain show --json"});
-    showCommand.setAction([](Session& session) { show(session, {true, true}); });
+    noun.addCommand("show", "Show the domain names and where they come from",
+                    {"domain show", "domain show --json"}, [](Session& session) {
+                        show(session, {true, true});
+                    });
 
     Command& setCommand =
         noun.addCommand("set",

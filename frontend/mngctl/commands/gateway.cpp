@@ -96,9 +96,8 @@ void addGateway(CommandTree& tree) {
         "gateway", "Default gateways of the management interface",
         {"gateway show", "gateway set 192.0.2.254", "gateway set fe80::1", "gateway clear"});
 
-    Command& showCommand = noun.addCommand("show", "Show the default gateways",
-                                           {"gateway show", "gateway show --json"});
-    showCommand.setAction(showBoth);
+    noun.addCommand("show", "Show the default gateways", {"gateway show", "gateway show --json"},
+                    showBoth);
 
     Command& setCommand =
         noun.addCommand("set", "Set the default gateway of a family, in place of the one there is",

@@ -12,8 +12,7 @@ void addHelp(CommandTree& tree) {
 
 void addExit(CommandTree& tree) {
     for (const char* const name : {"exit", "quit"}) {
-        Command& command = tree.addCommand(name, "Leave mngctl", {});
-        command.setAction([](Session& session) { session.leaving = true; });
+        tree.addCommand(name, "Leave mngctl", {}, [](Session& session) { session.leaving = true; });
     }
 }
 

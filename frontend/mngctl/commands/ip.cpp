@@ -120,12 +120,11 @@ void addIp(CommandTree& tree) {
                                  {"ip show", "ip set 192.0.2.10/24",
                                   "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64"});
 
-    Command& showCommand = noun.addCommand(
+    noun.addCommand(
         "show",
         "Show the addresses, where they come from, the MAC address, the gateways and the "
         "management VLAN",
-        {"ip show", "ip show --json"});
-    showCommand.setAction(show);
+        {"ip show", "ip show --json"}, show);
 
     Command& setCommand = noun.addCommand(
         "set",

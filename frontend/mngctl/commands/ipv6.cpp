@@ -62,9 +62,8 @@ void addGatewayCommands(Command& parent) {
         parent.addNoun("gateway", "The IPv6 default gateway",
                        {"ipv6 gateway show", "ipv6 gateway set fe80::1", "ipv6 gateway clear"});
 
-    Command& showCommand = noun.addCommand("show", "Show the gateway in force",
-                                           {"ipv6 gateway show", "ipv6 gateway show --json"});
-    showCommand.setAction(showGateway);
+    noun.addCommand("show", "Show the gateway in force",
+                    {"ipv6 gateway show", "ipv6 gateway show --json"}, showGateway);
 
     Command& setCommand =
         noun.addCommand("set", "Set the gateway, which goes before those that routers advertise",
@@ -84,9 +83,8 @@ void addGatewayCommands(Command& parent) {
 void addClientCommands(Command& parent) {
     Command& noun = parent.addNoun("dhcp", "The DHCPv6 client",
                                    {"ipv6 dhcp show", "ipv6 dhcp on", "ipv6 dhcp off"});
-    Command& showCommand = noun.addCommand("show", "Show whether the client is on",
-                                           {"ipv6 dhcp show", "ipv6 dhcp show --json"});
-    showCommand.setAction(showClient);
+    noun.addCommand("show", "Show whether the client is on",
+                    {"ipv6 dhcp show", "ipv6 dhcp show --json"}, showClient);
     for (const bool on : {true, false}) {
         const std::string verb = on ? "on" : "off";
         Command& command =
@@ -106,10 +104,8 @@ void addIpv6(CommandTree& tree) {
         "ipv6", "IPv6 addresses, gateway and DHCPv6 client of the management interface",
         {"ipv6 show", "ipv6 set 2001:db8::7/64", "ipv6 gateway set fe80::1", "ipv6 dhcp on"});
 
-    Command& showCommand =
-        noun.addCommand("show", "Show all addresses, the gateway in force and the client",
-                        {"ipv6 show", "ipv6 show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show all addresses, the gateway in force and the client",
+                    {"ipv6 show", "ipv6 show --json"}, show);
 
     Command& setCommand =
         noun.addCommand("set", "Set the static address, in place of the one before",

@@ -146,15 +146,13 @@ void addServerCommands(Command& parent) {
 void addNtp(CommandTree& tree) {
     Command& noun = tree.addNoun("ntp", "The client that sets the clock from time servers",
                                  {"ntp show", "ntp server add 192.0.2.1", "ntp on"});
-    Command& showCommand =
-        noun.addCommand("show", "Show the configuration, and what the client knows of its servers",
-                        {"ntp show", "ntp show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show the configuration, and what the client knows of its servers",
+                    {"ntp show", "ntp show --json"}, show);
     addServerCommands(noun);
-    Command& on = noun.addCommand("on", "Switch the client on", {"ntp on"});
-    on.setAction([](Session& session) { switchClient(session, true); });
-    Command& off = noun.addCommand("off", "Switch the client off", {"ntp off"});
-    off.setAction([](Session& session) { switchClient(session, false); });
+    noun.addCommand("on", "Switch the client on", {"ntp on"},
+                    [](Session& session) { switchClient(session, true); });
+    noun.addCommand("off", "Switch the client off", {"ntp off"},
+                    [](Session& session) { switchClient(session, false); });
 }
 
 }  // namespace mngctl

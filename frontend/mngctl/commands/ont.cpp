@@ -82,12 +82,11 @@ void addSet(Command& noun) {
 void addOnt(CommandTree& tree) {
     Command& noun = tree.addNoun("ont", "Management interface of the ONTs",
                                  {"ont show", "ont set 198.51.100.1/24 20", "ont off"});
-    Command& showCommand =
-        noun.addCommand("show", "Show its address, mask and VLAN", {"ont show", "ont show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show its address, mask and VLAN", {"ont show", "ont show --json"},
+                    show);
     addSet(noun);
-    Command& off = noun.addCommand("off", "Take its address away and switch it off", {"ont off"});
-    off.setAction(
+    noun.addCommand(
+        "off", "Take its address away and switch it off", {"ont off"},
         [](Session& session) { change(session, "switch ONT management off", rpcNetworkInfo{}); });
 }
 

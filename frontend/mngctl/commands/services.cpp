@@ -108,19 +108,17 @@ void addService(CommandTree& tree, const Service& service, const std::string& de
                 Changer changer) {
     const std::string& noun = service.noun;
     Command& parent = tree.addNoun(noun, description, {noun + " show", noun + " on"});
-    Command& showCommand =
-        parent.addCommand("show", fmt::format("Show whether {} is on", service.name),
-                          {noun + " show", noun + " show --json"});
-    showCommand.setAction([service](Session& session) { show(session, service); });
+    parent.addCommand("show", fmt::format("Show whether {} is on", service.name),
+                      {noun + " show", noun + " show --json"},
+                      [service](Session& session) { show(session, service); });
     for (const bool on : {true, false}) {
         const std::string verb = onOff(on);
-        Command& command = parent.addCommand(
-            verb,
-            fmt::format("Switch {} {}{}", service.name, verb,
-                        on ? "" : "; sessions that are there stay until they end"),
-            {noun + " " + verb});
-        command.setAction(
-            [service, changer, on](Session& session) { changer(session, service, on); });
+        parent.addCommand(verb,
+                          fmt::format("Switch {} {}{}", service.name, verb,
+                                      on ? "" : "; sessions that are there stay until they end"),
+                          {noun + " " + verb}, [service, changer, on](Session& session) {
+                              changer(session, service, on);
+                          });
     }
 }
 
@@ -168,9 +166,8 @@ void addServices(CommandTree& tree) {
 
     Command& noun = tree.addNoun("sessions", "Limits on terminal sessions over telnet and SSH",
                                  {"sessions show", "sessions limit 8"});
-    Command& showCommand = noun.addCommand("show", "Show the limit and the idle timeout",
-                                           {"sessions show", "sessions show --json"});
-    showCommand.setAction(showLimits);
+    noun.addCommand("show", "Show the limit and the idle timeout",
+                    {"sessions show", "sessions show --json"}, showLimits);
     Command& limitCommand =
         noun.addCommand("limit",
                         "Set how many terminal sessions there may be at a time; those that are "

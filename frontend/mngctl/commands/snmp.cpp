@@ -76,9 +76,8 @@ void addSnmp(CommandTree& tree) {
     Command& noun = tree.addNoun("snmp", "The SNMP agent: system texts, communities, trap managers",
                                  {"snmp show", "snmp name msan-vie-07",
                                   "snmp community add public ro", "snmp trap add 192.0.2.1 traps"});
-    Command& showCommand = noun.addCommand("show", "Show all settings of the agent",
-                                           {"snmp show", "snmp show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show all settings of the agent", {"snmp show", "snmp show --json"},
+                    show);
     for (const SystemText& which : texts) {
         Command& command = noun.addCommand(
             which.name, which.description,

@@ -99,9 +99,8 @@ void addSnmpCommunity(Command& snmp) {
     Command& noun = snmp.addNoun(
         "community", "Communities, by which managers get access",
         {"snmp community list", "snmp community add public ro", "snmp community remove public"});
-    Command& list = noun.addCommand("list", "Show the communities with their access",
-                                    {"snmp community list", "snmp community list --json"});
-    list.setAction(show);
+    noun.addCommand("list", "Show the communities with their access",
+                    {"snmp community list", "snmp community list --json"}, show);
     addWithAccess(noun, "add", "Add a community; the board keeps six",
                   [](Session& session, std::string name, rpcSnmpCommunityAccess access) {
                       addOrRemove(session, std::move(name), access, true);

@@ -178,9 +178,8 @@ void addSnmpTrap(Command& snmp) {
     Command& noun =
         snmp.addNoun("trap", "Managers that the agent sends traps to (SNMPv2c)",
                      {"snmp trap list", "snmp trap add 192.0.2.1 traps", "snmp trap test"});
-    Command& list = noun.addCommand("list", "Show the managers and their port",
-                                    {"snmp trap list", "snmp trap list --json"});
-    list.setAction(show);
+    noun.addCommand("list", "Show the managers and their port",
+                    {"snmp trap list", "snmp trap list --json"}, show);
     addManagerCommand(noun, "add", "Add a manager; the board keeps ten", true);
     addManagerCommand(noun, "remove", "Remove a manager", false);
 

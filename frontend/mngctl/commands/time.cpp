@@ -71,10 +71,8 @@ void addTime(CommandTree& tree) {
     Command& noun =
         tree.addNoun("time", "Clock and time zone of the board",
                      {"time show", "time set 31/12/2024 23:59:30", "time zone set Europe/Vienna"});
-    Command& showCommand =
-        noun.addCommand("show", "Show the local time, the time zone and how the clock is kept",
-                        {"time show", "time show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show the local time, the time zone and how the clock is kept",
+                    {"time show", "time show --json"}, show);
 
     Command& setCommand =
         noun.addCommand("set", "Set the clock, to a local time",

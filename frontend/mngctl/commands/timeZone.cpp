@@ -167,10 +167,8 @@ Json ruleOrNull(const ZoneSettings& zone) {
 void addTimeZone(Command& parent) {
     Command& noun = parent.addNoun("zone", "Time zone and daylight-saving time",
                                    {"time zone show", "time zone set Europe/Vienna"});
-    Command& showCommand =
-        noun.addCommand("show", "Show the zone, its rule and the next two changes it means",
-                        {"time zone show", "time zone show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show the zone, its rule and the next two changes it means",
+                    {"time zone show", "time zone show --json"}, show);
 
     Command& setCommand = noun.addCommand(
         "set",

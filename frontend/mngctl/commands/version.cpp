@@ -87,16 +87,12 @@ void showComponents(Session& session) {
 void addVersion(CommandTree& tree) {
     Command& noun = tree.addNoun("version", "Software that runs on the board",
                                  {"version show", "version components"});
-    Command& showCommand =
-        noun.addCommand("show", "Show the versions of product, system and boot loader",
-                        {"version show", "version show --json"});
-    showCommand.setAction(show);
-    Command& components =
-        noun.addCommand("components",
-                        "List the components of application and platform; the board looks for them "
-                        "when it is first returned to factory settings after a start",
-                        {"version components", "version components --json"});
-    components.setAction(showComponents);
+    noun.addCommand("show", "Show the versions of product, system and boot loader",
+                    {"version show", "version show --json"}, show);
+    noun.addCommand("components",
+                    "List the components of application and platform; the board looks for them "
+                    "when it is first returned to factory settings after a start",
+                    {"version components", "version components --json"}, showComponents);
 }
 
 }  // namespace mngctl

@@ -72,10 +72,8 @@ void addDefault(Command& parent) {
     Command& noun = parent.addNoun("default", "The default VLAN of the shelf",
                                    {"vlan default show", "vlan default set 10 native"});
 
-    Command& showCommand =
-        noun.addCommand("show", "Show the default VLAN and how the uplink carries it",
-                        {"vlan default show", "vlan default show --json"});
-    showCommand.setAction(showDefault);
+    noun.addCommand("show", "Show the default VLAN and how the uplink carries it",
+                    {"vlan default show", "vlan default show --json"}, showDefault);
 
     Command& setCommand =
         noun.addCommand("set", "Make a VLAN of the database the default one; needs profile mode",
@@ -96,10 +94,8 @@ void addVlan(CommandTree& tree) {
     Command& noun = tree.addNoun("vlan", "VLAN of the management port, default VLAN, VLAN database",
                                  {"vlan show", "vlan set 10", "vlan default set 10 native"});
 
-    Command& showCommand =
-        noun.addCommand("show", "Show the management VLAN, the default VLAN and the VLAN database",
-                        {"vlan show", "vlan show --json"});
-    showCommand.setAction(show);
+    noun.addCommand("show", "Show the management VLAN, the default VLAN and the VLAN database",
+                    {"vlan show", "vlan show --json"}, show);
 
     Command& setCommand =
         noun.addCommand("set", "Move the management port into a VLAN", {"vlan set 10"});
