@@ -7,6 +7,14 @@
 
 namespace mngctl {
 
+std::function<rpcNetworkResult()> request(Session& session, Stub<void, rpcNetworkResult> stub) {
+    return [&session, stub] {
+        rpcNetworkResult result{};
+        session.client.call(networkProgram, stub, result);
+        return result;
+    };
+}
+
 std::string describeOutcome(int outcome) {
     switch (outcome) {
         case rpcNetworkFailed:
@@ -51,6 +59,20 @@ void carryOut(const Change& change, const std::function<std::string()>& inForce)
             state = fmt::format("what is in force now could not be read: {}", failure.what());
         }
         throw Refused(fmt::format("{}; {}", refusal.what(), state));
+    }
+}
+
+void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain) {
+    try {
+        carryOut(std::span(&change, 1));
+    } catch (const Refused& refusal) {
+        std::string reason;
+        try {
+            reason = explain();
+        } catch (const Failure&) {
+            // The refusal is what counts.
+        }
+        throw Refused(refusal.what() + (reason.empty() ? reason : "; " + reason));
     }
 }
 

@@ -12,7 +12,8 @@ struct Change {
     std::function<rpcNetworkResult()> make;
 };
 
-/// A call of the network program with its argument, for a Change. The session outlives it.
+/// A call of the network program with its argument, for a Change. The session outlives it, and so
+/// do the texts that the argument points to.
 template <class Argument>
 std::function<rpcNetworkResult()> request(Session& session, Stub<Argument, rpcNetworkResult> stub,
                                           std::type_identity_t<Argument> argument) {
@@ -22,6 +23,9 @@ std::function<rpcNetworkResult()> request(Session& session, Stub<Argument, rpcNe
         return result;
     };
 }
+
+/// The same for a procedure without an argument.
+std::function<rpcNetworkResult()> request(Session& session, Stub<void, rpcNetworkResult> stub);
 
 /// ", result -6 (invalid address)" and the like.
 std::string describeOutcome(int outcome);
@@ -33,6 +37,9 @@ void carryOut(std::span<const Change> changes);
 /// Makes one change. If the board refuses it, the text also tells what `inForce` says of the state
 /// after it: a change that failed part-way is not taken back.
 void carryOut(const Change& change, const std::function<std::string()>& inForce);
+
+/// Makes one change. What `explain` says, read from the board, is added to a refusal.
+void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain);
 
 /// Shows what the board says after a change, unless --quiet is given. The change is done by then: a
 /// failure to read is reported, but does not fail the command.

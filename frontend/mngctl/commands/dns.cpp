@@ -154,18 +154,13 @@ void set(Session& session, const std::vector<std::string>& words) {
 }
 
 void clear(Session& session, Families families) {
-    const auto remove = [&session](Stub<void, rpcNetworkResult> stub) {
-        return [&session, stub] {
-            rpcNetworkResult result{};
-            session.client.call(networkProgram, stub, result);
-            return result;
-        };
-    };
     std::vector<Change> changes;
     if (families.ipv4)
-        changes.push_back({"clear the IPv4 servers", remove(rpc_network_delete_dns_servers_1)});
+        changes.push_back(
+            {"clear the IPv4 servers", request(session, rpc_network_delete_dns_servers_1)});
     if (families.ipv6)
-        changes.push_back({"clear the IPv6 servers", remove(rpc_network_delete_ipv6dns_servers_1)});
+        changes.push_back(
+            {"clear the IPv6 servers", request(session, rpc_network_delete_ipv6dns_servers_1)});
     carryOut(changes);
     readBack(session, [&] { show(session, families); });
 }

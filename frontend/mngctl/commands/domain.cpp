@@ -46,20 +46,14 @@ void show(Session& session, Families families) {
 
 /// Writes the name, or removes it if it is empty.
 void change(Session& session, Families families, std::string name) {
-    const auto write = [&](Stub<char*, rpcNetworkResult> stub) {
-        return [&session, &name, stub] {
-            char* text = name.data();
-            rpcNetworkResult result{};
-            session.client.call(networkProgram, stub, text, result);
-            return result;
-        };
-    };
     const std::string verb = name.empty() ? "clear" : "set";
     std::vector<Change> changes;
     if (families.ipv4)
-        changes.push_back({verb + " the IPv4 domain", write(rpc_network_set_domainname_1)});
+        changes.push_back({verb + " the IPv4 domain",
+                           request(session, rpc_network_set_domainname_1, name.data())});
     if (families.ipv6)
-        changes.push_back({verb + " the IPv6 domain", write(rpc_network_set_ipv6domainname_1)});
+        changes.push_back({verb + " the IPv6 domain",
+                           request(session, rpc_network_set_ipv6domainname_1, name.data())});
     carryOut(changes);
     readBack(session, [&] { show(session, families); });
 }

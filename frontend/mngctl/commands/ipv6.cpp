@@ -34,12 +34,8 @@ bool isLeased(const Ipv6Network& network) { return network.length == 128; }
 
 void clear(Session& session, bool yes) {
     askBeforeLosing(session, yes, "which can be the one that is to be removed", isGlobal);
-    const Change change{"remove the IPv6 address that was set by hand", [&] {
-                            rpcNetworkResult result{};
-                            session.client.call(networkProgram, rpc_network_remove_ipv6addr_1,
-                                                result);
-                            return result;
-                        }};
+    const Change change{"remove the IPv6 address that was set by hand",
+                        request(session, rpc_network_remove_ipv6addr_1)};
     carryOut(change, [&] { return describeInForce(readIpv6State(session)); });
     readBack(session, [&] { show(session); });
 }

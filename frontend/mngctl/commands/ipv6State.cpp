@@ -1,33 +1,20 @@
 #include "mngctl/commands/ipv6State.h"
 
 #include "mngctl/commands/changes.h"
-#include "mngctl/commands/consent.h"
+#include "mngctl/commands/wayIn.h"
 #include "mngctl/outcome.h"
 #include "mngctl/wire/records.h"
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 namespace mngctl {
 
 namespace {
 
-std::optional<WayIn6> wayIn6() {
-    const char* const connection = std::getenv("SSH_CONNECTION");
-    return connection == nullptr ? std::nullopt : parseWayIn6(connection);
-}
-
-void confirm(Session& session, bool yes, const WayIn6& way, const std::string& reason) {
-    if (yes)
-        return;
-    const std::string warning =
-        fmt::format("this can end your own connection from {}: {}", way.client, reason);
-    obtainConsent(session, warning + "\nDo it all the same?",
-                  warning + "; give --yes to do it all the same");
-}
+std::optional<WayIn6> wayIn6() { return parseWayIn6(sshConnection()); }
 
 /// Whether answers to the caller go through a gateway.
 bool isReachedThroughGateway(const Ipv6State& state, const WayIn6& way) {
@@ -44,8 +31,8 @@ void askBeforeChangingGateway(Session& session, bool yes, const std::string& wha
         return;
     const Ipv6State before = readIpv6State(session);
     if (isReachedThroughGateway(before, *way))
-        confirm(
-            session, yes, *way,
+        askBeforeCuttingOff(
+            session, yes, way->client,
             fmt::format("it is reached through the gateway {}, which {}", before.gateway, what));
 }
 
@@ -55,14 +42,6 @@ void changeAndShow(Session& session, const Change& change) {
         const Ipv6State after = readIpv6State(session);
         session.print(describe(after), lines(after, ""));
     });
-}
-
-std::function<rpcNetworkResult()> call(Session& session, Stub<void, rpcNetworkResult> stub) {
-    return [&session, stub] {
-        rpcNetworkResult result{};
-        session.client.call(networkProgram, stub, result);
-        return result;
-    };
 }
 
 }  // namespace
@@ -110,13 +89,10 @@ std::string describeInForce(const Ipv6State& state) {
 }
 
 std::optional<WayIn6> parseWayIn6(std::string_view connection) {
-    std::istringstream words{std::string(connection)};
-    std::string client;
-    std::string clientPort;
-    std::string server;
-    std::string serverPort;
-    if (!(words >> client >> clientPort >> server >> serverPort))
+    const auto ends = connectionEnds(connection);
+    if (!ends)
         return std::nullopt;
+    const auto& [client, server] = *ends;
     try {
         // A link-local end stands with the zone of the board's interface.
         return WayIn6{parseIpv6Host(client.substr(0, client.find('%'))),
@@ -134,7 +110,8 @@ void askBeforeLosing(Session& session, bool yes, const std::string& reason,
     for (const std::string& text : readIpv6State(session).addresses) {
         const Ipv6Network network = readIpv6Network(text);
         if (network.length != 0 && network.address == way->server && isAtRisk(network))
-            return confirm(session, yes, *way, fmt::format("it came in over {}, {}", text, reason));
+            return askBeforeCuttingOff(session, yes, way->client,
+                                       fmt::format("it came in over {}, {}", text, reason));
     }
 }
 
@@ -161,7 +138,7 @@ void setIpv6Gateway(Session& session, bool yes, const std::string& gateway) {
 void clearIpv6Gateway(Session& session, bool yes) {
     askBeforeChangingGateway(session, yes, "is to be removed");
     changeAndShow(session, {"remove the IPv6 gateway that was set by hand",
-                            call(session, rpc_network_remove_ipv6gw_1)});
+                            request(session, rpc_network_remove_ipv6gw_1)});
 }
 
 }  // namespace mngctl

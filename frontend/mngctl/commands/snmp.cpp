@@ -57,12 +57,8 @@ std::string explainRefusal(Session& session, const SystemText& which, const std:
 void setText(Session& session, const SystemText& which, std::string text) {
     checkText(which, text);
     const Change change{
-        fmt::format("set the {}", which.name), [&] {
-            rpc_network_snmpsystem_change_1_argument argument{text.data(), which.selector};
-            rpcNetworkResult result{};
-            session.client.call(networkProgram, rpc_network_snmpsystem_change_1, argument, result);
-            return result;
-        }};
+        fmt::format("set the {}", which.name),
+        request(session, rpc_network_snmpsystem_change_1, {text.data(), which.selector})};
     carryOutOrExplain(change, [&] { return explainRefusal(session, which, text); });
     readBack(session, [&] {
         const Json system = readSnmpSystem(session);

@@ -50,14 +50,9 @@ std::string explainRefusal(Session& session, const std::string& name) {
 void addOrRemove(Session& session, std::string name, rpcSnmpCommunityAccess access, bool add) {
     checkCommunity(name, longestName);
     const bool wasThere = isThere(readSnmpCommunities(session), name);
-    const Change change{add ? "add the community" : "remove the community", [&] {
-                            rpc_network_snmpcommunity_add_1_argument argument{name.data(), access,
-                                                                              add ? TRUE : FALSE};
-                            rpcNetworkResult result{};
-                            session.client.call(networkProgram, rpc_network_snmpcommunity_add_1,
-                                                argument, result);
-                            return result;
-                        }};
+    const Change change{add ? "add the community" : "remove the community",
+                        request(session, rpc_network_snmpcommunity_add_1,
+                                {name.data(), access, add ? TRUE : FALSE})};
     carryOutOrExplain(change, [&] {
         return add ? explainRefusedAdding(session, name, wasThere) : explainRefusal(session, name);
     });
@@ -67,13 +62,8 @@ void addOrRemove(Session& session, std::string name, rpcSnmpCommunityAccess acce
 void setAccess(Session& session, std::string name, rpcSnmpCommunityAccess access) {
     checkCommunity(name, longestName);
     const Change change{
-        "change the community's access", [&] {
-            rpc_network_snmpcommunity_change_1_argument argument{name.data(), access};
-            rpcNetworkResult result{};
-            session.client.call(networkProgram, rpc_network_snmpcommunity_change_1, argument,
-                                result);
-            return result;
-        }};
+        "change the community's access",
+        request(session, rpc_network_snmpcommunity_change_1, {name.data(), access})};
     carryOutOrExplain(change, [&] { return explainRefusal(session, name); });
     readBack(session, [&] { show(session); });
 }

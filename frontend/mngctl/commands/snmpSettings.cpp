@@ -102,18 +102,4 @@ void checkCommunity(std::string_view text, std::size_t longest) {
         throw UsageError("a community is made of visible ASCII characters, without blanks");
 }
 
-void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain) {
-    try {
-        carryOut(std::span(&change, 1));
-    } catch (const Refused& refusal) {
-        std::string reason;
-        try {
-            reason = explain();
-        } catch (const Failure&) {
-            // The refusal is what counts.
-        }
-        throw Refused(refusal.what() + (reason.empty() ? reason : "; " + reason));
-    }
-}
-
 }  // namespace mngctl

@@ -26,9 +26,6 @@ std::string describeSnmpTraps(const Json& traps);
 /// whose text leaves it out: it is as good as a password.
 void checkCommunity(std::string_view text, std::size_t longest);
 
-/// Makes one change. What `explain` says, read from the board, is added to a refusal.
-void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain);
-
 void addSnmpCommunity(Command& snmp);
 void addSnmpTrap(Command& snmp);
 

@@ -51,14 +51,9 @@ std::string explainRefusedRemoval(Session& session, unsigned address,
 void addOrRemove(Session& session, unsigned address, std::string community, bool add) {
     checkCommunity(community, longestCommunity);
     const bool wasThere = isThere(readSnmpTraps(session), address, community);
-    const Change change{add ? "add the manager" : "remove the manager", [&] {
-                            rpc_network_snmptrap_add_1_argument argument{community.data(), address,
-                                                                         add ? TRUE : FALSE};
-                            rpcNetworkResult result{};
-                            session.client.call(networkProgram, rpc_network_snmptrap_add_1,
-                                                argument, result);
-                            return result;
-                        }};
+    const Change change{add ? "add the manager" : "remove the manager",
+                        request(session, rpc_network_snmptrap_add_1,
+                                {community.data(), address, add ? TRUE : FALSE})};
     carryOutOrExplain(change, [&] {
         return add ? explainRefusedAdding(session, address, community, wasThere)
                    : explainRefusedRemoval(session, address, community);
@@ -68,13 +63,8 @@ void addOrRemove(Session& session, unsigned address, std::string community, bool
 
 void move(Session& session, unsigned from, unsigned to, std::string community) {
     checkCommunity(community, longestCommunity);
-    const Change change{
-        "move the manager", [&] {
-            rpc_network_snmptrap_change_1_argument argument{community.data(), from, to};
-            rpcNetworkResult result{};
-            session.client.call(networkProgram, rpc_network_snmptrap_change_1, argument, result);
-            return result;
-        }};
+    const Change change{"move the manager", request(session, rpc_network_snmptrap_change_1,
+                                                    {community.data(), from, to})};
     carryOutOrExplain(change, [&] { return explainRefusedRemoval(session, from, community); });
     readBack(session, [&] { show(session); });
 }

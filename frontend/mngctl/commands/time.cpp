@@ -46,14 +46,9 @@ void set(Session& session, const std::vector<std::string>& words) {
             fmt::format("expected a date and a time such as 31/12/2024 23:59:30, got {} word{}",
                         words.size(), words.size() == 1 ? "" : "s"));
     const LocalTime time = parseCivilTime(words[0], words[1]);
-    const Change change{"set the clock to " + formatCivilTime(time), [&] {
-                            std::string text = boardTime(time);
-                            char* argument = text.data();
-                            rpcNetworkResult result{};
-                            session.client.call(networkProgram, rpc_network_set_time_info_1,
-                                                argument, result);
-                            return result;
-                        }};
+    std::string text = boardTime(time);
+    const Change change{"set the clock to " + formatCivilTime(time),
+                        request(session, rpc_network_set_time_info_1, text.data())};
     try {
         carryOut(std::span(&change, 1));
     } catch (const Refused& refusal) {

@@ -18,15 +18,6 @@ rpcVlanMode parseMode(const std::string& text) {
     throw UsageError(fmt::format("expected tagged or native, not '{}'", printable(text)));
 }
 
-/// Makes one change; a refusal is explained.
-void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain) {
-    try {
-        carryOut(std::span(&change, 1));
-    } catch (const Refused& refusal) {
-        throw Refused(refusal.what() + explain());
-    }
-}
-
 void show(Session& session) {
     Json json = readVlanSettings(session);
     const Json database = readVlanDatabase(session);
@@ -46,24 +37,14 @@ void showDefault(Session& session) {
 }
 
 void set(Session& session, unsigned vlan) {
-    const Change change{"set the management VLAN", [&] {
-                            rpcNetworkResult result{};
-                            session.client.call(networkProgram, rpc_network_set_vlan_1, vlan,
-                                                result);
-                            return result;
-                        }};
+    const Change change{"set the management VLAN", request(session, rpc_network_set_vlan_1, vlan)};
     carryOutOrExplain(change, [&] { return explainRefusedMove(session, vlan); });
     readBack(session, [&] { showManagement(session); });
 }
 
 void setDefault(Session& session, unsigned vlan, rpcVlanMode mode) {
-    const Change change{"set the default VLAN", [&] {
-                            rpc_network_set_def_vlan_mode_1_argument argument{vlan, mode};
-                            rpcNetworkResult result{};
-                            session.client.call(networkProgram, rpc_network_set_def_vlan_mode_1,
-                                                argument, result);
-                            return result;
-                        }};
+    const Change change{"set the default VLAN",
+                        request(session, rpc_network_set_def_vlan_mode_1, {vlan, mode})};
     carryOutOrExplain(change, [&] { return explainRefusedDefault(session, vlan); });
     readBack(session, [&] { showDefault(session); });
 }

@@ -70,13 +70,16 @@ std::string missing(unsigned vlan) {
     return fmt::format("VLAN {} is not in the VLAN database", vlan);
 }
 
-/// Both parts with a semicolon before them; a part that cannot be read is left out.
+/// Both parts with a semicolon between them; a part that cannot be read is left out.
 std::string joined(const std::function<std::string()>& reason,
                    const std::function<std::string()>& state) {
     std::string text;
     for (const auto& part : {reason, state}) {
         try {
-            text += "; " + part();
+            const std::string known = part();
+            if (!text.empty())
+                text += "; ";
+            text += known;
         } catch (const Failure&) {
             // The refusal is what the user has to hear of.
         }
