@@ -1,21 +1,6 @@
-#include <gmock/gmock.h>
-
-#include <cstdio>
-#include <system_error>
-
 #include "privateNamespaces.h"
+#include "support/isolatedTests.h"
 
 int main(int argumentCount, char** arguments) {
-    testing::InitGoogleMock(&argumentCount, arguments);
-    // Not in an environment of the test framework: its failure would count as skipped tests.
-    if (!GTEST_FLAG_GET(list_tests)) {
-        try {
-            test::enterPrivateNamespaces();
-        } catch (const std::system_error& error) {
-            std::fprintf(stderr, "These tests need root, for what they do not get: %s\n",
-                         error.what());
-            return 1;
-        }
-    }
-    return RUN_ALL_TESTS();
+    return runIsolatedTests(argumentCount, arguments, test::enterPrivateNamespaces);
 }

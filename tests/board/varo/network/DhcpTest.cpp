@@ -43,7 +43,7 @@ DhcpTest::DhcpTest() {
     configure();
 }
 
-void DhcpTest::startServer(const std::vector<std::string>& more) {
+void DhcpTest::startDnsmasq(const std::vector<std::string>& more, const std::string& ready) {
     std::vector<std::string> command{"ip",
                                      "netns",
                                      "exec",
@@ -57,19 +57,24 @@ void DhcpTest::startServer(const std::vector<std::string>& more) {
                                      "-i",
                                      "lan0",
                                      "--bind-interfaces",
-                                     "--no-ping",
-                                     "--dhcp-authoritative",
                                      "--leasefile-ro",
                                      "--log-dhcp",
                                      "--log-facility=-",
-                                     "--user=root",
+                                     "--user=root"};
+    command.insert(command.end(), more.begin(), more.end());
+    server = std::make_unique<test::Process>(command);
+    ASSERT_TRUE(server->awaitOutput(ready)) << server->output();
+}
+
+void DhcpTest::startServer(const std::vector<std::string>& more) {
+    std::vector<std::string> options{"--no-ping",
+                                     "--dhcp-authoritative",
                                      "--domain=example.org",
                                      "--dhcp-range=192.0.2.50,192.0.2.50,255.255.255.0,10m",
                                      "--dhcp-option=option:router,192.0.2.1",
                                      "--dhcp-option=option:dns-server,192.0.2.53,192.0.2.54"};
-    command.insert(command.end(), more.begin(), more.end());
-    server = std::make_unique<test::Process>(command);
-    ASSERT_TRUE(server->awaitOutput("sockets bound exclusively")) << server->output();
+    options.insert(options.end(), more.begin(), more.end());
+    startDnsmasq(options, "sockets bound exclusively");
 }
 
 void DhcpTest::useClient(const std::string& script) {

@@ -30,6 +30,9 @@ protected:
     /// The resolver values in force: "SOURCE PRIMARY SECONDARY DOMAIN".
     static std::string resolver();
 
+    /// Runs a server on the far end of the cable until it says that it is ready.
+    void startDnsmasq(const std::vector<std::string>& more, const std::string& ready);
+
     std::unique_ptr<test::Process> server;
 };
 

@@ -64,29 +64,10 @@ int Ipv6Test::switchDhcp6(bool on) {
 }
 
 void Ipv6Test::startServer6(const std::string& leaseTime) {
-    server = std::make_unique<test::Process>(
-        std::vector<std::string>{"ip",
-                                 "netns",
-                                 "exec",
-                                 "lan",
-                                 "dnsmasq",
-                                 "-k",
-                                 "-C",
-                                 "/dev/null",
-                                 "-p",
-                                 "0",
-                                 "-i",
-                                 "lan0",
-                                 "--bind-interfaces",
-                                 "--leasefile-ro",
-                                 "--log-dhcp",
-                                 "--log-facility=-",
-                                 "--user=root",
-                                 "--enable-ra",
-                                 "--dhcp-range=2001:db8::100,2001:db8::100,64," + leaseTime,
-                                 "--dhcp-option=option6:dns-server,[2001:db8::53]",
-                                 "--dhcp-option=option6:domain-search,example.org"});
-    ASSERT_TRUE(server->awaitOutput("router advertisement on 2001:db8::")) << server->output();
+    startDnsmasq({"--enable-ra", "--dhcp-range=2001:db8::100,2001:db8::100,64," + leaseTime,
+                  "--dhcp-option=option6:dns-server,[2001:db8::53]",
+                  "--dhcp-option=option6:domain-search,example.org"},
+                 "router advertisement on 2001:db8::");
 }
 
 std::string Ipv6Test::globalAddresses() {

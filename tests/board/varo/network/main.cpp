@@ -1,25 +1,10 @@
-#include <gmock/gmock.h>
-
-#include <cstdio>
-#include <system_error>
-
 #include "board/varo/dhcpEvent.h"
+#include "support/isolatedTests.h"
 #include "tests/board/varo/network/namespaces.h"
 
 int main(int argumentCount, char** arguments) {
     // The DHCP clients of the tests report by way of this program.
     if (varo::isDhcpEvent(argumentCount, arguments))
         return varo::passDhcpEvent(arguments);
-    testing::InitGoogleMock(&argumentCount, arguments);
-    // Not in an environment of the test framework: its failure would count as skipped tests.
-    if (!GTEST_FLAG_GET(list_tests)) {
-        try {
-            varotest::enterNamespaces();
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "These tests need root, for what they do not get: %s\n",
-                         error.what());
-            return 1;
-        }
-    }
-    return RUN_ALL_TESTS();
+    return runIsolatedTests(argumentCount, arguments, varotest::enterNamespaces);
 }
