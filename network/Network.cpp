@@ -10,7 +10,6 @@
 #include "varo/varoLib.h"
 
 #include <boost/bind/bind.hpp>
-
 #include <netinet/in.h>
 #include <unistd.h>
 
@@ -154,7 +153,7 @@ int Network::Poll() {
 }
 
 void Network::pollOnce() {
-    varoLib_s_interface interface {};
+    varoLib_s_interface interface{};
     std::strncpy(interface.name, managementInterface, sizeof interface.name - 1);
     if (varoGetInterface(&interface) != 0) {
         return;

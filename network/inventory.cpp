@@ -50,7 +50,7 @@ const char* directoryOf(int mode) {
 }
 
 bool exists(const std::string& path) {
-    struct stat status {};
+    struct stat status{};
     return stat(path.c_str(), &status) == 0;
 }
 

@@ -196,7 +196,7 @@ void Network::fillAddress(NetworkInfo& info) {
         networkBleSyslog(LOG_DEBUG, "[networkBLE]: interfaceMngGet returned error\n");
     }
     networkBleSyslog(LOG_DEBUG, "[networkBLE]: getNetworkInfo: portID: %d.\n", portId);
-    varoLib_s_interface interface {};
+    varoLib_s_interface interface{};
     if (reportIf(interfaceLinuxnameGet(portId, portNameSize, interface.name) != 0,
                  "[networkBLE]: getNetworkInfo: function interfaceLinuxnameGet has failed!portID: "
                  "%d.\n",

@@ -2,6 +2,7 @@
 // a row of its calls, and where it breaks off the port stays: none of the steps is taken back.
 
 #include "platform/vlan.h"
+
 #include "framework/PortSecurity.h"
 #include "network/Network.h"
 #include "platform/features.h"

@@ -5,7 +5,6 @@
 // Flags of the benchmark library override the defaults, for example --benchmark_repetitions=51.
 
 #include "RatioReporter.h"
-
 #include "network/rpc/xdr.h"
 #include "network/rpc/xdrFields.h"
 #include "tests/rpc/xdr/referenceCharacters.h"

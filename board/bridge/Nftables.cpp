@@ -3,10 +3,9 @@
 #include "board/bridge/Failure.h"
 #include "board/support/Descriptor.h"
 
+#include <linux/netlink.h>
 #include <nftables/libnftables.h>
 #include <nlohmann/json.hpp>
-
-#include <linux/netlink.h>
 #include <sys/socket.h>
 
 #include <cerrno>

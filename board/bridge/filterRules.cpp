@@ -56,8 +56,7 @@ bool isPlain(char character) {
 /// A name that people can type, too; the number makes it the list's own.
 std::string chainName(const AccessList& list) {
     std::string name = list.name().substr(0, nameLimit);
-    std::ranges::replace_if(
-        name, [](char character) { return !isPlain(character); }, '_');
+    std::ranges::replace_if(name, [](char character) { return !isPlain(character); }, '_');
     return fmt::format("acl{}_{}", list.number(), name);
 }
 

@@ -1,12 +1,12 @@
 #include "board/daemon/Command.h"
 
+#include "board/varo/ChildProcess.h"
+
 #include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <stdexcept>
-
-#include "board/varo/ChildProcess.h"
 
 namespace daemons {
 
@@ -23,17 +23,20 @@ void await(const board::Descriptor& descriptor, Clock::time_point deadline,
     for (;;) {
         const auto left =
             std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0)
+        if (left <= 0) {
             throw std::runtime_error(fmt::format("{} does not end in time", program));
+        }
         pollfd one{descriptor.get(), POLLIN, 0};
-        if (::poll(&one, 1, static_cast<int>(left)) == 1)
+        if (::poll(&one, 1, static_cast<int>(left)) == 1) {
             return;
+        }
     }
 }
 
 std::string lastLine(std::string_view text) {
-    while (text.ends_with('\n'))
+    while (text.ends_with('\n')) {
         text.remove_suffix(1);
+    }
     return std::string(text.substr(text.rfind('\n') + 1));
 }
 
@@ -48,13 +51,16 @@ std::string outputOf(const std::vector<std::string>& command, std::chrono::milli
     for (;;) {
         await(process.output(), deadline, program);
         const ssize_t size = ::read(process.output().get(), buffer, sizeof buffer);
-        if (size == 0)
+        if (size == 0) {
             break;
-        if (size < 0)
+        }
+        if (size < 0) {
             continue;
+        }
         output.append(buffer, static_cast<std::size_t>(size));
-        if (output.size() > longestOutput)
+        if (output.size() > longestOutput) {
             throw std::runtime_error(fmt::format("{} writes too much", program));
+        }
     }
     await(process.handle(), deadline, program);
     const std::string how = process.awaitEnd();

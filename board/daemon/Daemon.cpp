@@ -44,8 +44,9 @@ Daemon::Daemon(Traits daemonTraits, Log logReceiver)
     : traits(std::move(daemonTraits)),
       log(std::move(logReceiver)),
       wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (!wake)
+    if (!wake) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
+    }
     thread = std::thread([this] { work(); });
 }
 
@@ -56,12 +57,14 @@ void Daemon::want(const std::vector<std::string>& command, const std::string& re
         const std::lock_guard lock(mutex);
         const bool isSame = command == wanted.command && restartKey == wanted.restartKey;
         ++wanted.reload;
-        if (!isSame || traits.reloadedMark.empty())
+        if (!isSame || traits.reloadedMark.empty()) {
             wanted.start = wanted.reload;
+        }
         wanted.command = command;
         wanted.restartKey = restartKey;
-        if (command.empty())
+        if (command.empty()) {
             failure.clear();
+        }
     }
     wakeUp();
 }
@@ -72,10 +75,12 @@ void Daemon::await(milliseconds limit) {
     const std::uint64_t before = failures;
     const bool isSettled = changed.wait_for(
         lock, limit, [&] { return inForce >= wish || failures != before || isEnding; });
-    if (inForce >= wish || isEnding)
+    if (inForce >= wish || isEnding) {
         return;
-    if (isSettled)
+    }
+    if (isSettled) {
         throw std::runtime_error(failure);
+    }
     throw std::runtime_error(failure.empty() ? fmt::format("{} has not taken them within {} ms",
                                                            traits.name, limit.count())
                                              : failure);
@@ -83,8 +88,9 @@ void Daemon::await(milliseconds limit) {
 
 void Daemon::checkRuns() {
     const std::lock_guard lock(mutex);
-    if (!wanted.command.empty() && !failure.empty())
+    if (!wanted.command.empty() && !failure.empty()) {
         throw std::runtime_error(failure);
+    }
 }
 
 void Daemon::end() {
@@ -94,8 +100,9 @@ void Daemon::end() {
     }
     wakeUp();
     changed.notify_all();
-    if (thread.joinable())
+    if (thread.joinable()) {
         thread.join();
+    }
 }
 
 void Daemon::wakeUp() const {
@@ -114,8 +121,9 @@ void Daemon::work() {
             ending = isEnding;
         }
         act(wish, ending);
-        if (ending && !running)
+        if (ending && !running) {
             return;
+        }
         wait(wish, ending);
     }
 }
@@ -126,16 +134,21 @@ void Daemon::wait(const Wish& wish, bool ending) {
     const auto by = [&](Clock::time_point time) { due = due ? std::min(*due, time) : time; };
     if (running) {
         descriptors.push_back({running->process.handle().get(), POLLIN, 0});
-        if (running->hasOutput)
+        if (running->hasOutput) {
             descriptors.push_back({running->process.output().get(), POLLIN, 0});
-        if (running->killAt && !running->isKilled)
+        }
+        if (running->killAt && !running->isKilled) {
             by(*running->killAt);
-        if (!running->isReady)
+        }
+        if (!running->isReady) {
             by(running->since + (traits.readyMark.empty() ? shortStart : longStart));
-        if (running->reloading)
+        }
+        if (running->reloading) {
             by(running->reloadingSince + longestReload);
-        if (!traits.interface.empty())
+        }
+        if (!traits.interface.empty()) {
             by(Clock::now() + interfaceCheck);
+        }
     } else if (!wish.command.empty() && !ending) {
         by(startAt);
     }
@@ -163,35 +176,41 @@ void Daemon::act(const Wish& wish, bool ending) {
             reloadIfDue(wish);
         }
     }
-    if (running || ending)
+    if (running || ending) {
         return;
-    if (wish.command.empty())
+    }
+    if (wish.command.empty()) {
         putInForce(wish.reload);
-    else if (Clock::now() >= startAt || wish.reload != failedWish)
+    } else if (Clock::now() >= startAt || wish.reload != failedWish) {
         start(wish);
+    }
 }
 
 void Daemon::readOutput() {
     char buffer[1024];
     while (running->hasOutput) {
         const ssize_t size = ::read(running->process.output().get(), buffer, sizeof buffer);
-        if (size == 0)
+        if (size == 0) {
             running->hasOutput = false;
-        if (size <= 0)
+        }
+        if (size <= 0) {
             return;
+        }
         for (const char c : std::string_view(buffer, static_cast<std::size_t>(size))) {
-            if (c == '\n')
+            if (c == '\n') {
                 takeLine();
-            else if (running->unfinishedLine.size() < longestLine)
+            } else if (running->unfinishedLine.size() < longestLine) {
                 running->unfinishedLine += c;
+            }
         }
     }
 }
 
 void Daemon::takeLine() {
     const std::string line = std::exchange(running->unfinishedLine, {});
-    if (line.empty())
+    if (line.empty()) {
         return;
+    }
     log(LOG_DEBUG, fmt::format("{}: {}", traits.name, line));
     const auto has = [&](const std::string& mark) {
         return !mark.empty() && line.find(mark) != std::string::npos;
@@ -211,13 +230,15 @@ void Daemon::takeEnd(const Wish& wish, bool ending) {
     const std::string lastLine = how.starts_with("status") ? running->lastLine : "";
     const bool wasWanted = !running->killAt && running->start == wish.start && !ending;
     // What has served for a while may be started again soon.
-    if (running->isReady && Clock::now() - running->since > longestPause)
+    if (running->isReady && Clock::now() - running->since > longestPause) {
         pause = shortestPause;
+    }
     running.reset();
     startAt = Clock::now();
-    if (wasWanted)
+    if (wasWanted) {
         postpone(wish, fmt::format("{} has ended with {}{}{}", traits.name, how,
                                    lastLine.empty() ? "" : ": ", lastLine));
+    }
 }
 
 void Daemon::askToEnd() {
@@ -232,21 +253,25 @@ void Daemon::askToEnd() {
 }
 
 void Daemon::becomeReady() {
-    if (running->isReady)
+    if (running->isReady) {
         return;
+    }
     const auto limit = traits.readyMark.empty() ? shortStart : longStart;
-    if (Clock::now() < running->since + limit)
+    if (Clock::now() < running->since + limit) {
         return;
+    }
     running->isReady = true;
     putInForce(running->reload);
 }
 
 /// SIGHUP ends a program that has not yet said what to do on it, so it is sent to a ready one only.
 void Daemon::reloadIfDue(const Wish& wish) {
-    if (running->reloading && Clock::now() >= running->reloadingSince + longestReload)
+    if (running->reloading && Clock::now() >= running->reloadingSince + longestReload) {
         running->reloading.reset();
-    if (!running->isReady || running->reloading || running->reload == wish.reload)
+    }
+    if (!running->isReady || running->reloading || running->reload == wish.reload) {
         return;
+    }
     running->reload = wish.reload;
     running->reloading = wish.reload;
     running->reloadingSince = Clock::now();

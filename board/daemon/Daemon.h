@@ -1,5 +1,8 @@
 #pragma once
 
+#include "board/daemon/Log.h"
+#include "board/varo/ChildProcess.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -8,9 +11,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "board/daemon/Log.h"
-#include "board/varo/ChildProcess.h"
 
 namespace daemons {
 
@@ -32,7 +32,7 @@ public:
         std::string reloadedMark{};
         /// Linux interface that the program binds itself to: it is started anew when another one
         /// has taken the name. Empty: none.
-        std::string interface {};
+        std::string interface{};
     };
 
     Daemon(Traits daemonTraits, Log logReceiver);

@@ -1,7 +1,6 @@
 #include "board/framework/ManagerLoop.h"
 
 #include "board/framework/controlProgram.h"
-
 #include "control.h"
 
 #include <semaphore>

@@ -5,9 +5,8 @@
 #include "board/framework/controlDhcp.h"
 #include "board/framework/controlVlans.h"
 #include "board/framework/ownedFilter.h"
-#include "rte/BLL/core/rpcDispatch.h"
-
 #include "control.h"
+#include "rte/BLL/core/rpcDispatch.h"
 
 #include <boost/thread/thread.hpp>
 

@@ -22,7 +22,7 @@ public:
         return known;
     }
 
-    void set(std::string SystemTexts::*text, const char* textName, const std::string& value) {
+    void set(std::string SystemTexts::* text, const char* textName, const std::string& value) {
         {
             const std::lock_guard guard(mutex);
             known.*text = value;

@@ -4,7 +4,6 @@
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
-
 #include <poll.h>
 #include <unistd.h>
 

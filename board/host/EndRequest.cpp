@@ -43,7 +43,7 @@ extern "C" void onBrokenPipe(int) {}
 }
 
 void handle(int number, void (*handler)(int)) {
-    struct sigaction action {};
+    struct sigaction action{};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);

@@ -15,13 +15,12 @@
 #include "board/host/words.h"
 #include "board/switch/Configuration.h"
 #include "board/varo/Configuration.h"
+#include "control.h"
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
 #include "platform/interfaces.h"
 #include "platform/zubridge.h"
 #include "varo/varoLib.h"
-
-#include "control.h"
 
 #include <dlfcn.h>
 #include <net/if.h>

@@ -3,9 +3,8 @@
 #include "board/host/StartFailure.h"
 #include "rte/BLL/core/rpcDispatch.h"
 
-#include <rpc/pmap_prot.h>
-
 #include <netinet/in.h>
+#include <rpc/pmap_prot.h>
 #include <sys/socket.h>
 
 namespace host {

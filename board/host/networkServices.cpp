@@ -5,7 +5,6 @@
 #include "board/snmp/Agent.h"
 
 #include <CLI/CLI.hpp>
-
 #include <syslog.h>
 
 #include <iterator>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "board/varo/hostAppliers.h"
+
 #include <filesystem>
 #include <memory>
 #include <string>
-
-#include "board/varo/hostAppliers.h"
 
 namespace CLI {
 class App;

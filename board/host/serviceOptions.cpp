@@ -4,8 +4,8 @@
 #include "board/services/SessionServers.h"
 #include "board/services/timeZoneFiles.h"
 
-#include <syslog.h>
 #include <CLI/CLI.hpp>
+#include <syslog.h>
 
 #include <string>
 

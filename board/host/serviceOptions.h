@@ -1,9 +1,9 @@
 #pragma once
 
+#include "board/varo/hostAppliers.h"
+
 #include <filesystem>
 #include <string>
-
-#include "board/varo/hostAppliers.h"
 
 namespace CLI {
 class App;

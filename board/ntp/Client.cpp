@@ -1,12 +1,12 @@
 #include "board/ntp/Client.h"
 
-#include <chrono>
-#include <utility>
-
 #include "board/daemon/Command.h"
 #include "board/ntp/configuration.h"
 #include "board/ntp/status.h"
 #include "board/support/replaceFile.h"
+
+#include <chrono>
+#include <utility>
 
 namespace ntp {
 
@@ -36,13 +36,15 @@ void Client::apply(const rpcSntpConfigHost& config) {
     }
     daemon.want(command);
     // Whoever opens the library need not wait for the client.
-    if (std::exchange(isStarted, true))
+    if (std::exchange(isStarted, true)) {
         daemon.await(longestChange);
+    }
 }
 
 rpcSntpInfoHost Client::status(const rpcSntpConfigHost& config) {
-    if (!isWanted(config))
+    if (!isWanted(config)) {
         return statusOfNone(config);
+    }
     daemon.checkRuns();
     const Files files(settings.directory);
     const auto ask = [&](const char* names, const char* first, const char* second) {

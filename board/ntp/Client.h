@@ -1,11 +1,11 @@
 #pragma once
 
+#include "board/daemon/Daemon.h"
+#include "varo/sntpRecords.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "board/daemon/Daemon.h"
-#include "varo/sntpRecords.h"
 
 namespace ntp {
 

@@ -29,31 +29,36 @@ void checkHost(std::string_view host) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
                c == '.' || c == '-' || c == ':' || c == '_';
     };
-    if (!std::all_of(host.begin(), host.end(), isUsable))
+    if (!std::all_of(host.begin(), host.end(), isUsable)) {
         throw std::runtime_error("a server is neither a host name nor an address");
+    }
 }
 
 void checkPath(const std::filesystem::path& path) {
     const std::string text = path.string();
-    if (text.find_first_of(" \t\n") != std::string::npos)
+    if (text.find_first_of(" \t\n") != std::string::npos) {
         throw std::runtime_error(fmt::format("the path {} has a blank", text));
+    }
 }
 
 void checkSocket(const std::filesystem::path& path) {
     constexpr std::size_t longest = sizeof(sockaddr_un::sun_path) - 1 - socketNameReserve;
-    if (path.string().size() > longest)
+    if (path.string().size() > longest) {
         throw std::runtime_error(
             fmt::format("the path {} is longer than {} characters, too long "
                         "for a socket",
                         path.string(), longest));
+    }
 }
 
 std::string line(const rpcSntpSrvHost& server) {
     std::string result = fmt::format("server {} iburst", hostOf(server));
-    if (server.ntpVersion != 0)
+    if (server.ntpVersion != 0) {
         result += fmt::format(" version {}", server.ntpVersion);
-    if (server.priority == 1)
+    }
+    if (server.priority == 1) {
         result += " prefer";
+    }
     return result + "\n";
 }
 
@@ -67,16 +72,18 @@ bool isWanted(const rpcSntpConfigHost& config) {
 
 std::string configurationOf(const rpcSntpConfigHost& config, const Files& files,
                             const std::string& interface) {
-    for (const auto& path : {files.socket, files.drift, files.processId})
+    for (const auto& path : {files.socket, files.drift, files.processId}) {
         checkPath(path);
+    }
     checkSocket(files.socket);
     std::string text = "# Written by the board from its SNTP settings; changes are lost.\n";
     std::set<std::string_view> named;
     for (const rpcSntpSrvHost& server : config.servers) {
         const std::string_view host = hostOf(server);
         checkHost(host);
-        if (!host.empty() && named.insert(host).second)
+        if (!host.empty() && named.insert(host).second) {
             text += line(server);
+        }
     }
     // The clock is stepped at the beginning only; later it is led.
     text += "makestep 1 3\n";
@@ -84,8 +91,9 @@ std::string configurationOf(const rpcSntpConfigHost& config, const Files& files,
     text += "port 0\ncmdport 0\n";
     text += fmt::format("bindcmdaddress {}\ndriftfile {}\npidfile {}\n", files.socket.string(),
                         files.drift.string(), files.processId.string());
-    if (!interface.empty())
+    if (!interface.empty()) {
         text += fmt::format("bindacqdevice {}\n", interface);
+    }
     return text;
 }
 

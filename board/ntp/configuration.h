@@ -1,9 +1,9 @@
 #pragma once
 
+#include "varo/sntpRecords.h"
+
 #include <filesystem>
 #include <string>
-
-#include "varo/sntpRecords.h"
 
 namespace ntp {
 

@@ -59,14 +59,16 @@ std::vector<Fields> read(std::string_view report) {
         const std::size_t end = std::min(report.find('\n'), report.size());
         std::string_view line = report.substr(0, end);
         report.remove_prefix(std::min(end + 1, report.size()));
-        if (line.empty())
+        if (line.empty()) {
             continue;
+        }
         Fields fields;
         for (;;) {
             const std::size_t comma = line.find(',');
             fields.push_back(line.substr(0, comma));
-            if (comma == std::string_view::npos)
+            if (comma == std::string_view::npos) {
                 break;
+            }
             line.remove_prefix(comma + 1);
         }
         lines.push_back(std::move(fields));
@@ -81,8 +83,9 @@ std::vector<Fields> read(std::string_view report) {
 double number(std::string_view text) {
     double value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || std::isnan(value))
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || std::isnan(value)) {
         notUnderstood(text);
+    }
     return value;
 }
 
@@ -99,8 +102,9 @@ int microseconds(std::string_view seconds) { return bounded(number(seconds) * 1e
 int octal(std::string_view text) {
     int value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value, 8);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size())
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size()) {
         notUnderstood(text);
+    }
     return value & 0xFF;
 }
 
@@ -115,12 +119,15 @@ void copyInto(char (&field)[size], std::string_view text) {
 }
 
 int leapIndicator(std::string_view text) {
-    if (text == "Normal")
+    if (text == "Normal") {
         return 0;
-    if (text == "Insert second")
+    }
+    if (text == "Insert second") {
         return 1;
-    if (text == "Delete second")
+    }
+    if (text == "Delete second") {
         return 2;
+    }
     return notSynchronised;
 }
 
@@ -130,8 +137,9 @@ std::string timeText(std::string_view secondsSince1970) {
     const auto seconds =
         static_cast<std::time_t>(std::clamp(number(secondsSince1970), 0.0, latest));
     std::tm parts{};
-    if (seconds == 0 || ::localtime_r(&seconds, &parts) == nullptr)
+    if (seconds == 0 || ::localtime_r(&seconds, &parts) == nullptr) {
         return {};
+    }
     char text[sizeof(rpcSntpClientInfoHost::lastUpdate)];
     return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts)};
 }
@@ -150,10 +158,11 @@ Source sourceOf(const Fields& fields) {
     result.stratum = integer(fields[source::stratum]);
     result.pollInterval = pollSeconds(fields[source::poll]);
     result.reachability = octal(fields[source::reach]);
-    if (fields[source::state] == "*")
+    if (fields[source::state] == "*") {
         result.state = selected;
-    else if (result.reachability != 0)
+    } else if (result.reachability != 0) {
         result.state = reachable;
+    }
     return result;
 }
 
@@ -164,16 +173,18 @@ std::map<std::string, Source, std::less<>> sourcesOf(const std::vector<Fields>& 
     std::map<std::string_view, const Fields*> data;
     std::vector<std::string_view> addresses;
     for (const Fields& fields : byAddress) {
-        if (fields.size() == sourceFields)
+        if (fields.size() == sourceFields) {
             addresses.push_back(fields[source::name]);
-        else if (fields.size() >= ntpdataFields)
+        } else if (fields.size() >= ntpdataFields) {
             data.emplace(fields[ntpdata::address], &fields);
+        }
     }
     std::map<std::string, Source, std::less<>> sources;
     auto address = addresses.begin();
     for (const Fields& fields : byName) {
-        if (fields.size() != sourceFields)
+        if (fields.size() != sourceFields) {
             continue;
+        }
         Source each = sourceOf(fields);
         const auto found = address == addresses.end() ? data.end() : data.find(*address++);
         if (found != data.end() && each.stratum != 0) {
@@ -188,8 +199,9 @@ std::map<std::string, Source, std::less<>> sourcesOf(const std::vector<Fields>& 
 void fillClient(const Fields& fields, rpcSntpClientInfoHost& client) {
     client.leapIndicator = leapIndicator(fields[tracking::leap]);
     client.state = client.leapIndicator == notSynchronised ? searching : synchronised;
-    if (client.state != synchronised)
+    if (client.state != synchronised) {
         return;
+    }
     client.stratum = integer(fields[tracking::stratum]);
     client.offset = microseconds(fields[tracking::correction]);
     client.delay = microseconds(fields[tracking::rootDelay]);
@@ -209,8 +221,9 @@ rpcSntpInfoHost statusOfNone(const rpcSntpConfigHost& config) {
     info.client.mode = config.mode;
     info.client.leapIndicator = notSynchronised;
     auto place = std::begin(info.servers);
-    for (const rpcSntpSrvHost& server : config.servers)
+    for (const rpcSntpSrvHost& server : config.servers) {
         copyInto(place++->host, hostOf(server));
+    }
     return info;
 }
 
@@ -219,8 +232,9 @@ rpcSntpInfoHost statusOf(const rpcSntpConfigHost& config, const Reports& reports
     const auto found = std::find_if(byName.begin(), byName.end(), [](const Fields& fields) {
         return fields.size() == trackingFields;
     });
-    if (found == byName.end())
+    if (found == byName.end()) {
         notUnderstood(reports.names.substr(0, reports.names.find('\n')));
+    }
     rpcSntpInfoHost info{};
     info.client.mode = config.mode;
     fillClient(*found, info.client);
@@ -231,26 +245,31 @@ rpcSntpInfoHost statusOf(const rpcSntpConfigHost& config, const Reports& reports
     for (const rpcSntpSrvHost& configured : config.servers) {
         rpcSntpSrvInfoHost& server = *place++;
         const std::string_view host = hostOf(configured);
-        if (host.empty())
+        if (host.empty()) {
             continue;
+        }
         copyInto(server.host, host);
         server.state = unreachable;
         const auto known = sources.find(host);
-        if (known == sources.end())
+        if (known == sources.end()) {
             continue;
+        }
         const Source& each = known->second;
         server.state = each.state;
         server.stratum = each.stratum;
         server.reachability = each.reachability;
         server.offset = each.offset;
         server.delay = each.delay;
-        if (each.state == selected)
+        if (each.state == selected) {
             info.client.pollInterval = each.pollInterval;
-        if (shortestPoll == 0 || each.pollInterval < shortestPoll)
+        }
+        if (shortestPoll == 0 || each.pollInterval < shortestPoll) {
             shortestPoll = each.pollInterval;
+        }
     }
-    if (info.client.pollInterval == 0)
+    if (info.client.pollInterval == 0) {
         info.client.pollInterval = shortestPoll;
+    }
     info.unicast = {info.client.pollInterval, answerTimeout, 0};
     return info;
 }

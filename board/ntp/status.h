@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "varo/sntpRecords.h"
+
+#include <string>
 
 namespace ntp {
 

@@ -38,8 +38,9 @@ board::Descriptor listenAt(int family, const std::string& interface, std::uint16
     board::Descriptor socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!socket) {
         // A kernel without IPv6 serves IPv4.
-        if (family == AF_INET6 && errno == EAFNOSUPPORT)
+        if (family == AF_INET6 && errno == EAFNOSUPPORT) {
             return socket;
+        }
         fail(interface, port, errno);
     }
     set(socket, SOL_SOCKET, SO_REUSEADDR, 1);
@@ -58,8 +59,9 @@ board::Descriptor listenAt(int family, const std::string& interface, std::uint16
                      static_cast<socklen_t>(interface.size())) == 0 &&
         ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), size) == 0 &&
         ::listen(socket.get(), waitingConnections) == 0;
-    if (!isListening)
+    if (!isListening) {
         fail(interface, port, errno);
+    }
     return socket;
 }
 
@@ -77,18 +79,21 @@ std::string textOf(const sockaddr_storage& address) {
 
 Listener::Listener(const std::string& interface, std::uint16_t port)
     : number(port), index(::if_nametoindex(interface.c_str())) {
-    if (index == 0)
+    if (index == 0) {
         throw std::runtime_error(fmt::format("there is no interface {}", interface));
+    }
     for (const int family : {AF_INET, AF_INET6}) {
-        if (board::Descriptor socket = listenAt(family, interface, port); socket)
+        if (board::Descriptor socket = listenAt(family, interface, port); socket) {
             listening.push_back(std::move(socket));
+        }
     }
 }
 
 Listener::~Listener() {
     // A thread that polls a socket keeps it alive beyond close(2); it must not listen that long.
-    for (const board::Descriptor& socket : listening)
+    for (const board::Descriptor& socket : listening) {
         ::shutdown(socket.get(), SHUT_RDWR);
+    }
 }
 
 Listener::Connection Listener::accept() const {
@@ -105,8 +110,9 @@ Listener::Connection Listener::accept() const {
             return {std::move(connection), textOf(peer)};
         }
         // What else there is concerns the connection that was to be accepted (accept(2)).
-        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM)
+        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
             throw std::system_error(errno, std::generic_category(), "cannot accept a connection");
+        }
     }
     return {board::Descriptor(), {}};
 }

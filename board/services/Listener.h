@@ -1,10 +1,10 @@
 #pragma once
 
+#include "board/support/Descriptor.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "board/support/Descriptor.h"
 
 namespace services {
 

@@ -52,10 +52,12 @@ SessionProcess::SessionProcess(const Command& command, const board::Descriptor& 
     const std::vector<char*> environment = board::pointersTo(environmentTexts);
     const pid_t parent = ::getpid();
     process = ::fork();
-    if (process == 0)
+    if (process == 0) {
         become(arguments.data(), environment.data(), connection.get(), parent);
-    if (process < 0)
+    }
+    if (process < 0) {
         fail("cannot make a process");
+    }
     processHandle = board::Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
     if (!processHandle) {
         const int error = errno;
@@ -89,8 +91,9 @@ bool SessionProcess::hasEnded() const {
 
 void SessionProcess::kill() const {
     // The number is the process's until its end was taken.
-    if (process > 0)
+    if (process > 0) {
         ::kill(process, SIGKILL);
+    }
 }
 
 std::string SessionProcess::awaitEnd() {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "board/services/program.h"
+#include "board/support/Descriptor.h"
+
 #include <sys/types.h>
 
 #include <string>
-
-#include "board/services/program.h"
-#include "board/support/Descriptor.h"
 
 namespace services {
 

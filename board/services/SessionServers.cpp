@@ -25,8 +25,9 @@ constexpr std::chrono::seconds pauseWithoutMeans{1};
 
 board::Descriptor makeEvent() {
     board::Descriptor event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    if (!event)
+    if (!event) {
         throw std::system_error(errno, std::generic_category(), "cannot make an event");
+    }
     return event;
 }
 
@@ -94,8 +95,9 @@ void SessionServers::open(Service& service) {
     const bool isOpen =
         service.listener && service.listener->port() == *service.wantedPort &&
         service.listener->interfaceIndex() == ::if_nametoindex(configuration.interface.c_str());
-    if (isOpen)
+    if (isOpen) {
         return;
+    }
     Listener listener(configuration.interface, *service.wantedPort);
     service.listener.reset();
     service.listener.emplace(std::move(listener));
@@ -107,8 +109,9 @@ void SessionServers::wake() const {
 }
 
 void SessionServers::log(int level, const std::string& text) const {
-    if (configuration.log)
+    if (configuration.log) {
         configuration.log(level, text);
+    }
 }
 
 // The thread.
@@ -132,8 +135,9 @@ bool SessionServers::look() {
     const std::lock_guard lock(mutex);
     std::uint64_t ignored = 0;
     [[maybe_unused]] const ssize_t size = ::read(wakeEvent.get(), &ignored, sizeof ignored);
-    if (isEnding)
+    if (isEnding) {
         return false;
+    }
     if (descriptors.at(1).revents != 0) {
         links.drain();
         follow();
@@ -147,15 +151,19 @@ bool SessionServers::look() {
 std::vector<pollfd> SessionServers::awaited() {
     const std::lock_guard lock(mutex);
     std::vector<pollfd> result{{wakeEvent.get(), POLLIN, 0}, {links.descriptor(), POLLIN, 0}};
-    for (const Session& session : sessions)
+    for (const Session& session : sessions) {
         result.push_back({session.process.handle().get(), POLLIN, 0});
-    if (acceptAgainAt)
+    }
+    if (acceptAgainAt) {
         return result;
+    }
     for (const Service& service : services) {
-        if (!service.listener)
+        if (!service.listener) {
             continue;
-        for (const board::Descriptor& socket : service.listener->sockets())
+        }
+        for (const board::Descriptor& socket : service.listener->sockets()) {
             result.push_back({socket.get(), POLLIN, 0});
+        }
     }
     return result;
 }
@@ -169,13 +177,15 @@ std::optional<SessionServers::Clock::duration> SessionServers::remaining() {
         wait = std::max(wait, Clock::duration::zero());
         result = result ? std::min(*result, wait) : wait;
     };
-    if (acceptAgainAt)
+    if (acceptAgainAt) {
         consider(*acceptAgainAt - now);
+    }
     for (const Session& session : sessions) {
-        if (session.killAt)
+        if (session.killAt) {
             consider(*session.killAt - now);
-        else if (const auto wait = untilIdle(session))
+        } else if (const auto wait = untilIdle(session)) {
             consider(*wait);
+        }
     }
     return result;
 }
@@ -184,10 +194,12 @@ std::optional<SessionServers::Clock::duration> SessionServers::remaining() {
 void SessionServers::follow() {
     const unsigned int index = ::if_nametoindex(configuration.interface.c_str());
     for (Service& service : services) {
-        if (!service.wantedPort || index == 0)
+        if (!service.wantedPort || index == 0) {
             continue;
-        if (service.listener && service.listener->interfaceIndex() == index)
+        }
+        if (service.listener && service.listener->interfaceIndex() == index) {
             continue;
+        }
         try {
             open(service);
             log(LOG_NOTICE,
@@ -199,17 +211,20 @@ void SessionServers::follow() {
 }
 
 void SessionServers::acceptAll() {
-    if (acceptAgainAt && Clock::now() < *acceptAgainAt)
+    if (acceptAgainAt && Clock::now() < *acceptAgainAt) {
         return;
+    }
     acceptAgainAt.reset();
     for (const Kind kind : {telnet, ssh, ftp}) {
-        if (!services[kind].listener)
+        if (!services[kind].listener) {
             continue;
+        }
         try {
             for (;;) {
                 Listener::Connection connection = services[kind].listener->accept();
-                if (!connection.socket)
+                if (!connection.socket) {
                     break;
+                }
                 admit(kind, std::move(connection));
             }
         } catch (const std::exception& error) {
@@ -245,15 +260,17 @@ void SessionServers::refuse(Kind kind, const Listener::Connection& connection, u
         fmt::format("{}All {} sessions are in use.\r\n", kind == ftp ? "421 " : "", limit);
     ::send(connection.socket.get(), line.data(), line.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     // One line until a session ends, not one for each knock.
-    if (!std::exchange(isRefusing, true))
+    if (!std::exchange(isRefusing, true)) {
         log(LOG_WARNING, fmt::format("{} from {} is refused: all {} sessions are in use",
                                      services[kind].name, connection.peer, limit));
+    }
 }
 
 void SessionServers::takeEnds() {
     std::erase_if(sessions, [this](Session& session) {
-        if (!session.process.hasEnded())
+        if (!session.process.hasEnded()) {
             return false;
+        }
         log(LOG_INFO,
             fmt::format("{} session from {} has ended with {}", services[session.kind].name,
                         session.peer, session.process.awaitEnd()));
@@ -265,8 +282,9 @@ void SessionServers::takeEnds() {
 /// None when the session may stay silent.
 std::optional<SessionServers::Clock::duration> SessionServers::untilIdle(
     const Session& session) const {
-    if (session.kind != telnet || idleLimit.count() == 0)
+    if (session.kind != telnet || idleLimit.count() == 0) {
         return std::nullopt;
+    }
     return idleLimit - silence(session.connection);
 }
 
@@ -281,8 +299,9 @@ void SessionServers::closeIdle() {
             continue;
         }
         const auto wait = untilIdle(session);
-        if (!wait || *wait > Clock::duration::zero())
+        if (!wait || *wait > Clock::duration::zero()) {
             continue;
+        }
         log(LOG_NOTICE, fmt::format("{} session from {} was idle and is closed",
                                     services[session.kind].name, session.peer));
         // The server sees its client leave and puts everything in order.

@@ -1,5 +1,11 @@
 #pragma once
 
+#include "board/services/Listener.h"
+#include "board/services/SessionProcess.h"
+#include "board/support/Descriptor.h"
+#include "board/varo/LinkMonitor.h"
+#include "varo/records.h"
+
 #include <poll.h>
 
 #include <array>
@@ -12,12 +18,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "board/services/Listener.h"
-#include "board/services/SessionProcess.h"
-#include "board/support/Descriptor.h"
-#include "board/varo/LinkMonitor.h"
-#include "varo/records.h"
 
 namespace services {
 

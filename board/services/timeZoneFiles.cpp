@@ -1,24 +1,26 @@
 #include "board/services/timeZoneFiles.h"
 
+#include "board/services/timeZoneRule.h"
+#include "board/services/zoneFile.h"
+#include "board/support/replaceFile.h"
+
 #include <fmt/format.h>
 
 #include <stdexcept>
 #include <string>
-
-#include "board/services/timeZoneRule.h"
-#include "board/services/zoneFile.h"
-#include "board/support/replaceFile.h"
 
 namespace services {
 
 namespace {
 
 void write(const std::filesystem::path& file, const std::string& content) {
-    if (file.empty())
+    if (file.empty()) {
         return;
-    if (std::filesystem::is_symlink(std::filesystem::symlink_status(file)))
+    }
+    if (std::filesystem::is_symlink(std::filesystem::symlink_status(file))) {
         throw std::runtime_error(
             fmt::format("{} is a symbolic link, whose target is not overwritten", file.string()));
+    }
     board::replaceFile(file, content);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <filesystem>
-
 #include "varo/records.h"
+
+#include <filesystem>
 
 namespace services {
 

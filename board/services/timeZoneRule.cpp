@@ -56,10 +56,11 @@ std::string dateText(int month, int week, int day, int time) {
     constexpr int sunday = 7;
     std::string text = fmt::format(",M{}.{}.{}", month, week, day % sunday);
     const int minutes = time % hourFactor;
-    if (minutes != 0)
+    if (minutes != 0) {
         text += fmt::format("/{}:{:02}", time / hourFactor, minutes);
-    else if (time != customaryTime)
+    } else if (time != customaryTime) {
         text += fmt::format("/{}", time / hourFactor);
+    }
     return text;
 }
 
@@ -74,17 +75,20 @@ TimeZoneRule timeZoneRule(const varoLib_s_sntpTimeZone& zone) {
 
     TimeZoneRule rule;
     rule.standardOffset = zone.offset * minutesPerHour;
-    if (isAbbreviation(name))
+    if (isAbbreviation(name)) {
         rule.standardName = name;
-    else
+    } else {
         rule.standardName = zone.offset == 0 && !observesDst ? "UTC" : numericName(zone.offset);
+    }
     rule.text = inRule(rule.standardName) + offsetText(zone.offset);
-    if (!observesDst)
+    if (!observesDst) {
         return rule;
+    }
     const int dst = zone.offset + zone.dstOffset;
     rule.text += inRule(numericName(dst));
-    if (zone.dstOffset != customaryDstOffset)
+    if (zone.dstOffset != customaryDstOffset) {
         rule.text += offsetText(dst);
+    }
     rule.text += dateText(zone.dstSMonth, zone.dstSWeek, zone.dstSDayInWeek, zone.dstSTime);
     rule.text += dateText(zone.dstEMonth, zone.dstEWeek, zone.dstEDayInWeek, zone.dstETime);
     return rule;

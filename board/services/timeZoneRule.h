@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "varo/records.h"
+
+#include <string>
 
 namespace services {
 

@@ -16,8 +16,9 @@ constexpr std::int64_t beginning = std::numeric_limits<std::int32_t>::min();
 template <class Number>
 void append(std::string& bytes, Number number) {
     constexpr unsigned int octetBits = 8;
-    for (std::size_t left = sizeof number; left > 0; --left)
+    for (std::size_t left = sizeof number; left > 0; --left) {
         bytes += static_cast<char>(static_cast<std::uint64_t>(number) >> (octetBits * (left - 1)));
+    }
 }
 
 /// One local time type, called `name`, and the transitions into it.
@@ -27,10 +28,12 @@ void appendBlock(std::string& bytes, std::uint32_t transitions, std::int32_t off
     bytes.append(15, '\0');
     // Indicators of UT and of standard time, leap seconds, transitions, types, characters.
     const auto characters = static_cast<std::uint32_t>(name.size() + 1);
-    for (const std::uint32_t count : {0U, 0U, 0U, transitions, 1U, characters})
+    for (const std::uint32_t count : {0U, 0U, 0U, transitions, 1U, characters}) {
         append(bytes, count);
-    for (std::uint32_t each = 0; each < transitions; ++each)
+    }
+    for (std::uint32_t each = 0; each < transitions; ++each) {
         append(bytes, beginning);
+    }
     bytes.append(transitions, '\0');
     append(bytes, offset);
     bytes += '\0';  // no daylight-saving time

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "board/services/timeZoneRule.h"
+
+#include <string>
 
 namespace services {
 

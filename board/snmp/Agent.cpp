@@ -1,12 +1,12 @@
 #include "board/snmp/Agent.h"
 
+#include "board/support/replaceFile.h"
+
 #include <fmt/format.h>
 
 #include <chrono>
 #include <stdexcept>
 #include <utility>
-
-#include "board/support/replaceFile.h"
 
 namespace snmp {
 
@@ -47,21 +47,24 @@ void Agent::apply(const varoLib_s_snmpSystem& system) {
 }
 
 void Agent::apply() {
-    if (!hasTrapManagers || !hasCommunities || !hasSystem)
+    if (!hasTrapManagers || !hasCommunities || !hasSystem) {
         return;
+    }
     fs::create_directories(settings.directory);
     fs::permissions(settings.directory, fs::perms::owner_all);
     const fs::path file = settings.directory / "snmpd.conf";
     // The agent would take it for the names of two files.
-    if (file.string().find(',') != std::string::npos)
+    if (file.string().find(',') != std::string::npos) {
         throw std::runtime_error(fmt::format("the path {} has a comma", file.string()));
+    }
     const Configuration configuration =
         configurationOf(values, settings.interface, machineHasIpv6());
     board::replaceFile(file, configuration.text);
     daemon.want(command(file), configuration.fixedPart);
     // Whoever opens the library need not wait for the agent.
-    if (std::exchange(isStarted, true))
+    if (std::exchange(isStarted, true)) {
         daemon.await(longestChange);
+    }
 }
 
 /// No other configuration counts, no MIB files are looked for, and what the agent keeps for itself

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "board/daemon/Daemon.h"
+#include "board/snmp/configuration.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "board/daemon/Daemon.h"
-#include "board/snmp/configuration.h"
 
 namespace snmp {
 

@@ -23,8 +23,9 @@ std::string_view textOf(const char (&field)[size]) {
 void checkIsLine(std::string_view text) {
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        if (byte < ' ' || byte == 0x7f)
+        if (byte < ' ' || byte == 0x7f) {
             throw std::runtime_error("a text has a control character");
+        }
     }
 }
 
@@ -33,8 +34,9 @@ std::string quoted(std::string_view text) {
     checkIsLine(text);
     std::string result = "\"";
     for (const char c : text) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             result += '\\';
+        }
         result += c;
     }
     return result + '"';
@@ -70,11 +72,12 @@ bool fitsDirective(std::string_view text) {
 void addSystem(const varoLib_s_snmpSystem& system, Configuration& configuration) {
     for (const SystemText& each : systemTexts) {
         const std::string_view text = textOf(system.*each.member);
-        if (fitsDirective(text))
+        if (fitsDirective(text)) {
             configuration.text += fmt::format("{} {}\n", each.directive, asIs(text));
-        else
+        } else {
             configuration.fixedPart +=
                 fmt::format("override {} octet_str {}\n", each.object, quoted(text));
+        }
     }
 }
 
@@ -95,12 +98,14 @@ void addCommunities(const varoLib_s_snmpCommunity& all, bool hasIpv6, std::strin
     text += access;
     for (const auto& community : all.communities) {
         const std::string_view name = textOf(community.name);
-        if (name.empty())
+        if (name.empty()) {
             continue;
+        }
         const char* const who = textOf(community.access) == "ro" ? "reader" : "writer";
         text += fmt::format("com2sec {} default {}\n", who, quoted(name));
-        if (hasIpv6)
+        if (hasIpv6) {
             text += fmt::format("com2sec6 {} default {}\n", who, quoted(name));
+        }
     }
 }
 
@@ -111,8 +116,9 @@ std::string dotted(std::uint32_t address) {
 
 void addTrapManagers(const varoLib_s_subag& agent, std::string& text) {
     for (const auto& manager : agent.managers) {
-        if (manager.ipAddress == 0)
+        if (manager.ipAddress == 0) {
             continue;
+        }
         text += fmt::format("trap2sink udp:{}:{} {}\n", dotted(manager.ipAddress), agent.port,
                             asIs(textOf(manager.community)));
     }
@@ -121,8 +127,9 @@ void addTrapManagers(const varoLib_s_subag& agent, std::string& text) {
 std::string addressOn(const std::string& interface, bool hasIpv6) {
     const std::string place = interface.empty() ? "" : "@" + interface;
     std::string addresses = fmt::format("udp:0.0.0.0{}:{}", place, agentPort);
-    if (hasIpv6)
+    if (hasIpv6) {
         addresses += fmt::format(",udp6:[::]{}:{}", place, agentPort);
+    }
     return fmt::format("agentaddress {}\n", addresses);
 }
 

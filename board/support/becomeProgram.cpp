@@ -19,16 +19,18 @@ void say(const char* text) {
 }  // namespace
 
 void becomeProgram(char* const* arguments, char* const* environment, pid_t parent) {
-    for (int number = 1; number < NSIG; ++number)
+    for (int number = 1; number < NSIG; ++number) {
         ::signal(number, SIG_DFL);
+    }
     sigset_t none;
     ::sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
     ::setsid();
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     // The parent may have ended before that.
-    if (::getppid() != parent)
+    if (::getppid() != parent) {
         ::_exit(EXIT_FAILURE);
+    }
     ::execvpe(arguments[0], arguments, environment);
     const char* const reason = ::strerrordesc_np(errno);
     say("cannot run ");

@@ -1,5 +1,7 @@
 #include "board/support/replaceFile.h"
 
+#include "board/support/Descriptor.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,8 +10,6 @@
 #include <fstream>
 #include <iterator>
 #include <system_error>
-
-#include "board/support/Descriptor.h"
 
 namespace board {
 

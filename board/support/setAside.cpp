@@ -1,5 +1,7 @@
 #include "board/support/setAside.h"
 
+#include "board/support/Descriptor.h"
+
 #include <fcntl.h>
 #include <fmt/chrono.h>
 #include <fmt/format.h>
@@ -9,8 +11,6 @@
 #include <array>
 #include <chrono>
 #include <system_error>
-
-#include "board/support/Descriptor.h"
 
 namespace board {
 
@@ -35,8 +35,9 @@ fs::path freeName(const fs::path& file) {
         });
     };
     fs::path name = base;
-    for (int number = 2; taken(name); ++number)
+    for (int number = 2; taken(name); ++number) {
         name = fmt::format("{}.{}", base, number);
+    }
     return name;
 }
 

@@ -13,7 +13,7 @@ namespace {
 /// The state for a call that answers a value and has no code for a failure: this is logged, and the
 /// factory value answered.
 template <class Value>
-Value valueOf(const char* call, Value VlanState::*member) {
+Value valueOf(const char* call, Value VlanState::* member) {
     Value value = VlanState::factory().*member;
     answer(call, [&] {
         value = Switch::instance().read(

@@ -1,5 +1,7 @@
 #include "board/varo/ChildProcess.h"
 
+#include "board/support/becomeProgram.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <signal.h>
@@ -12,8 +14,6 @@
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
-
-#include "board/support/becomeProgram.h"
 
 extern char** environ;
 
@@ -48,8 +48,9 @@ constexpr int childSocket = ChildProcess::childSocket;
 
 std::vector<std::string> environmentWith(const std::string& variable) {
     std::vector<std::string> result;
-    for (char** each = environ; each != nullptr && *each != nullptr; ++each)
+    for (char** each = environ; each != nullptr && *each != nullptr; ++each) {
         result.emplace_back(*each);
+    }
     result.push_back(fmt::format("{}={}", variable, childSocket));
     return result;
 }
@@ -57,33 +58,39 @@ std::vector<std::string> environmentWith(const std::string& variable) {
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::string& variable) {
-    if (command.empty())
+    if (command.empty()) {
         throw std::invalid_argument("there is no program to run");
+    }
     std::vector<std::string> argumentTexts = command;
     std::vector<std::string> environmentTexts = environmentWith(variable);
     const std::vector<char*> arguments = board::pointersTo(argumentTexts);
     const std::vector<char*> environment = board::pointersTo(environmentTexts);
 
     int ends[2];
-    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
         fail("cannot make a socket");
+    }
     messageSocket = Descriptor(ends[0]);
     const Descriptor theirSocket(ends[1]);
-    if (::pipe2(ends, O_CLOEXEC) != 0)
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
         fail("cannot make a pipe");
+    }
     outputPipe = Descriptor(ends[0]);
     const Descriptor theirOutput(ends[1]);
     for (const Descriptor* own : {&messageSocket, &outputPipe}) {
-        if (::fcntl(own->get(), F_SETFL, O_NONBLOCK) != 0)
+        if (::fcntl(own->get(), F_SETFL, O_NONBLOCK) != 0) {
             fail("cannot make a descriptor non-blocking");
+        }
     }
 
     const pid_t parent = ::getpid();
     process = ::fork();
-    if (process == 0)
+    if (process == 0) {
         become(arguments.data(), environment.data(), theirSocket.get(), theirOutput.get(), parent);
-    if (process < 0)
+    }
+    if (process < 0) {
         fail("cannot make a process");
+    }
     processHandle = Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
     if (!processHandle) {
         const int error = errno;
@@ -103,15 +110,17 @@ ChildProcess::~ChildProcess() {
 
 void ChildProcess::signal(int number) const {
     // The number is the process's until its end was taken.
-    if (process > 0)
+    if (process > 0) {
         ::kill(process, number);
+    }
 }
 
 std::string ChildProcess::awaitEnd() {
     int status = 0;
     while (::waitpid(process, &status, 0) < 0) {
-        if (errno != EINTR)
+        if (errno != EINTR) {
             break;
+        }
     }
     process = -1;
     return WIFSIGNALED(status) ? fmt::format("signal {}", WTERMSIG(status))

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "board/varo/Descriptor.h"
+
 #include <sys/types.h>
 
 #include <string>
 #include <vector>
-
-#include "board/varo/Descriptor.h"
 
 namespace varo {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/varo/Sqlite.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -10,8 +12,6 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
-
-#include "board/varo/Sqlite.h"
 
 namespace varo {
 
@@ -79,8 +79,8 @@ Column<Record> column(std::string name, char (Record::*member)[size]) {
 
 /// A whole number. Every value of its type can be stored.
 template <class Record, class Integer>
-requires std::is_integral_v<Integer> Column<Record> column(std::string name,
-                                                           Integer Record::*member) {
+    requires std::is_integral_v<Integer>
+Column<Record> column(std::string name, Integer Record::* member) {
     using Limits = std::numeric_limits<Integer>;
     static_assert(std::in_range<std::int64_t>(Limits::max()), "SQLite's integers have 64 bits");
     return {{std::move(name), "INTEGER", {}},
@@ -95,7 +95,7 @@ requires std::is_integral_v<Integer> Column<Record> column(std::string name,
 
 /// An IPv4 address in host byte order, stored as dotted text; 0, no address, as an empty text.
 template <class Record>
-Column<Record> ipv4Column(std::string name, std::uint32_t Record::*member) {
+Column<Record> ipv4Column(std::string name, std::uint32_t Record::* member) {
     return {{std::move(name), "TEXT", "IPv4 address in dotted form, empty for none"},
             [member](sqlite::Statement& statement, int parameter, const Record& record) {
                 detail::bindIpv4(statement, parameter, record.*member);

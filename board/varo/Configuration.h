@@ -1,12 +1,12 @@
 #pragma once
 
+#include "board/varo/hostAppliers.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "board/varo/hostAppliers.h"
 
 namespace varo {
 

@@ -1,5 +1,8 @@
 #include "board/varo/DhcpClient.h"
 
+#include "board/varo/Library.h"
+#include "board/varo/dhcpEvent.h"
+
 #include <fmt/format.h>
 #include <signal.h>
 #include <sys/socket.h>
@@ -9,9 +12,6 @@
 #include <exception>
 #include <string_view>
 #include <utility>
-
-#include "board/varo/Library.h"
-#include "board/varo/dhcpEvent.h"
 
 namespace varo {
 
@@ -32,8 +32,9 @@ DhcpClient::Running::Running(const Wish& startedFor, std::uint64_t startNumber)
     : wish(startedFor), start(startNumber), process(wish.command, dhcpEventVariable) {}
 
 void DhcpClient::want(const Wish& wish) {
-    if (wish == wanted)
+    if (wish == wanted) {
         return;
+    }
     wanted = wish;
     pause = shortestPause;
     startAt = Clock::now();
@@ -45,30 +46,37 @@ void DhcpClient::act() {
         const bool hasEnded = isReadable(running->process.handle());
         readMessages();
         readOutput();
-        if (hasEnded)
+        if (hasEnded) {
             takeEnd();
-        else if (running->isAskedToEnd || !isSettled())
+        } else if (running->isAskedToEnd || !isSettled()) {
             askToEnd();
+        }
     }
-    if (!running && !wanted.command.empty() && Clock::now() >= startAt)
+    if (!running && !wanted.command.empty() && Clock::now() >= startAt) {
         start();
+    }
 }
 
 void DhcpClient::addTo(std::vector<pollfd>& descriptors) const {
-    if (!running)
+    if (!running) {
         return;
+    }
     descriptors.push_back({running->process.handle().get(), POLLIN, 0});
-    if (running->hasMessages)
+    if (running->hasMessages) {
         descriptors.push_back({running->process.messages().get(), POLLIN, 0});
-    if (running->hasOutput)
+    }
+    if (running->hasOutput) {
         descriptors.push_back({running->process.output().get(), POLLIN, 0});
+    }
 }
 
 std::optional<DhcpClient::Clock::time_point> DhcpClient::due() const {
-    if (running)
+    if (running) {
         return running->killAt;
-    if (!wanted.command.empty())
+    }
+    if (!wanted.command.empty()) {
         return startAt;
+    }
     return std::nullopt;
 }
 
@@ -77,10 +85,12 @@ void DhcpClient::readMessages() {
     for (;;) {
         const ssize_t size =
             ::recv(running->process.messages().get(), message.data(), message.size(), 0);
-        if (size == 0)
+        if (size == 0) {
             running->hasMessages = false;
-        if (size <= 0)
+        }
+        if (size <= 0) {
             return;
+        }
         receiver(running->wish.number, running->start,
                  message.substr(0, static_cast<std::size_t>(size)));
     }
@@ -90,14 +100,17 @@ void DhcpClient::readOutput() {
     char buffer[1024];
     for (;;) {
         const ssize_t size = ::read(running->process.output().get(), buffer, sizeof buffer);
-        if (size == 0)
+        if (size == 0) {
             running->hasOutput = false;
-        if (size <= 0)
+        }
+        if (size <= 0) {
             return;
+        }
         for (const char c : std::string_view(buffer, static_cast<std::size_t>(size))) {
             if (c != '\n') {
-                if (running->unfinishedLine.size() < longestLine)
+                if (running->unfinishedLine.size() < longestLine) {
                     running->unfinishedLine += c;
+                }
                 continue;
             }
             Library::instance().log(LOG_DEBUG, name + ": " + running->unfinishedLine);
@@ -111,9 +124,10 @@ void DhcpClient::takeEnd() {
     const std::string lastLine = running->lastLine;
     const bool wasWanted = isSettled() && !running->isAskedToEnd;
     running.reset();
-    if (wasWanted)
+    if (wasWanted) {
         postpone(fmt::format("the {} has ended with {}{}{}", name, how,
                              lastLine.empty() ? "" : ": ", lastLine));
+    }
 }
 
 void DhcpClient::askToEnd() {

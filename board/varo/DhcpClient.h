@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/varo/ChildProcess.h"
+
 #include <poll.h>
 
 #include <chrono>
@@ -8,8 +10,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "board/varo/ChildProcess.h"
 
 namespace varo {
 

@@ -10,13 +10,15 @@ std::string Table::createSql() const {
         std::string note;
     };
     std::vector<Line> lines;
-    if (rows == Rows::single)
+    if (rows == Rows::single) {
         lines.push_back({fmt::format("id INTEGER PRIMARY KEY CHECK (id = {})", singleRow), {}});
-    else
+    } else {
         lines.push_back(
             {"source INTEGER PRIMARY KEY", "whose values: 1 DHCP client, 2 management front ends"});
-    for (const ColumnDefinition& column : columns)
+    }
+    for (const ColumnDefinition& column : columns) {
         lines.push_back({fmt::format("{} {} NOT NULL", column.name, column.type), column.note});
+    }
 
     // SQLite keeps this text with its comments: `.schema` shows it to people.
     std::string sql = fmt::format("CREATE TABLE IF NOT EXISTS {} (\n", tableName);
@@ -30,8 +32,9 @@ std::string Table::createSql() const {
 
 std::string Table::selectSql() const {
     std::string list;
-    for (const ColumnDefinition& column : columns)
+    for (const ColumnDefinition& column : columns) {
         list += (list.empty() ? "" : ", ") + column.name;
+    }
     return fmt::format("SELECT {} FROM {} WHERE {} = ?1", list, tableName, key());
 }
 

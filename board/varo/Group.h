@@ -1,11 +1,11 @@
 #pragma once
 
+#include "board/varo/Column.h"
+
 #include <initializer_list>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "board/varo/Column.h"
 
 namespace varo {
 
@@ -64,15 +64,17 @@ public:
     /// Binds the record's values to the parameters of the upsert; throws BadValue.
     void bind(sqlite::Statement& upsert, const Record& record) const {
         int parameter = 2;
-        for (const Column<Record>& each : columns)
+        for (const Column<Record>& each : columns) {
             named(each, [&] { each.bind(upsert, parameter++, record); });
+        }
     }
 
     /// Sets the record from the current row of the select; throws BadValue.
     void fetch(const sqlite::Statement& select, Record& record) const {
         int index = 0;
-        for (const Column<Record>& each : columns)
+        for (const Column<Record>& each : columns) {
             named(each, [&] { each.fetch(select, index++, record); });
+        }
     }
 
 private:

@@ -30,8 +30,9 @@ int millisecondsUntil(Clock::time_point time) {
 
 InterfaceKeeper::InterfaceKeeper(Names given)
     : names(std::move(given)), wakeEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (!wakeEvent)
+    if (!wakeEvent) {
         throw std::system_error(errno, std::generic_category(), "cannot make an event");
+    }
 }
 
 void InterfaceKeeper::start(Netlink& netlink, const std::optional<Netlink::Link>& link) {
@@ -67,8 +68,9 @@ void InterfaceKeeper::end() {
         wake();
     }
     settled.notify_all();
-    if (thread.joinable())
+    if (thread.joinable()) {
         thread.join();
+    }
 }
 
 void InterfaceKeeper::wake() const {
@@ -86,18 +88,21 @@ void InterfaceKeeper::run() {
     ::pthread_setname_np(::pthread_self(), names.thread.c_str());
     DhcpClient client(names.client, [&](std::uint64_t wishNumber, std::uint64_t start,
                                         const std::string& message) {
-        if (receive(wishNumber, start, message))
+        if (receive(wishNumber, start, message)) {
             client.works();
+        }
     });
     for (;;) {
         const std::uint64_t taken = passWish(client);
         guarded(call, [&] { client.act(); });
         {
             const std::lock_guard lock(mutex);
-            if (client.isSettled())
+            if (client.isSettled()) {
                 settledNumber = taken;
-            if (isEnding && !client.isRunning())
+            }
+            if (isEnding && !client.isRunning()) {
                 return;
+            }
         }
         settled.notify_all();
         wait(client);
@@ -109,8 +114,9 @@ void InterfaceKeeper::run() {
 std::uint64_t InterfaceKeeper::passWish(DhcpClient& client) {
     const std::lock_guard lock(mutex);
     DhcpClient::Wish wish{wantedNumber, usableInterface, {}};
-    if (usableInterface != 0 && !isEnding)
+    if (usableInterface != 0 && !isEnding) {
         wish.command = wantedCommand;
+    }
     client.want(wish);
     return wantedNumber;
 }
@@ -121,8 +127,9 @@ void InterfaceKeeper::wait(const DhcpClient& client) {
     client.addTo(descriptors);
     const auto due = client.due();
     // Interrupted by a signal: looking too early does no harm.
-    if (::poll(descriptors.data(), descriptors.size(), due ? millisecondsUntil(*due) : -1) <= 0)
+    if (::poll(descriptors.data(), descriptors.size(), due ? millisecondsUntil(*due) : -1) <= 0) {
         return;
+    }
     if (descriptors[0].revents != 0) {
         std::uint64_t ignored = 0;
         [[maybe_unused]] const ssize_t size = ::read(wakeEvent.get(), &ignored, sizeof ignored);

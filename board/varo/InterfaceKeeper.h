@@ -1,5 +1,11 @@
 #pragma once
 
+#include "board/varo/Descriptor.h"
+#include "board/varo/DhcpClient.h"
+#include "board/varo/Library.h"
+#include "board/varo/LinkMonitor.h"
+#include "board/varo/Netlink.h"
+
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
@@ -7,12 +13,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "board/varo/Descriptor.h"
-#include "board/varo/DhcpClient.h"
-#include "board/varo/Library.h"
-#include "board/varo/LinkMonitor.h"
-#include "board/varo/Netlink.h"
 
 namespace varo {
 

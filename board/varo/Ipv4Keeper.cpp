@@ -1,12 +1,12 @@
 #include "board/varo/Ipv4Keeper.h"
 
+#include "board/varo/addressing.h"
+#include "board/varo/groups.h"
+
 #include <fmt/format.h>
 #include <syslog.h>
 
 #include <algorithm>
-
-#include "board/varo/addressing.h"
-#include "board/varo/groups.h"
 
 namespace varo {
 
@@ -20,17 +20,20 @@ std::uint64_t Ipv4Keeper::usable(Netlink&, const std::optional<Netlink::Link>& l
 }
 
 void Ipv4Keeper::lookAt(Netlink& netlink, const std::optional<Netlink::Link>& link, bool isNew) {
-    if (isNew && !link)
+    if (isNew && !link) {
         Library::instance().log(LOG_WARNING,
                                 fmt::format("the interface {} is gone", names.interface));
-    if (isNew && link)
+    }
+    if (isNew && link) {
         Library::instance().log(LOG_NOTICE,
                                 fmt::format("the interface {} is there", names.interface));
+    }
     // One that was taken down by hand stays so; taken up again, it has lost its routes.
     if (link && (isNew || link->isUp)) {
         auto change = Library::instance().change();
-        if (isNew)
+        if (isNew) {
             bringUp(netlink, names.interface, link->index);
+        }
         applyAgain(change, netlink, *link);
     }
 }
@@ -45,8 +48,9 @@ void Ipv4Keeper::applyAgain(Library::Change& change, Netlink& netlink, const Net
         return;
     }
     const auto addresses = netlink.addresses(link.index);
-    if (lease && std::find(addresses.begin(), addresses.end(), lease->prefix) != addresses.end())
+    if (lease && std::find(addresses.begin(), addresses.end(), lease->prefix) != addresses.end()) {
         makeOnlyGateway(netlink, link.index, gatewayOf(change));
+    }
 }
 
 }  // namespace varo

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
+#include "board/varo/InterfaceKeeper.h"
+#include "board/varo/Lease.h"
+
 #include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "board/varo/Configuration.h"
-#include "board/varo/InterfaceKeeper.h"
-#include "board/varo/Lease.h"
 
 namespace varo {
 

@@ -1,16 +1,16 @@
 #include "board/varo/Ipv6Keeper.h"
 
-#include <fmt/format.h>
-#include <syslog.h>
-
-#include <algorithm>
-
 #include "board/varo/addressing.h"
 #include "board/varo/addressingIpv6.h"
 #include "board/varo/appliers.h"
 #include "board/varo/checks.h"
 #include "board/varo/groups.h"
 #include "board/varo/sources.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include <algorithm>
 
 namespace varo {
 
@@ -54,8 +54,9 @@ std::uint64_t Ipv6Keeper::usable(Netlink& netlink, const std::optional<Netlink::
 }
 
 bool Ipv6Keeper::hasLostAddresses(Netlink& netlink, int index) const {
-    if (granted.empty())
+    if (granted.empty()) {
         return false;
+    }
     const auto addresses = netlink.ipv6Addresses(index);
     return std::any_of(granted.begin(), granted.end(), [&](const Ipv6Address& each) {
         return std::none_of(addresses.begin(), addresses.end(),
@@ -64,8 +65,9 @@ bool Ipv6Keeper::hasLostAddresses(Netlink& netlink, int index) const {
 }
 
 void Ipv6Keeper::lookAt(Netlink& netlink, const std::optional<Netlink::Link>& link, bool) {
-    if (!link || !link->isUp)
+    if (!link || !link->isUp) {
         return;
+    }
     const auto change = Library::instance().change();
     const Ipv6Settings settings = change.store().session().read(ipv6Group());
     applySettings(netlink, names.interface, link->index, settings);
@@ -85,8 +87,9 @@ bool Ipv6Keeper::receive(std::uint64_t wishNumber, std::uint64_t start,
         }
         auto change = Library::instance().change();
         // It may have been switched off meanwhile, and what it says counts no more.
-        if (!isWanted(wishNumber))
+        if (!isWanted(wishNumber)) {
             return;
+        }
         isLease = report.event == Dhcp6Event::granted;
         applyReport(change, start, report);
     });
@@ -95,21 +98,26 @@ bool Ipv6Keeper::receive(std::uint64_t wishNumber, std::uint64_t start,
 
 void Ipv6Keeper::applyReport(Library::Change& change, std::uint64_t start,
                              const Dhcp6Report& report) {
-    for (const std::string& value : report.leftOut)
+    for (const std::string& value : report.leftOut) {
         log(LOG_WARNING, fmt::format("left out of the DHCPv6 lease: {}", value));
-    if (report.ended)
+    }
+    if (report.ended) {
         endLease(change, *report.ended);
-    if (report.event == Dhcp6Event::granted)
+    }
+    if (report.event == Dhcp6Event::granted) {
         applyLease(change, start, report.lease);
+    }
 }
 
 void Ipv6Keeper::applyLease(Library::Change& change, std::uint64_t start, const Lease6& lease) {
-    if (grantHolder != start)
+    if (grantHolder != start) {
         granted.clear();
+    }
     grantHolder = start;
     const bool isFirst = !contains(granted, lease.address);
-    if (isFirst)
+    if (isFirst) {
         granted.push_back(lease.address);
+    }
     log(isFirst ? LOG_NOTICE : LOG_DEBUG,
         fmt::format("DHCPv6 lease: {} for {} s", ipv6Text(lease.address), lease.valid));
 
@@ -118,28 +126,33 @@ void Ipv6Keeper::applyLease(Library::Change& change, std::uint64_t start, const 
     const int index = requiredLink(netlink, names.interface).index;
     const Ipv6Settings settings = change.store().session().read(ipv6Group());
     const auto byHand = storedPrefix(settings);
-    if (!byHand || byHand->address != lease.address)
+    if (!byHand || byHand->address != lease.address) {
         putLeasedAddress(netlink, names.interface, index, lease);
+    }
     // What a client before this one was granted, maybe one of a former process.
     for (const auto& address : netlink.ipv6Addresses(index)) {
-        if (address.isLeased && !contains(granted, address.prefix.address))
+        if (address.isLeased && !contains(granted, address.prefix.address)) {
             netlink.removeIpv6Address(index, address.prefix);
+        }
     }
 }
 
 void Ipv6Keeper::endLease(Library::Change& change, const Ipv6Address& address) {
     log(LOG_WARNING, fmt::format("the DHCPv6 lease of {} has ended", ipv6Text(address)));
     std::erase(granted, address);
-    if (granted.empty())
+    if (granted.empty()) {
         guarded("DHCPv6 client", [&] { learnResolver(change, {}); });
+    }
     Netlink netlink;
     // It may have gone with the interface, or with its own lifetime.
     const auto link = netlink.link(names.interface);
-    if (!link)
+    if (!link) {
         return;
+    }
     for (const auto& each : netlink.ipv6Addresses(link->index)) {
-        if (each.isLeased && each.prefix.address == address)
+        if (each.isLeased && each.prefix.address == address) {
             netlink.removeIpv6Address(link->index, each.prefix);
+        }
     }
 }
 

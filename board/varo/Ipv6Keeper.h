@@ -1,13 +1,13 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
+#include "board/varo/InterfaceKeeper.h"
+#include "board/varo/Lease6.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "board/varo/Configuration.h"
-#include "board/varo/InterfaceKeeper.h"
-#include "board/varo/Lease6.h"
 
 namespace varo {
 

@@ -1,14 +1,14 @@
 #include "board/varo/Lease.h"
 
+#include "board/varo/Column.h"
+#include "board/varo/Failure.h"
+
 #include <arpa/inet.h>
 #include <fmt/format.h>
 
 #include <charconv>
 #include <optional>
 #include <utility>
-
-#include "board/varo/Column.h"
-#include "board/varo/Failure.h"
 
 namespace varo {
 
@@ -22,8 +22,9 @@ constexpr std::pair<std::string_view, DhcpEvent> events[] = {
 
 std::optional<std::uint32_t> parsedAddress(std::string_view text) {
     in_addr address{};
-    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1)
+    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1) {
         return std::nullopt;
+    }
     return ntohl(address.s_addr);
 }
 
@@ -40,12 +41,14 @@ std::uint32_t classMask(std::uint32_t address) {
 Ipv4Prefix readPrefix(const ReportParts& values) {
     const std::string_view text = values["ip"];
     const auto address = parsedAddress(text);
-    if (!address)
+    if (!address) {
         throw BadReport(fmt::format("the address {} is none", quoted(text)));
+    }
     const std::string_view maskText = values["subnet"];
     const auto mask = maskText.empty() ? classMask(*address) : parsedAddress(maskText);
-    if (!mask)
+    if (!mask) {
         throw BadReport(fmt::format("the mask {} is none", quoted(maskText)));
+    }
     try {
         return checkedPrefix(*address, *mask);
     } catch (const Failure& failure) {
@@ -58,10 +61,11 @@ std::vector<std::uint32_t> readAddresses(const ReportParts& values, std::string_
                                          std::vector<std::string>& leftOut) {
     std::vector<std::uint32_t> addresses;
     for (const std::string_view text : split(values[name], ' ')) {
-        if (const auto address = hostAddress(text))
+        if (const auto address = hostAddress(text)) {
             addresses.push_back(*address);
-        else
+        } else {
             leftOut.push_back(fmt::format("{} {}", name, quoted(text)));
+        }
     }
     return addresses;
 }
@@ -73,8 +77,9 @@ bool isInNetwork(std::uint32_t address, const Ipv4Prefix& prefix) {
 std::uint32_t readRouter(const ReportParts& values, const Ipv4Prefix& prefix,
                          std::vector<std::string>& leftOut) {
     for (const std::uint32_t router : readAddresses(values, "router", leftOut)) {
-        if (isInNetwork(router, prefix) && router != prefix.address)
+        if (isInNetwork(router, prefix) && router != prefix.address) {
             return router;
+        }
         leftOut.push_back(fmt::format("router {}, which is no neighbour", ipv4Text(router)));
     }
     return 0;
@@ -82,8 +87,9 @@ std::uint32_t readRouter(const ReportParts& values, const Ipv4Prefix& prefix,
 
 std::string readDomain(const ReportParts& values, std::vector<std::string>& leftOut) {
     const std::string_view text = values["domain"];
-    if (isDomainWord(text))
+    if (isDomainWord(text)) {
         return std::string(text);
+    }
     leftOut.push_back(fmt::format("domain {}", quoted(text)));
     return {};
 }
@@ -92,8 +98,9 @@ std::uint32_t readSeconds(const ReportParts& values) {
     const std::string_view text = values["lease"];
     std::uint32_t seconds = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || seconds == 0)
+    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || seconds == 0) {
         throw BadReport(fmt::format("the lease time {} is none", quoted(text)));
+    }
     return seconds;
 }
 
@@ -103,10 +110,12 @@ Lease readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
     lease.seconds = readSeconds(values);
     lease.router = readRouter(values, lease.prefix, leftOut);
     const auto servers = readAddresses(values, "dns", leftOut);
-    if (!servers.empty())
+    if (!servers.empty()) {
         lease.primaryServer = servers[0];
-    if (servers.size() > 1)
+    }
+    if (servers.size() > 1) {
         lease.secondaryServer = servers[1];
+    }
     lease.domain = readDomain(values, leftOut);
     lease.server = hostAddress(values["serverid"]).value_or(0);
     return lease;
@@ -118,8 +127,9 @@ DhcpReport readReport(std::string_view message) {
     const ReportParts parts = readParts(message);
     DhcpReport report;
     report.event = eventAmong<DhcpEvent>(events, parts);
-    if (report.event != DhcpEvent::bound && report.event != DhcpEvent::renew)
+    if (report.event != DhcpEvent::bound && report.event != DhcpEvent::renew) {
         return report;
+    }
     report.lease = readLease(parts, report.leftOut);
     return report;
 }

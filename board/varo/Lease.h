@@ -1,12 +1,12 @@
 #pragma once
 
+#include "board/varo/ipv4.h"
+#include "board/varo/reportText.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "board/varo/ipv4.h"
-#include "board/varo/reportText.h"
 
 namespace varo {
 

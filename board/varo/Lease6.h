@@ -1,13 +1,13 @@
 #pragma once
 
+#include "board/varo/ipv6.h"
+#include "board/varo/reportText.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "board/varo/ipv6.h"
-#include "board/varo/reportText.h"
 
 namespace varo {
 

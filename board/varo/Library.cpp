@@ -1,15 +1,15 @@
 #include "board/varo/Library.h"
 
-#include <fmt/format.h>
-#include <syslog.h>
-
-#include <utility>
-
 #include "board/varo/Ipv4Keeper.h"
 #include "board/varo/Ipv6Keeper.h"
 #include "board/varo/appliers.h"
 #include "board/varo/groups.h"
 #include "board/varo/schema.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include <utility>
 
 namespace varo {
 
@@ -60,37 +60,44 @@ void Library::close() {
     }
     // Their threads may be waiting for the right to change something, which is refused from now
     // on.
-    if (ended.ipv4)
+    if (ended.ipv4) {
         ended.ipv4->end();
-    if (ended.ipv6)
+    }
+    if (ended.ipv6) {
         ended.ipv6->end();
-    if (last)
+    }
+    if (last) {
         last->store.close();
+    }
     threshold = factoryThreshold();
 }
 
 void Library::checkNotClosed() {
     const std::lock_guard locked(guard);
-    if (closed)
+    if (closed) {
         throw Failure(notOpen, "the library is closed");
+    }
 }
 
 std::shared_ptr<Library::Opened> Library::usable() {
     const std::lock_guard locked(guard);
-    if (closed)
+    if (closed) {
         throw Failure(notOpen, "the library is closed");
+    }
     return current && !current->store.isDamaged() ? current : nullptr;
 }
 
 std::shared_ptr<Library::Opened> Library::opened() {
-    if (auto store = usable())
+    if (auto store = usable()) {
         return store;
+    }
     return openOnFirstUse(Lock(changing));
 }
 
 std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHeld) {
-    if (auto store = usable())
+    if (auto store = usable()) {
         return store;
+    }
     auto opened = openStore(changingHeld);
     try {
         applyAll(opened->store, opened->configuration, keepers);
@@ -102,8 +109,9 @@ std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHel
 }
 
 std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
-    if (auto store = usable())
+    if (auto store = usable()) {
         return store;
+    }
     std::shared_ptr<Opened> damaged;
     Configuration given;
     {
@@ -112,10 +120,12 @@ std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
         current.reset();
         given = configuration;
     }
-    if (damaged)
+    if (damaged) {
         damaged->store.close();
-    if (given.stateDirectory.empty())
+    }
+    if (given.stateDirectory.empty()) {
         throw Failure(notConfigured, "no state directory is configured");
+    }
 
     auto opened = std::make_shared<Opened>(
         given, [this](int level, const std::string& text) { log(level, text); });
@@ -126,24 +136,27 @@ std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
 
 Configuration Library::given() {
     const std::lock_guard locked(guard);
-    if (configuration.stateDirectory.empty())
+    if (configuration.stateDirectory.empty()) {
         throw Failure(notConfigured, "no state directory is configured");
+    }
     return configuration;
 }
 
 void Library::log(int level, const std::string& text) noexcept {
-    if (level > threshold)
+    if (level > threshold) {
         return;
+    }
     try {
         Log receiver;
         {
             const std::lock_guard locked(guard);
             receiver = configuration.log;
         }
-        if (receiver)
+        if (receiver) {
             receiver(level, text);
-        else
+        } else {
             ::syslog(level, "varo: %s", text.c_str());
+        }
     } catch (...) {
         // A line that cannot be written must not keep a call from being answered.
     }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <atomic>
-#include <memory>
-#include <mutex>
-#include <string>
-
 #include "board/varo/Configuration.h"
 #include "board/varo/Failure.h"
 #include "board/varo/Keepers.h"
 #include "board/varo/RecordStore.h"
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
 
 namespace varo {
 
@@ -112,8 +112,9 @@ int answer(const char* call, Body body) noexcept {
 /// What a pointer argument points to. Throws Failure (invalidArgument) for null.
 template <class Value>
 Value& required(Value* argument) {
-    if (argument == nullptr)
+    if (argument == nullptr) {
         throw Failure(invalidArgument, "null pointer");
+    }
     return *argument;
 }
 

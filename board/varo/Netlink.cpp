@@ -1,5 +1,7 @@
 #include "board/varo/Netlink.h"
 
+#include "board/varo/netlinkObjects.h"
+
 #include <arpa/inet.h>
 #include <net/if.h>
 
@@ -7,8 +9,6 @@
 #include <bit>
 #include <cerrno>
 #include <cstring>
-
-#include "board/varo/netlinkObjects.h"
 
 namespace varo {
 
@@ -21,8 +21,9 @@ NetworkAddress networkAddress(std::uint32_t address, unsigned length) {
 
 std::uint32_t valueOf(const nl_addr* address) {
     std::uint32_t bytes = 0;
-    if (address == nullptr || nl_addr_get_len(address) != sizeof bytes)
+    if (address == nullptr || nl_addr_get_len(address) != sizeof bytes) {
         return 0;
+    }
     std::memcpy(&bytes, nl_addr_get_binary_addr(address), sizeof bytes);
     return ntohl(bytes);
 }
@@ -49,8 +50,9 @@ int onAcknowledged(nl_msg*, void*) { return NL_STOP; }
 void Netlink::Close::operator()(nl_sock* opened) const { nl_socket_free(opened); }
 
 Netlink::Netlink() : socket(checkedObject(nl_socket_alloc())) {
-    if (const int error = nl_connect(socket.get(), NETLINK_ROUTE); error < 0)
+    if (const int error = nl_connect(socket.get(), NETLINK_ROUTE); error < 0) {
         failNetlink("talk to the kernel about interfaces", error);
+    }
 }
 
 int Netlink::request(nl_msg* built) {
@@ -60,24 +62,29 @@ int Netlink::request(nl_msg* built) {
     nl_cb_err(callbacks.get(), NL_CB_CUSTOM, onError, &result);
     nl_cb_set(callbacks.get(), NL_CB_ACK, NL_CB_CUSTOM, onAcknowledged, nullptr);
     int error = nl_send_auto(socket.get(), message.get());
-    if (error >= 0)
+    if (error >= 0) {
         error = nl_recvmsgs(socket.get(), callbacks.get());
-    if (error < 0 && result == 0)
+    }
+    if (error < 0 && result == 0) {
         failNetlink("talk to the kernel about interfaces", error);
+    }
     return result;
 }
 
 std::optional<Netlink::Link> Netlink::link(const std::string& name) {
     // Asked for nothing, the kernel would answer with anything.
-    if (name.empty() || name.size() >= IFNAMSIZ)
+    if (name.empty() || name.size() >= IFNAMSIZ) {
         return std::nullopt;
+    }
     rtnl_link* found = nullptr;
     const int error = rtnl_link_get_kernel(socket.get(), 0, name.c_str(), &found);
     const LinkObject object(found);
-    if (error == -NLE_NODEV || error == -NLE_OBJ_NOTFOUND)
+    if (error == -NLE_NODEV || error == -NLE_OBJ_NOTFOUND) {
         return std::nullopt;
-    if (error < 0)
+    }
+    if (error < 0) {
         failNetlink("read the interface", error);
+    }
     Link link{.index = rtnl_link_get_ifindex(object.get()),
               .isUp = (rtnl_link_get_flags(object.get()) & IFF_UP) != 0,
               .hasCarrier = (rtnl_link_get_flags(object.get()) & IFF_RUNNING) != 0};
@@ -96,8 +103,9 @@ int Netlink::bringUp(int index) {
     rtnl_link_set_flags(change.get(), IFF_UP);
     nl_msg* message = nullptr;
     if (const int error = rtnl_link_build_change_request(now.get(), change.get(), 0, &message);
-        error < 0)
+        error < 0) {
         failNetlink("ask for an interface to be brought up", error);
+    }
     return request(message);
 }
 
@@ -114,23 +122,26 @@ int Netlink::requestAddition(rtnl_addr* address) {
     nl_msg* message = nullptr;
     if (const int error =
             rtnl_addr_build_add_request(address, NLM_F_CREATE | NLM_F_REPLACE, &message);
-        error < 0)
+        error < 0) {
         failNetlink("ask for an address", error);
+    }
     return request(message);
 }
 
 int Netlink::requestRemoval(rtnl_addr* address) {
     nl_msg* message = nullptr;
-    if (const int error = rtnl_addr_build_delete_request(address, 0, &message); error < 0)
+    if (const int error = rtnl_addr_build_delete_request(address, 0, &message); error < 0) {
         failNetlink("ask for an address to be removed", error);
+    }
     return request(message);
 }
 
 int Netlink::requestAddition(rtnl_route* route, int flags) {
     nl_msg* message = nullptr;
     if (const int error = rtnl_route_build_add_request(route, NLM_F_CREATE | flags, &message);
-        error < 0)
+        error < 0) {
         failNetlink("ask for a route", error);
+    }
     return request(message);
 }
 
@@ -138,8 +149,9 @@ int Netlink::requestRemoval(rtnl_route* route) {
     // Whoever has added it.
     rtnl_route_set_protocol(route, RTPROT_UNSPEC);
     nl_msg* message = nullptr;
-    if (const int error = rtnl_route_build_del_request(route, 0, &message); error < 0)
+    if (const int error = rtnl_route_build_del_request(route, 0, &message); error < 0) {
         failNetlink("ask for a route to be removed", error);
+    }
     return request(message);
 }
 
@@ -164,8 +176,9 @@ std::vector<Netlink::DefaultRoute> Netlink::defaultRoutes(int index) {
     forEachDefaultRoute(socket.get(), AF_INET, [&](rtnl_route* route, rtnl_nexthop* hop) {
         const DefaultRoute found{valueOf(rtnl_route_nh_get_gateway(hop)),
                                  rtnl_route_nh_get_ifindex(hop), rtnl_route_get_priority(route)};
-        if (found.gateway != 0 && (index == 0 || found.interface == index))
+        if (found.gateway != 0 && (index == 0 || found.interface == index)) {
             result.push_back(found);
+        }
     });
     std::stable_sort(
         result.begin(), result.end(),

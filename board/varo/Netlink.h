@@ -1,14 +1,14 @@
 #pragma once
 
+#include "board/varo/ipv4.h"
+#include "board/varo/ipv6.h"
+
 #include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "board/varo/ipv4.h"
-#include "board/varo/ipv6.h"
 
 struct nl_sock;
 struct nl_msg;

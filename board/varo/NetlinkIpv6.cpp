@@ -1,10 +1,10 @@
+#include "board/varo/Netlink.h"
+#include "board/varo/netlinkObjects.h"
+
 #include <linux/if_addr.h>
 #include <linux/rtnetlink.h>
 
 #include <cstring>
-
-#include "board/varo/Netlink.h"
-#include "board/varo/netlinkObjects.h"
 
 namespace varo {
 
@@ -19,8 +19,9 @@ NetworkAddress networkAddress(const Ipv6Address& address, unsigned length) {
 
 std::optional<Ipv6Address> valueOf(const nl_addr* address) {
     Ipv6Address value;
-    if (address == nullptr || nl_addr_get_len(address) != value.bytes.size())
+    if (address == nullptr || nl_addr_get_len(address) != value.bytes.size()) {
         return std::nullopt;
+    }
     std::memcpy(value.bytes.data(), nl_addr_get_binary_addr(address), value.bytes.size());
     return value;
 }
@@ -46,9 +47,10 @@ bool isLeased(rtnl_addr* address) {
 std::vector<Netlink::AddressInUse> Netlink::ipv6Addresses(int index) {
     std::vector<AddressInUse> result;
     forEachAddress(socket.get(), AF_INET6, index, [&](rtnl_addr* address) {
-        if (const auto value = valueOf(rtnl_addr_get_local(address)))
+        if (const auto value = valueOf(rtnl_addr_get_local(address))) {
             result.push_back({{*value, static_cast<unsigned>(rtnl_addr_get_prefixlen(address))},
                               isLeased(address)});
+        }
     });
     return result;
 }
@@ -81,8 +83,9 @@ std::optional<Ipv6Address> Netlink::ipv6Gateway(int index) {
 
 int Netlink::putIpv6Gateway(int index, const Ipv6Address& gateway, bool isNeighbour) {
     const RouteObject object = routeByHand(index, gateway);
-    if (isNeighbour)
+    if (isNeighbour) {
         rtnl_route_nh_set_flags(rtnl_route_nexthop_n(object.get(), 0), RTNH_F_ONLINK);
+    }
     return requestAddition(object.get(), NLM_F_REPLACE);
 }
 

@@ -1,10 +1,10 @@
 #include "board/varo/RecordStore.h"
 
-#include <fmt/format.h>
-#include <syslog.h>
-
 #include "board/varo/Failure.h"
 #include "board/varo/StoreFile.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
 
 namespace varo {
 
@@ -25,15 +25,17 @@ RecordStore::~RecordStore() { close(); }
 
 void RecordStore::close() {
     const std::lock_guard lock(mutex);
-    if (!database)
+    if (!database) {
         return;
+    }
     prepared.clear();
     try {
         // Closing does the same, but not while another process has the file open.
-        if (damaged)
+        if (damaged) {
             database->keepLogOnClose(true);
-        else
+        } else {
             database->execute("PRAGMA wal_checkpoint(TRUNCATE)");
+        }
     } catch (const sqlite::Error& error) {
         // The values are safe in the log; the next opening takes them from there.
         log(LOG_WARNING, fmt::format("cannot move the write-ahead log into {}: {}", file.string(),
@@ -43,11 +45,13 @@ void RecordStore::close() {
 }
 
 RecordStore::Statements& RecordStore::statementsOf(const Table& table) {
-    if (!database)
+    if (!database) {
         throw Failure(notOpen, "the library is closed");
+    }
     const auto found = prepared.find(&table);
-    if (found == prepared.end())
+    if (found == prepared.end()) {
         throw Failure(internalError, fmt::format("group {} is not in the schema", table.name()));
+    }
     return found->second;
 }
 
@@ -57,8 +61,9 @@ void RecordStore::readRow(const Table& table, int row,
     const sqlite::Run run(select);
     try {
         select.bind(1, std::int64_t{row});
-        if (select.step())
+        if (select.step()) {
             fetch(select);
+        }
     } catch (const sqlite::Error& error) {
         fail("read", table, error);
     } catch (const BadValue& bad) {
@@ -83,8 +88,9 @@ void RecordStore::writeRow(const Table& table, int row,
 }
 
 void RecordStore::fail(const char* doing, const Table& table, const sqlite::Error& error) {
-    if (error.meansDamage())
+    if (error.meansDamage()) {
         damaged = true;
+    }
     throw failureOf(error, fmt::format("cannot {} {} in {}", doing, table.name(), file.string()));
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
+#include "board/varo/schema.h"
+
 #include <atomic>
 #include <filesystem>
 #include <functional>
@@ -7,9 +10,6 @@
 #include <mutex>
 #include <optional>
 #include <unordered_map>
-
-#include "board/varo/Configuration.h"
-#include "board/varo/schema.h"
 
 namespace varo {
 

@@ -12,8 +12,9 @@ namespace {
 [[noreturn]] void fail(sqlite3* database, int result) {
     // Without a connection there is only the code; with one, SQLite knows the system's reason too.
     std::string text = database ? sqlite3_errmsg(database) : sqlite3_errstr(result);
-    if (const int error = database ? sqlite3_system_errno(database) : 0; error != 0)
+    if (const int error = database ? sqlite3_system_errno(database) : 0; error != 0) {
         text += fmt::format(" ({})", std::generic_category().message(error));
+    }
     throw Error(database ? sqlite3_extended_errcode(database) : result, text);
 }
 
@@ -24,13 +25,15 @@ Statement::Statement(sqlite3* database, const std::string& sql) {
     const int result = sqlite3_prepare_v3(database, sql.c_str(), static_cast<int>(sql.size()) + 1,
                                           SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
     handle.reset(prepared);
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         fail(database, result);
+    }
 }
 
 void Statement::check(int result) const {
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         fail(sqlite3_db_handle(handle.get()), result);
+    }
 }
 
 void Statement::bind(int parameter, std::int64_t value) {
@@ -49,8 +52,9 @@ void Statement::bindCopy(int parameter, std::string_view text) {
 
 bool Statement::step() {
     const int result = sqlite3_step(handle.get());
-    if (result != SQLITE_ROW && result != SQLITE_DONE)
+    if (result != SQLITE_ROW && result != SQLITE_DONE) {
         fail(sqlite3_db_handle(handle.get()), result);
+    }
     return result == SQLITE_ROW;
 }
 
@@ -80,14 +84,16 @@ Database::Database(const std::filesystem::path& file) {
         sqlite3_open_v2(file.c_str(), &opened,
                         SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
     handle.reset(opened);
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         fail(opened, result);
+    }
 }
 
 void Database::execute(const std::string& sql) {
     const int result = sqlite3_exec(get(), sql.c_str(), nullptr, nullptr, nullptr);
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         fail(get(), result);
+    }
 }
 
 std::int64_t Database::queryInteger(const std::string& sql) {
@@ -103,8 +109,9 @@ std::string Database::queryText(const std::string& sql) {
 void Database::keepLogOnClose(bool keep) {
     const int result =
         sqlite3_db_config(get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keep ? 1 : 0, nullptr);
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         fail(get(), result);
+    }
 }
 
 }  // namespace varo::sqlite

@@ -1,10 +1,10 @@
 #include "board/varo/StoreFile.h"
 
+#include "board/varo/setAside.h"
+
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <syslog.h>
-
-#include "board/varo/setAside.h"
 
 namespace varo {
 
@@ -33,8 +33,9 @@ public:
     explicit NewFile(const fs::path& path) : file(path), made(!fs::exists(path)) {}
     ~NewFile() {
         std::error_code ignored;
-        if (made && fs::exists(file, ignored) && sizeOrZero(file) == 0)
+        if (made && fs::exists(file, ignored) && sizeOrZero(file) == 0) {
             fs::remove(file, ignored);
+        }
     }
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
@@ -48,35 +49,41 @@ private:
 
 void checkVersion(sqlite::Database& database, std::int64_t version, const fs::path& file,
                   const Schema& schema) {
-    if (version > schema.version())
+    if (version > schema.version()) {
         throw Failure(
             newerFile,
             fmt::format("{} has version {}, this release knows versions up to {}: install "
                         "the newer release again, or move the file away to start from "
                         "factory values",
                         file.string(), version, schema.version()));
+    }
     if (version < 0 ||
-        (version == 0 && database.queryInteger("SELECT count(*) FROM sqlite_schema") > 0))
+        (version == 0 && database.queryInteger("SELECT count(*) FROM sqlite_schema") > 0)) {
         throw Failure(
             storageFailed,
             fmt::format("{} is a database, but no record store: move it away to start from "
                         "factory values",
                         file.string()));
+    }
 }
 
 void checkContent(sqlite::Database& database) {
-    if (const std::string result = database.queryText("PRAGMA integrity_check(1)"); result != "ok")
+    if (const std::string result = database.queryText("PRAGMA integrity_check(1)");
+        result != "ok") {
         throw Damage(result);
+    }
     // In another encoding, SQLite would convert the texts, which need not be UTF-8.
-    if (const std::string encoding = database.queryText("PRAGMA encoding"); encoding != "UTF-8")
+    if (const std::string encoding = database.queryText("PRAGMA encoding"); encoding != "UTF-8") {
         throw Damage("its text encoding is " + encoding);
+    }
 }
 
 bool lacksTable(sqlite::Database& database, const Schema& schema) {
     for (const Table* table : schema.tables) {
         if (database.queryInteger(fmt::format(
-                "SELECT count(*) FROM sqlite_schema WHERE name = '{}'", table->name())) == 0)
+                "SELECT count(*) FROM sqlite_schema WHERE name = '{}'", table->name())) == 0) {
             return true;
+        }
     }
     return false;
 }
@@ -90,22 +97,26 @@ void upgrade(sqlite::Database& database, const fs::path& file, const Schema& sch
         const std::int64_t version = database.queryInteger("PRAGMA user_version");
         checkVersion(database, version, file, schema);
         if (version > 0) {
-            for (std::int64_t step = version; step < schema.version(); ++step)
+            for (std::int64_t step = version; step < schema.version(); ++step) {
                 database.execute(schema.steps[static_cast<std::size_t>(step - 1)]);
+            }
         }
-        for (const Table* table : schema.tables)
+        for (const Table* table : schema.tables) {
             database.execute(table->createSql());
+        }
         database.execute(fmt::format("PRAGMA user_version = {}", schema.version()));
         database.execute("COMMIT");
-        if (version == 0)
+        if (version == 0) {
             log(LOG_INFO, fmt::format("made {}", file.string()));
-        else if (version < schema.version())
+        } else if (version < schema.version()) {
             log(LOG_INFO, fmt::format("upgraded {} from version {} to {}", file.string(), version,
                                       schema.version()));
+        }
     } catch (...) {
         // SQLite has ended the transaction by itself after some errors.
-        if (sqlite3_get_autocommit(database.get()) == 0)
+        if (sqlite3_get_autocommit(database.get()) == 0) {
             sqlite3_exec(database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+        }
         throw;
     }
 }
@@ -113,16 +124,18 @@ void upgrade(sqlite::Database& database, const fs::path& file, const Schema& sch
 /// Throws Damage, Failure, sqlite::Error.
 sqlite::Database openIntact(const fs::path& file, const Schema& schema, const Log& log) {
     // SQLite removes a log that has no file to belong to; it may hold the last values.
-    if (sizeOrZero(file) == 0 && sizeOrZero(file.string() + "-wal") > 0)
+    if (sizeOrZero(file) == 0 && sizeOrZero(file.string() + "-wal") > 0) {
         throw Damage("it is empty or missing, but its write-ahead log is there");
+    }
 
     const NewFile newFile(file);
     const bool emptied = fs::is_regular_file(file) && sizeOrZero(file) == 0;
     sqlite::Database database(file);
     // The records include community names, which are as good as passwords.
-    if (newFile.isNew() && ::chmod(file.c_str(), S_IRUSR | S_IWUSR) != 0)
+    if (newFile.isNew() && ::chmod(file.c_str(), S_IRUSR | S_IWUSR) != 0) {
         throw Failure(storageFailed, fmt::format("cannot protect {}: {}", file.string(),
                                                  std::generic_category().message(errno)));
+    }
     database.keepLogOnClose(true);
     sqlite3_busy_timeout(database.get(), busyTimeoutMs);
 
@@ -132,15 +145,18 @@ sqlite::Database openIntact(const fs::path& file, const Schema& schema, const Lo
 
     // With the write-ahead log synchronised at each commit, what a call has acknowledged survives
     // the loss of power, and people can look at the file while the library writes.
-    if (const std::string mode = database.queryText("PRAGMA journal_mode = WAL"); mode != "wal")
+    if (const std::string mode = database.queryText("PRAGMA journal_mode = WAL"); mode != "wal") {
         throw Failure(storageFailed, fmt::format("{}: no write-ahead log on this file system ({})",
                                                  file.string(), mode));
+    }
     database.execute("PRAGMA synchronous = FULL");
-    if (version < schema.version() || lacksTable(database, schema))
+    if (version < schema.version() || lacksTable(database, schema)) {
         upgrade(database, file, schema, log);
+    }
     database.keepLogOnClose(false);
-    if (emptied)
+    if (emptied) {
         log(LOG_ERR, fmt::format("{} was empty: factory values are used", file.string()));
+    }
     return database;
 }
 
@@ -149,8 +165,9 @@ sqlite::Database openOrDamage(const fs::path& file, const Schema& schema, const 
     try {
         return openIntact(file, schema, log);
     } catch (const sqlite::Error& error) {
-        if (error.meansDamage())
+        if (error.meansDamage()) {
             throw Damage(error.what());
+        }
         throw failureOf(error, fmt::format("cannot open {}", file.string()));
     } catch (const fs::filesystem_error& error) {
         throw Failure(storageFailed,

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <filesystem>
-
 #include "board/varo/Configuration.h"
 #include "board/varo/Failure.h"
 #include "board/varo/Sqlite.h"
 #include "board/varo/schema.h"
+
+#include <filesystem>
 
 namespace varo {
 

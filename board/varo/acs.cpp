@@ -28,10 +28,11 @@ int varoUpdateAcs(varoLib_s_acs* acs, int source) {
     return varo::answer(__func__, [&] {
         const varoLib_s_acs& given = varo::required(acs);
         const int row = varo::storedSource(source);
-        if (given.source != source)
+        if (given.source != source) {
             throw varo::Failure(
                 varo::invalidValue,
                 fmt::format("source: {} in the record, {} in the call", given.source, source));
+        }
         varo::checkSwitch("enabled", given.enabled);
         const auto change = varo::Library::instance().change();
         change.store().session().write(varo::acsGroup(), row, given);

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "board/varo/Library.h"
+#include "board/varo/Netlink.h"
+#include "varo/records.h"
+
 #include <syslog.h>
 
 #include <cstdint>
 #include <string>
-
-#include "board/varo/Library.h"
-#include "board/varo/Netlink.h"
-#include "varo/records.h"
 
 namespace varo {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include "board/varo/Lease6.h"
 #include "board/varo/Netlink.h"
 #include "board/varo/ipv6.h"
+
+#include <string>
 
 namespace varo {
 

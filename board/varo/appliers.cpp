@@ -1,9 +1,9 @@
 #include "board/varo/appliers.h"
 
-#include <exception>
-
 #include "board/varo/Library.h"
 #include "board/varo/applyServices.h"
+
+#include <exception>
 
 namespace varo {
 
@@ -15,8 +15,9 @@ void attempt(std::exception_ptr& failure, Apply apply) {
     try {
         apply();
     } catch (...) {
-        if (failure)
+        if (failure) {
             guarded("varoLib", [&] { std::rethrow_exception(failure); });
+        }
         failure = std::current_exception();
     }
 }
@@ -31,10 +32,12 @@ void applyAll(RecordStore& store, const Configuration& configuration, Keepers& k
     attempt(failure, [&] { applyIpv6(store, configuration, keepers); });
     for (const auto apply :
          {applyTelnet, applySsh, applyFtp, applyTrapManagers, applySnmpCommunities, applySnmpSystem,
-          applyTimeZone, applyNtp, applyAcs})
+          applyTimeZone, applyNtp, applyAcs}) {
         attempt(failure, [&] { apply(store, configuration); });
-    if (failure)
+    }
+    if (failure) {
         std::rethrow_exception(failure);
+    }
 }
 
 }  // namespace varo

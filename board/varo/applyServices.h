@@ -1,13 +1,13 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
+#include "board/varo/Failure.h"
+#include "board/varo/RecordStore.h"
+
 #include <fmt/format.h>
 
 #include <exception>
 #include <functional>
-
-#include "board/varo/Configuration.h"
-#include "board/varo/Failure.h"
-#include "board/varo/RecordStore.h"
 
 namespace varo {
 
@@ -25,8 +25,9 @@ StoredApplier applyAcs;
 /// log line of a failure. Throws Failure.
 template <class Record, class Read>
 void apply(const std::function<void(const Record&)>& applier, const char* what, Read read) {
-    if (!applier)
+    if (!applier) {
         return;
+    }
     const Record record = read();
     try {
         applier(record);

@@ -1,3 +1,7 @@
+#include "board/varo/Descriptor.h"
+#include "board/varo/Library.h"
+#include "varo/varoLib.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <signal.h>
@@ -12,10 +16,6 @@
 #include <string>
 #include <system_error>
 
-#include "board/varo/Descriptor.h"
-#include "board/varo/Library.h"
-#include "varo/varoLib.h"
-
 namespace varo {
 
 namespace {
@@ -25,19 +25,22 @@ namespace fs = std::filesystem;
 /// The process id that the file holds; 0 when there is no file, as none runs. Throws Failure.
 pid_t processIn(const fs::path& file) {
     std::error_code error;
-    if (!fs::exists(file, error) && !error)
+    if (!fs::exists(file, error) && !error) {
         return 0;
+    }
     std::ifstream stream(file);
     std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream)
+    if (!stream) {
         throw Failure(systemFailed, fmt::format("cannot read {}", file.string()));
+    }
     text.erase(text.find_last_not_of(" \t\r\n") + 1);
     pid_t process = 0;
     const char* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, process);
     // 0, 1 and negative numbers would mean other processes than the one.
-    if (read.ec != std::errc() || read.ptr != end || process <= 1)
+    if (read.ec != std::errc() || read.ptr != end || process <= 1) {
         throw Failure(systemFailed, fmt::format("{} does not hold a process id", file.string()));
+    }
     return process;
 }
 
@@ -54,20 +57,24 @@ int varoGetMyBoardPos(std::uint32_t* position) {
 /// Nobody to tell, because no client is configured or none runs, is success.
 int varoSendSigToAcs(int signal) {
     return varo::answer(__func__, [&] {
-        if (signal < 1 || signal > SIGRTMAX)
+        if (signal < 1 || signal > SIGRTMAX) {
             throw varo::Failure(varo::invalidValue, fmt::format("there is no signal {}", signal));
+        }
         const auto file = varo::Library::instance().given().acsPidFile;
-        if (file.empty())
+        if (file.empty()) {
             return;
+        }
         const pid_t process = varo::processIn(file);
-        if (process == 0)
+        if (process == 0) {
             return;
+        }
         // The descriptor stays with the process, whoever gets its number next.
         const varo::Descriptor named(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
         const bool isSent =
             named && ::syscall(SYS_pidfd_send_signal, named.get(), signal, nullptr, 0) == 0;
-        if (isSent)
+        if (isSent) {
             return;
+        }
         if (errno == ESRCH) {
             varo::Library::instance().log(
                 LOG_INFO, fmt::format("{} names process {}, which does not run: nobody is told of "

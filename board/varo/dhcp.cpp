@@ -1,15 +1,15 @@
-#include <fmt/format.h>
-#include <syslog.h>
-
-#include <cstring>
-#include <initializer_list>
-
 #include "board/varo/Ipv4Keeper.h"
 #include "board/varo/addressing.h"
 #include "board/varo/appliers.h"
 #include "board/varo/groups.h"
 #include "board/varo/sources.h"
 #include "varo/varoLib.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include <cstring>
+#include <initializer_list>
 
 namespace varo {
 
@@ -24,16 +24,18 @@ constexpr std::initializer_list<const char*> rhythm{"-t", "3", "-T", "2", "-A", 
 /// Relay agent information (RFC 3046) with the circuit id, sub-option 1, as the client's argument.
 std::string option82(const std::string& circuitId) {
     std::string argument = fmt::format("0x52:01{:02x}", circuitId.size());
-    for (const char c : circuitId)
+    for (const char c : circuitId) {
         argument += fmt::format("{:02x}", static_cast<unsigned char>(c));
+    }
     return argument;
 }
 
 /// Empty when no client is to run.
 std::vector<std::string> clientCommand(const Configuration& configuration,
                                        const varoLib_s_dhcp& dhcp) {
-    if (dhcp.dhcpEnabled == 0 || configuration.dhcpClient.empty())
+    if (dhcp.dhcpEnabled == 0 || configuration.dhcpClient.empty()) {
         return {};
+    }
     std::vector<std::string> command = configuration.dhcpClient;
     command.insert(command.end(), {"-f", "-i", configuration.managementInterface, "-s",
                                    configuration.dhcpScript.string()});
@@ -42,8 +44,9 @@ std::vector<std::string> clientCommand(const Configuration& configuration,
     command.insert(command.end(),
                    {"-V", dhcp.vendorClassEnabled != 0 ? configuration.dhcpVendorClass : ""});
     const std::string circuitId(dhcp.circuitId, strnlen(dhcp.circuitId, sizeof dhcp.circuitId));
-    if (dhcp.option82Enabled != 0 && !circuitId.empty())
+    if (dhcp.option82Enabled != 0 && !circuitId.empty()) {
         command.insert(command.end(), {"-x", option82(circuitId)});
+    }
     return command;
 }
 
@@ -63,16 +66,18 @@ void applyStored(Netlink& netlink, const std::string& name, const Netlink::Link&
 /// interface for good and become what is stored.
 Ipv4Settings frozen(Netlink& netlink, const std::string& name, int index) {
     const Ipv4Settings settings = kernelSettings(netlink, index);
-    if (settings.address != 0)
+    if (settings.address != 0) {
         makeOnlyAddress(netlink, name, index,
                         {settings.address, prefixLength(settings.netmask).value_or(32)});
+    }
     return settings;
 }
 
 void switchOff(Library::Change& change) {
     const std::string& name = change.configuration().managementInterface;
-    if (name.empty())
+    if (name.empty()) {
         return;
+    }
     Netlink netlink;
     const auto link = netlink.link(name);
     const Ipv4Settings settings = link ? frozen(netlink, name, link->index) : Ipv4Settings{};
@@ -89,19 +94,22 @@ void forgetLearntResolver(Library::Change& change) {
 bool store(Library::Change& change, const varoLib_s_dhcp& dhcp) {
     const bool wasOn = change.store().session().read(dhcpGroup()).dhcpEnabled != 0;
     const bool isOn = dhcp.dhcpEnabled != 0;
-    if (wasOn && !isOn)
+    if (wasOn && !isOn) {
         switchOff(change);
+    }
     change.store().session().write(dhcpGroup(), singleRow, dhcp);
-    if (!wasOn && isOn)
+    if (!wasOn && isOn) {
         change.store().session().write(ipv4Group(), singleRow, ipv4Group().factory());
+    }
     return wasOn && !isOn;
 }
 
 }  // namespace
 
 void applyIpv4(RecordStore& store, const Configuration& configuration, Keepers& keepers) {
-    if (configuration.managementInterface.empty())
+    if (configuration.managementInterface.empty()) {
         return;
+    }
     const auto [settings, dhcp] = [&] {
         auto session = store.session();
         return std::pair(session.read(ipv4Group()), session.read(dhcpGroup()));
@@ -126,10 +134,12 @@ void applyIpv4(RecordStore& store, const Configuration& configuration, Keepers& 
                         name));
         return;
     }
-    if (!link->isUp)
+    if (!link->isUp) {
         bringUp(netlink, name, link->index);
-    if (dhcp.dhcpEnabled == 0)
+    }
+    if (dhcp.dhcpEnabled == 0) {
         applyStored(netlink, name, *link, settings);
+    }
 }
 
 }  // namespace varo
@@ -145,9 +155,10 @@ int varoGetDhcp(varoLib_s_dhcp* dhcp) {
 int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
     return varo::answer(__func__, [&] {
         const varoLib_s_dhcp& record = varo::required(dhcp);
-        if (record.updateSelector != varo::updateSelector)
+        if (record.updateSelector != varo::updateSelector) {
             throw varo::Failure(varo::invalidValue,
                                 fmt::format("there is no update {}", record.updateSelector));
+        }
         std::shared_ptr<varo::Ipv4Keeper> keeper;
         std::uint64_t wish = 0;
         {
@@ -155,13 +166,16 @@ int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
             const bool isSwitchedOff = varo::store(change, record);
             varo::applyIpv4(change.store(), change.configuration(), change.keepers());
             keeper = change.keepers().ipv4;
-            if (keeper)
+            if (keeper) {
                 wish = keeper->wish();
-            if (isSwitchedOff)
+            }
+            if (isSwitchedOff) {
                 varo::forgetLearntResolver(change);
+            }
         }
-        if (keeper && !keeper->awaitSettled(wish))
+        if (keeper && !keeper->awaitSettled(wish)) {
             throw varo::Failure(varo::applyFailed, "the DHCP client before does not end");
+        }
     });
 }
 
@@ -169,8 +183,9 @@ int varoDhcpRetreatAlrServNotResponding() {
     return varo::answer(__func__, [&] {
         const auto change = varo::Library::instance().change();
         const auto& keeper = change.keepers().ipv4;
-        if (keeper && keeper->takeAlarmBack())
+        if (keeper && keeper->takeAlarmBack()) {
             varo::Library::instance().log(LOG_NOTICE,
                                           "alarm taken back: the DHCP server does not respond");
+        }
     });
 }

@@ -1,8 +1,3 @@
-#include <fmt/format.h>
-#include <syslog.h>
-
-#include <cstdlib>
-
 #include "board/varo/Ipv6Keeper.h"
 #include "board/varo/addressingIpv6.h"
 #include "board/varo/appliers.h"
@@ -10,6 +5,11 @@
 #include "board/varo/groups.h"
 #include "board/varo/sources.h"
 #include "varo/varoLib.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include <cstdlib>
 
 namespace varo {
 
@@ -24,8 +24,9 @@ constexpr const char* leaseFile = "dhcp6.leases";
 /// Empty when no client is to run.
 std::vector<std::string> clientCommand(const Configuration& configuration,
                                        const varoLib_s_dhcp6& dhcp) {
-    if (dhcp.dhcpEnabled == 0 || configuration.dhcp6Client.empty())
+    if (dhcp.dhcpEnabled == 0 || configuration.dhcp6Client.empty()) {
         return {};
+    }
     std::vector<std::string> command = configuration.dhcp6Client;
     // It runs its script with an environment of its own.
     command.insert(command.end(),
@@ -43,8 +44,9 @@ void forgetLeases(Library::Change& change) {
     const std::string& name = change.configuration().managementInterface;
     if (!name.empty()) {
         Netlink netlink;
-        if (const auto link = netlink.link(name))
+        if (const auto link = netlink.link(name)) {
             removeLeasedAddresses(netlink, name, link->index);
+        }
     }
     applyResolver(change.store(), change.configuration());
 }
@@ -53,8 +55,9 @@ void forgetLeases(Library::Change& change) {
 
 void applyIpv6(RecordStore& store, const Configuration& configuration, Keepers& keepers) {
     const std::string& name = configuration.managementInterface;
-    if (name.empty())
+    if (name.empty()) {
         return;
+    }
     const auto [settings, dhcp] = [&] {
         auto session = store.session();
         return std::pair(session.read(ipv6Group()), session.read(dhcp6Group()));
@@ -71,8 +74,9 @@ void applyIpv6(RecordStore& store, const Configuration& configuration, Keepers& 
     const auto link = netlink.link(name);
     made->start(netlink, link);
     keepers.ipv6 = std::move(made);
-    if (!link)
+    if (!link) {
         return;
+    }
     try {
         applySettings(netlink, name, link->index, settings);
     } catch (const Failure& failure) {
@@ -95,9 +99,10 @@ int varoGetDhcp6(varoLib_s_dhcp6* dhcp) {
 int varoUpdateDhcp6(varoLib_s_dhcp6* dhcp) {
     return varo::answer(__func__, [&] {
         const varoLib_s_dhcp6& record = varo::required(dhcp);
-        if (record.updateSelector != varo::updateSelector)
+        if (record.updateSelector != varo::updateSelector) {
             throw varo::Failure(varo::invalidValue,
                                 fmt::format("there is no update {}", record.updateSelector));
+        }
         std::shared_ptr<varo::Ipv6Keeper> keeper;
         std::uint64_t wish = 0;
         {
@@ -105,12 +110,15 @@ int varoUpdateDhcp6(varoLib_s_dhcp6* dhcp) {
             change.store().session().write(varo::dhcp6Group(), varo::singleRow, record);
             varo::applyIpv6(change.store(), change.configuration(), change.keepers());
             keeper = change.keepers().ipv6;
-            if (keeper)
+            if (keeper) {
                 wish = keeper->wish();
-            if (record.dhcpEnabled == 0)
+            }
+            if (record.dhcpEnabled == 0) {
                 varo::forgetLeases(change);
+            }
         }
-        if (keeper && !keeper->awaitSettled(wish))
+        if (keeper && !keeper->awaitSettled(wish)) {
             throw varo::Failure(varo::applyFailed, "the DHCPv6 client before does not end");
+        }
     });
 }

@@ -1,5 +1,7 @@
 #include "board/varo/dhcpEvent.h"
 
+#include "board/varo/linkLocalAddress.h"
+
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -10,8 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
-
-#include "board/varo/linkLocalAddress.h"
 
 namespace varo {
 
@@ -43,8 +43,9 @@ std::string report(const std::string& event, const char* const (&names)[count]) 
     std::string text;
     append(text, event);
     for (const char* name : names) {
-        if (const char* const value = std::getenv(name); value != nullptr)
+        if (const char* const value = std::getenv(name); value != nullptr) {
             append(text, std::string(name) + '=' + value);
+        }
     }
     return text;
 }
@@ -53,8 +54,9 @@ int pass(const std::string& event, const std::string& message) {
     const std::string number = variable(dhcpEventVariable);
     int socket = -1;
     std::from_chars(number.data(), number.data() + number.size(), socket);
-    if (::send(socket, message.data(), message.size(), MSG_NOSIGNAL) >= 0)
+    if (::send(socket, message.data(), message.size(), MSG_NOSIGNAL) >= 0) {
         return EXIT_SUCCESS;
+    }
     std::fprintf(stderr, "the DHCP event %s cannot be reported: %s\n", event.c_str(),
                  std::strerror(errno));
     return EXIT_FAILURE;
@@ -63,23 +65,27 @@ int pass(const std::string& event, const std::string& message) {
 }  // namespace
 
 bool isDhcpEvent(int argumentCount, const char* const* arguments) {
-    if (std::getenv(dhcpEventVariable) == nullptr)
+    if (std::getenv(dhcpEventVariable) == nullptr) {
         return false;
+    }
     return argumentCount == 2 ? arguments[1][0] != '-'
                               : argumentCount == 1 && std::getenv(reason) != nullptr;
 }
 
 int passDhcpEvent(const char* const* arguments) {
-    if (arguments[1] != nullptr)
+    if (arguments[1] != nullptr) {
         return pass(arguments[1], report(arguments[1], values));
+    }
     const std::string event = variable(reason);
-    if (event != beforeStart)
+    if (event != beforeStart) {
         return pass(event, report(event, values6));
+    }
     // The client may be ended while this waits.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string interface = variable("interface");
-    if (!awaitLinkLocalAddress(interface))
+    if (!awaitLinkLocalAddress(interface)) {
         std::fprintf(stderr, "%s has no link-local address yet\n", interface.c_str());
+    }
     return EXIT_SUCCESS;
 }
 

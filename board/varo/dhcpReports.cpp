@@ -1,14 +1,14 @@
 // How the keeper of the management interface acts on what the DHCP client reports.
 
-#include <fmt/format.h>
-#include <syslog.h>
-
 #include "board/varo/Column.h"
 #include "board/varo/Ipv4Keeper.h"
 #include "board/varo/addressing.h"
 #include "board/varo/appliers.h"
 #include "board/varo/groups.h"
 #include "board/varo/sources.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
 
 namespace varo {
 
@@ -45,8 +45,9 @@ bool Ipv4Keeper::receive(std::uint64_t wishNumber, std::uint64_t start,
         }
         auto change = Library::instance().change();
         // It may have been switched off meanwhile, and what it says counts no more.
-        if (!isWanted(wishNumber))
+        if (!isWanted(wishNumber)) {
             return;
+        }
         isLease = report.event == DhcpEvent::bound || report.event == DhcpEvent::renew;
         applyReport(change, start, report);
     });
@@ -64,8 +65,9 @@ void Ipv4Keeper::applyReport(Library::Change& change, std::uint64_t start,
         case DhcpEvent::deconfig:
             // Every client begins with it. Until it has reported a lease, the address that is there
             // stays: it keeps the board in reach, and the kernel ends it with its own lease.
-            if (lease && leaseHolder == start)
+            if (lease && leaseHolder == start) {
                 loseLease(change);
+            }
             break;
         case DhcpEvent::nak:
             log(LOG_NOTICE, "the DHCP server has refused the request");
@@ -81,8 +83,9 @@ void Ipv4Keeper::applyLease(Library::Change& change, std::uint64_t start,
     const bool isFirst = !lease || lease->prefix != report.lease.prefix;
     lease = report.lease;
     leaseHolder = start;
-    for (const std::string& value : report.leftOut)
+    for (const std::string& value : report.leftOut) {
         log(LOG_WARNING, fmt::format("left out of the DHCP lease: {}", value));
+    }
     log(isFirst ? LOG_NOTICE : LOG_DEBUG,
         fmt::format("DHCP lease from {}: {} via {} for {} s", ipv4Text(lease->server),
                     prefixText(lease->prefix),
@@ -103,14 +106,16 @@ void Ipv4Keeper::loseLease(Library::Change& change) {
     guarded("DHCP client", [&] { learnResolver(change, {}); });
     Netlink netlink;
     // It may have gone with the interface, or with its own lifetime.
-    if (const auto link = netlink.link(names.interface))
+    if (const auto link = netlink.link(names.interface)) {
         netlink.removeAddress(link->index, prefix);
+    }
 }
 
 void Ipv4Keeper::serverIsSilent(Library::Change& change) {
-    if (!alarm.exchange(true))
+    if (!alarm.exchange(true)) {
         log(LOG_WARNING,
             fmt::format("alarm: the DHCP server does not respond on {}", names.interface));
+    }
     Netlink netlink;
     const auto link = netlink.link(names.interface);
     // With the address of an earlier lease, what came with it has ended as well.
@@ -121,14 +126,16 @@ void Ipv4Keeper::serverIsSilent(Library::Change& change) {
 }
 
 void Ipv4Keeper::serverResponds() {
-    if (takeAlarmBack())
+    if (takeAlarmBack()) {
         log(LOG_NOTICE, fmt::format("alarm over: the DHCP server responds on {}", names.interface));
+    }
 }
 
 /// A router of the lease goes before a gateway that was set by hand.
 std::uint32_t Ipv4Keeper::gatewayOf(Library::Change& change) const {
-    if (lease && lease->router != 0)
+    if (lease && lease->router != 0) {
         return lease->router;
+    }
     return change.store().session().read(ipv4Group()).gateway;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <type_traits>
-
 #include "board/varo/Group.h"
 #include "varo/records.h"
+
+#include <type_traits>
 
 namespace varo {
 

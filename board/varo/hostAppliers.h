@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
-
 #include "varo/records.h"
 #include "varo/sntpRecords.h"
+
+#include <functional>
 
 namespace varo {
 

@@ -1,11 +1,11 @@
 #include "board/varo/ipv4.h"
 
+#include "board/varo/Column.h"
+#include "board/varo/Failure.h"
+
 #include <fmt/format.h>
 
 #include <bit>
-
-#include "board/varo/Column.h"
-#include "board/varo/Failure.h"
 
 namespace varo {
 
@@ -26,8 +26,9 @@ std::uint32_t prefixMask(unsigned length) {
 
 std::optional<unsigned> prefixLength(std::uint32_t mask) {
     const auto length = static_cast<unsigned>(std::countl_one(mask));
-    if (prefixMask(length) != mask)
+    if (prefixMask(length) != mask) {
         return std::nullopt;
+    }
     return length;
 }
 
@@ -38,20 +39,25 @@ bool isHostAddress(std::uint32_t address) {
 
 Ipv4Prefix checkedPrefix(std::uint32_t address, std::uint32_t mask) {
     const auto length = prefixLength(mask);
-    if (!length)
+    if (!length) {
         throw Failure(invalidValue, fmt::format("the mask {} has holes", ipv4Text(mask)));
-    if (*length == 0)
+    }
+    if (*length == 0) {
         throw Failure(invalidValue, "the mask 0.0.0.0 leaves no network");
-    if (!isHostAddress(address))
+    }
+    if (!isHostAddress(address)) {
         throw Failure(invalidValue,
                       fmt::format("{} is not the address of a host", ipv4Text(address)));
+    }
     if (*length < pointToPoint) {
-        if ((address & ~mask) == 0)
+        if ((address & ~mask) == 0) {
             throw Failure(invalidValue, fmt::format("{} is the address of the network itself",
                                                     prefixText({address, *length})));
-        if ((address | mask) == ~std::uint32_t{0})
+        }
+        if ((address | mask) == ~std::uint32_t{0}) {
             throw Failure(invalidValue, fmt::format("{} is the broadcast address of its network",
                                                     prefixText({address, *length})));
+        }
     }
     return {address, *length};
 }

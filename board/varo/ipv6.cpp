@@ -1,13 +1,13 @@
 #include "board/varo/ipv6.h"
 
+#include "board/varo/Failure.h"
+#include "board/varo/reportText.h"
+
 #include <arpa/inet.h>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cstring>
-
-#include "board/varo/Failure.h"
-#include "board/varo/reportText.h"
 
 namespace varo {
 
@@ -25,16 +25,18 @@ constexpr unsigned pointToPoint = 127;
 
 bool isZeroBehind(const Ipv6Address& address, unsigned length) {
     for (unsigned bit = length; bit < longestIpv6Prefix; ++bit) {
-        if ((address.bytes[bit / 8] >> (7 - bit % 8) & 1) != 0)
+        if ((address.bytes[bit / 8] >> (7 - bit % 8) & 1) != 0) {
             return false;
+        }
     }
     return true;
 }
 
 Ipv6Address required(std::string_view text) {
     const auto address = parsedIpv6(text);
-    if (!address)
+    if (!address) {
         throw Failure(invalidValue, fmt::format("{} is not an IPv6 address", quoted(text)));
+    }
     return *address;
 }
 
@@ -55,8 +57,9 @@ std::optional<Ipv6Address> parsedIpv6(std::string_view text) {
     in6_addr system{};
     // A text that contains a zero byte would be read up to it.
     if (text.find('\0') != std::string_view::npos ||
-        ::inet_pton(AF_INET6, std::string(text).c_str(), &system) != 1)
+        ::inet_pton(AF_INET6, std::string(text).c_str(), &system) != 1) {
         return std::nullopt;
+    }
     Ipv6Address address;
     std::memcpy(address.bytes.data(), system.s6_addr, address.bytes.size());
     return address;
@@ -77,31 +80,36 @@ bool isHostAddress(const Ipv6Address& address) {
 
 Ipv6Prefix checkedPrefix(std::string_view text, std::uint32_t length) {
     const Ipv6Address address = required(text);
-    if (length < 1 || length > longestIpv6Prefix)
+    if (length < 1 || length > longestIpv6Prefix) {
         throw Failure(invalidValue, fmt::format("the prefix length {} is not in 1 to {}", length,
                                                 longestIpv6Prefix));
+    }
     const Ipv6Prefix prefix{address, length};
-    if (!isHostAddress(address))
+    if (!isHostAddress(address)) {
         throw Failure(invalidValue,
                       fmt::format("{} is not the address of a host", ipv6Text(address)));
-    if (length < pointToPoint && isZeroBehind(address, length))
+    }
+    if (length < pointToPoint && isZeroBehind(address, length)) {
         throw Failure(invalidValue, fmt::format("{} is the address of the network's routers",
                                                 prefixText(prefix)));
+    }
     return prefix;
 }
 
 Ipv6Address checkedIpv6Gateway(std::string_view text) {
     const Ipv6Address gateway = required(text);
-    if (!isHostAddress(gateway))
+    if (!isHostAddress(gateway)) {
         throw Failure(invalidValue, fmt::format("the gateway {} is not the address of a host",
                                                 ipv6Text(gateway)));
+    }
     return gateway;
 }
 
 std::optional<Ipv6Prefix> storedPrefix(const Ipv6Settings& settings) {
     try {
-        if (settings.address[0] != '\0')
+        if (settings.address[0] != '\0') {
             return checkedPrefix(settings.address, settings.prefixLength);
+        }
     } catch (const Failure&) {
         // The file was changed by somebody else.
     }

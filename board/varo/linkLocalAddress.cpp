@@ -29,8 +29,9 @@ bool hasLinkLocalAddress(std::string_view interface) {
     unsigned flags = 0;
     while (table >> address >> std::hex >> index >> length >> scope >> flags >> name) {
         if (name == interface && scope == linkScope &&
-            (flags & (IFA_F_TENTATIVE | IFA_F_DADFAILED)) == 0)
+            (flags & (IFA_F_TENTATIVE | IFA_F_DADFAILED)) == 0) {
             return true;
+        }
     }
     return false;
 }
@@ -40,8 +41,9 @@ bool hasLinkLocalAddress(std::string_view interface) {
 bool awaitLinkLocalAddress(std::string_view interface) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!hasLinkLocalAddress(interface)) {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (std::chrono::steady_clock::now() >= deadline) {
             return false;
+        }
         std::this_thread::sleep_for(pause);
     }
     return true;

@@ -17,8 +17,9 @@ template <class Object, class Visit>
 void forEachObject(nl_cache* filled, const Visit& visit) {
     const NetlinkCache cache(filled);
     for (nl_object* each = nl_cache_get_first(filled); each != nullptr;
-         each = nl_cache_get_next(each))
+         each = nl_cache_get_next(each)) {
         visit(reinterpret_cast<Object*>(each));
+    }
 }
 
 }  // namespace
@@ -51,30 +52,35 @@ RouteObject buildDefaultRoute(int index, const NetworkAddress& gateway) {
     rtnl_nexthop* const hop = checkedObject(rtnl_route_nh_alloc());
     rtnl_route_add_nexthop(object.get(), hop);  // takes it over
     rtnl_route_nh_set_gateway(hop, gateway.get());
-    if (index != 0)
+    if (index != 0) {
         rtnl_route_nh_set_ifindex(hop, index);
+    }
     return object;
 }
 
 void forEachAddress(nl_sock* socket, int family, int index,
                     const std::function<void(rtnl_addr*)>& visit) {
     nl_cache* filled = nullptr;
-    if (const int error = rtnl_addr_alloc_cache(socket, &filled); error < 0)
+    if (const int error = rtnl_addr_alloc_cache(socket, &filled); error < 0) {
         failNetlink("read the addresses", error);
+    }
     forEachObject<rtnl_addr>(filled, [&](rtnl_addr* address) {
-        if (rtnl_addr_get_family(address) == family && rtnl_addr_get_ifindex(address) == index)
+        if (rtnl_addr_get_family(address) == family && rtnl_addr_get_ifindex(address) == index) {
             visit(address);
+        }
     });
 }
 
 void forEachDefaultRoute(nl_sock* socket, int family,
                          const std::function<void(rtnl_route*, rtnl_nexthop*)>& visit) {
     nl_cache* filled = nullptr;
-    if (const int error = rtnl_route_alloc_cache(socket, family, 0, &filled); error < 0)
+    if (const int error = rtnl_route_alloc_cache(socket, family, 0, &filled); error < 0) {
         failNetlink("read the routes", error);
+    }
     forEachObject<rtnl_route>(filled, [&](rtnl_route* route) {
-        if (isDefaultRoute(route))
+        if (isDefaultRoute(route)) {
             visit(route, rtnl_route_nexthop_n(route, 0));
+        }
     });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/varo/Failure.h"
+
 #include <fmt/format.h>
 #include <netlink/cache.h>
 #include <netlink/netlink.h>
@@ -12,8 +14,6 @@
 #include <memory>
 #include <new>
 #include <span>
-
-#include "board/varo/Failure.h"
 
 namespace varo {
 
@@ -41,8 +41,9 @@ using RouteObject = NetlinkOwned<rtnl_route, rtnl_route_put>;
 /// libnl answers null only when memory is out.
 template <class Pointer>
 Pointer checkedObject(Pointer pointer) {
-    if (!pointer)
+    if (!pointer) {
         throw std::bad_alloc();
+    }
     return pointer;
 }
 

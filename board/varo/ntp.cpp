@@ -1,13 +1,13 @@
 #include "board/varo/ntp.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "board/varo/groupsTime.h"
 #include "board/varo/ntpRecords.h"
 #include "board/varo/singleRecord.h"
 #include "board/varo/sources.h"
 #include "varo/varoLib.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace varo {
 

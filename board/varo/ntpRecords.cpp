@@ -1,5 +1,10 @@
 #include "board/varo/ntpRecords.h"
 
+#include "board/varo/Column.h"
+#include "board/varo/Failure.h"
+#include "board/varo/checks.h"
+#include "platform/CZuUtil.h"
+
 #include <arpa/inet.h>
 #include <fmt/format.h>
 
@@ -8,11 +13,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "board/varo/Column.h"
-#include "board/varo/Failure.h"
-#include "board/varo/checks.h"
-#include "platform/CZuUtil.h"
 
 namespace varo {
 
@@ -25,8 +25,9 @@ constexpr int notSynchronised = 3;  // leap indicator of RFC 5905
 
 std::optional<std::uint32_t> ipv4Of(std::string_view text) {
     in_addr address{};
-    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1)
+    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1) {
         return {};
+    }
     return ntohl(address.s_addr);
 }
 
@@ -47,12 +48,15 @@ bool isIpv6Host(const std::string& text) {
 }
 
 AddressType typeOf(const std::string& host) {
-    if (CZuUtil::checkIpv4Addr(host) && isHost(ipv4Of(host).value_or(0)))
+    if (CZuUtil::checkIpv4Addr(host) && isHost(ipv4Of(host).value_or(0))) {
         return ipv4Address;
-    if (CZuUtil::checkIpv6Addr(host) && isIpv6Host(host))
+    }
+    if (CZuUtil::checkIpv6Addr(host) && isIpv6Host(host)) {
         return ipv6Address;
-    if (CZuUtil::checkIpHostname(host))
+    }
+    if (CZuUtil::checkIpHostname(host)) {
         return hostName;
+    }
     throw Failure(invalidValue, "a server is neither a host name nor the address of one host");
 }
 
@@ -61,12 +65,14 @@ void checkMode(int mode) { checkSwitch("mode", mode); }
 rpcSntpSrvHost checkedServer(const rpcSntpSrvHost& server) {
     rpcSntpSrvHost checked{};
     const std::string_view host = textIn("server", server.host);
-    if (host.empty())
+    if (host.empty()) {
         return checked;
+    }
     copyInto(checked.host, host);
     checked.addressType = typeOf(checked.host);
-    if (server.ntpVersion != 0)
+    if (server.ntpVersion != 0) {
         checkRange("protocol version", server.ntpVersion, 3, 4);
+    }
     checked.ntpVersion = server.ntpVersion;
     checkSwitch("priority", server.priority);
     checked.priority = server.priority;
@@ -91,8 +97,9 @@ rpcSntpConfigHost checkedNtp(const rpcSntpConfigHost& config) {
     rpcSntpConfigHost checked{};
     checked.mode = config.mode;
     auto place = std::begin(checked.servers);
-    for (const rpcSntpSrvHost& server : config.servers)
+    for (const rpcSntpSrvHost& server : config.servers) {
         *place++ = checkedServer(server);
+    }
     return checked;
 }
 
@@ -102,8 +109,9 @@ rpcSntpConfigHost fromIpv4View(const rpcSntpConfig& config) {
     auto place = std::begin(converted.servers);
     for (const rpcSntpSrv& server : config.servers) {
         rpcSntpSrvHost& entry = *place++;
-        if (server.ipAddress == 0)
+        if (server.ipAddress == 0) {
             continue;
+        }
         copyInto(entry.host, ipv4Text(server.ipAddress));
         entry.ntpVersion = server.ntpVersion;
         entry.priority = server.priority;
@@ -118,8 +126,9 @@ rpcSntpConfig ipv4View(const rpcSntpConfigHost& config) {
     auto place = std::begin(view.servers);
     for (const rpcSntpSrvHost& server : config.servers) {
         const auto address = ipv4Of(bounded(server.host));
-        if (address && place != std::end(view.servers))
+        if (address && place != std::end(view.servers)) {
             *place++ = {*address, server.ntpVersion, server.priority};
+        }
     }
     return view;
 }
@@ -143,9 +152,10 @@ rpcSntpInfo ipv4View(const rpcSntpInfoHost& info) {
     auto place = std::begin(view.servers);
     for (const rpcSntpSrvInfoHost& server : info.servers) {
         const auto address = ipv4Of(bounded(server.host));
-        if (address && place != std::end(view.servers))
+        if (address && place != std::end(view.servers)) {
             *place++ = {server.state,        *address,      server.stratum,
                         server.reachability, server.offset, server.delay};
+        }
     }
     return view;
 }
@@ -156,8 +166,9 @@ rpcSntpInfoHost clientOff(const rpcSntpConfigHost& config) {
     info.client.mode = config.mode;
     info.client.leapIndicator = notSynchronised;
     auto place = std::begin(info.servers);
-    for (const rpcSntpSrvHost& server : config.servers)
+    for (const rpcSntpSrvHost& server : config.servers) {
         copyBounded(place++->host, server.host);
+    }
     return info;
 }
 

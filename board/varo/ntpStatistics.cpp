@@ -1,5 +1,3 @@
-#include <exception>
-
 #include "board/varo/groupsTime.h"
 #include "board/varo/ntp.h"
 #include "board/varo/ntpRecords.h"
@@ -7,14 +5,17 @@
 #include "board/varo/sources.h"
 #include "varo/varoLib.h"
 
+#include <exception>
+
 namespace varo {
 
 namespace {
 
 rpcSntpInfoHost fromClient(const Configuration& configuration, const rpcSntpConfigHost& config) {
     const auto& provider = configuration.appliers.ntpStatistics;
-    if (!provider)
+    if (!provider) {
         return clientOff(config);
+    }
     try {
         return provider(config);
     } catch (const std::exception& error) {
@@ -25,8 +26,9 @@ rpcSntpInfoHost fromClient(const Configuration& configuration, const rpcSntpConf
 
 /// The client runs with the configuration in force: for that of another source it is off.
 rpcSntpInfoHost statistics(int& source) {
-    if (source != libraryChooses)
+    if (source != libraryChooses) {
         storedSource(source);
+    }
     const auto opened = Library::instance().opened();
     int inForce = libraryChooses;
     rpcSntpConfigHost config{};
@@ -34,11 +36,13 @@ rpcSntpInfoHost statistics(int& source) {
     {
         auto session = opened->store.session();
         config = ntpInForce(session, inForce);
-        if (source != libraryChooses && source != inForce)
+        if (source != libraryChooses && source != inForce) {
             wanted = session.read(ntpGroup(), source);
+        }
     }
-    if (source != libraryChooses && source != inForce)
+    if (source != libraryChooses && source != inForce) {
         return clientOff(wanted);
+    }
     const rpcSntpInfoHost info = fromClient(opened->configuration, config);
     source = inForce;
     return info;

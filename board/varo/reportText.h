@@ -41,8 +41,9 @@ template <class Event>
 Event eventAmong(std::span<const std::pair<std::string_view, Event>> events,
                  const ReportParts& parts) {
     for (const auto& [name, event] : events) {
-        if (name == parts.event)
+        if (name == parts.event) {
             return event;
+        }
     }
     throw BadReport("there is no event " + quoted(parts.event));
 }

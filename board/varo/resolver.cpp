@@ -1,8 +1,3 @@
-#include <fmt/format.h>
-#include <syslog.h>
-
-#include <system_error>
-
 #include "board/varo/Library.h"
 #include "board/varo/appliers.h"
 #include "board/varo/groups.h"
@@ -10,6 +5,11 @@
 #include "board/varo/resolverFile.h"
 #include "board/varo/sources.h"
 #include "varo/varoLib.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include <system_error>
 
 namespace varo {
 
@@ -46,8 +46,9 @@ int fillFactory(const char* call, const Group<Record>& group, int source, Record
 }  // namespace
 
 void applyResolver(RecordStore& store, const Configuration& configuration) {
-    if (configuration.resolverFile.empty())
+    if (configuration.resolverFile.empty()) {
         return;
+    }
     int ignored = libraryChooses;
     ResolverText text;
     {
@@ -55,9 +56,10 @@ void applyResolver(RecordStore& store, const Configuration& configuration) {
         text = resolverText(readInForce(session, dnsGroup(), ignored, namesAnything),
                             readInForce(session, dns6Group(), ignored, namesAnything));
     }
-    for (const std::string& value : text.leftOut)
+    for (const std::string& value : text.leftOut) {
         Library::instance().log(LOG_ERR, fmt::format("resolver: left out of {}: {}",
                                                      configuration.resolverFile.string(), value));
+    }
     try {
         replaceFile(configuration.resolverFile, text.content);
     } catch (const std::system_error& error) {

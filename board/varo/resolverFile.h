@@ -1,9 +1,9 @@
 #pragma once
 
+#include "varo/records.h"
+
 #include <string>
 #include <vector>
-
-#include "varo/records.h"
 
 namespace varo {
 

@@ -1,12 +1,12 @@
-#include <fmt/format.h>
-#include <syslog.h>
-
-#include <algorithm>
-
 #include "board/varo/Column.h"
 #include "board/varo/addressing.h"
 #include "board/varo/groups.h"
 #include "varo/varoLib.h"
+
+#include <fmt/format.h>
+#include <syslog.h>
+
+#include <algorithm>
 
 namespace varo {
 
@@ -14,12 +14,14 @@ namespace {
 
 /// The gateway of a record that names the default route, the only one that is kept.
 std::uint32_t checkedGateway(const varoLib_s_route& record) {
-    if (record.destination != 0)
+    if (record.destination != 0) {
         throw Failure(invalidValue, fmt::format("only the default route is kept, none to {}",
                                                 ipv4Text(record.destination)));
-    if (!isHostAddress(record.gateway))
+    }
+    if (!isHostAddress(record.gateway)) {
         throw Failure(invalidValue, fmt::format("the gateway {} is not the address of a host",
                                                 ipv4Text(record.gateway)));
+    }
     return record.gateway;
 }
 
@@ -54,9 +56,10 @@ int varoDeleteRoute(varoLib_s_route* route) {
             netlink.defaultRoutes(varo::managementIndex(netlink, change.configuration()));
         const auto found = std::find_if(routes.begin(), routes.end(),
                                         [&](const auto& each) { return each.gateway == gateway; });
-        if (found == routes.end())
+        if (found == routes.end()) {
             throw varo::Failure(varo::notThere, fmt::format("there is no default route via {}",
                                                             varo::ipv4Text(gateway)));
+        }
         varo::removeGateway(netlink, *found);
         varo::storeGateway(change, 0);
     });
@@ -73,13 +76,14 @@ int varoGetRouteByDst(varoLib_s_route* route) {
             record.destination != 0
                 ? std::vector<varo::Netlink::DefaultRoute>{}
                 : netlink.defaultRoutes(varo::managementIndex(netlink, opened->configuration));
-        if (routes.empty())
+        if (routes.empty()) {
             throw varo::Failure(
                 varo::notThere,
                 fmt::format("there is no route to {}", record.destination == 0
                                                            ? std::string("everywhere")
                                                            : varo::ipv4Text(record.destination)),
                 LOG_DEBUG);
+        }
         record.gateway = routes.front().gateway;
     });
 }

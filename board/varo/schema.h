@@ -1,9 +1,9 @@
 #pragma once
 
+#include "board/varo/Group.h"
+
 #include <string>
 #include <vector>
-
-#include "board/varo/Group.h"
 
 namespace varo {
 

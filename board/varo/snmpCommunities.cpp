@@ -1,11 +1,11 @@
-#include <algorithm>
-#include <iterator>
-#include <string_view>
-
 #include "board/varo/checks.h"
 #include "board/varo/groupsSnmp.h"
 #include "board/varo/singleRecord.h"
 #include "varo/varoLib.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace varo {
 
@@ -37,14 +37,16 @@ SnmpCommunity* find(varoLib_s_snmpCommunity& all, std::string_view name) {
 
 SnmpCommunity& existing(varoLib_s_snmpCommunity& all, std::string_view name) {
     SnmpCommunity* const found = find(all, name);
-    if (found == nullptr)
+    if (found == nullptr) {
         throw Failure(notThere, "there is no community of that name");
+    }
     return *found;
 }
 
 void checkIsNew(varoLib_s_snmpCommunity& all, std::string_view name) {
-    if (find(all, name) != nullptr)
+    if (find(all, name) != nullptr) {
         throw Failure(alreadyThere, "there is a community of that name");
+    }
 }
 
 void checkCommunities(const varoLib_s_snmpCommunity& all) {
@@ -53,11 +55,13 @@ void checkCommunities(const varoLib_s_snmpCommunity& all) {
     for (const SnmpCommunity& community : all.communities) {
         const std::string_view name = textIn("name", community.name);
         const std::string_view access = textIn("access", community.access);
-        if (name.empty() && access.empty())
+        if (name.empty() && access.empty()) {
             continue;
+        }
         checkedName(community.name);
-        if (access != readOnly && access != readWrite)
+        if (access != readOnly && access != readWrite) {
             throw Failure(invalidValue, "access: it is neither \"ro\" nor \"rw\"");
+        }
         checkIsNew(seen, name);
         copyInto(place++->name, name);
     }
@@ -96,10 +100,11 @@ int varoAddSnmpCommunity(const char* name, int access) {
                 varo::checkIsNew(all, text);
                 const auto place = std::find_if(std::begin(all.communities),
                                                 std::end(all.communities), varo::isEmpty);
-                if (place == std::end(all.communities))
+                if (place == std::end(all.communities)) {
                     throw varo::Failure(varo::tableFull, fmt::format("there are {} communities "
                                                                      "already",
                                                                      std::size(all.communities)));
+                }
                 varo::copyInto(place->name, text);
                 varo::copyInto(place->access, right);
             });

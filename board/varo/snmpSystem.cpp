@@ -1,9 +1,9 @@
-#include <string_view>
-
 #include "board/varo/checks.h"
 #include "board/varo/groupsSnmp.h"
 #include "board/varo/singleRecord.h"
 #include "varo/varoLib.h"
+
+#include <string_view>
 
 namespace varo {
 
@@ -24,8 +24,9 @@ constexpr Text texts[] = {
 };
 
 void checkSystem(const varoLib_s_snmpSystem& system) {
-    for (const Text& text : texts)
+    for (const Text& text : texts) {
         checkLine(text.name, textIn(text.name, system.*text.member), textSize - 1);
+    }
 }
 
 }  // namespace

@@ -5,8 +5,9 @@
 namespace varo {
 
 int storedSource(int source) {
-    if (source != fromCli && source != fromDhcp)
+    if (source != fromCli && source != fromDhcp) {
         throw Failure(noSuchSource, fmt::format("there is no configuration source {}", source));
+    }
     return source;
 }
 

@@ -22,11 +22,13 @@ Record readInForce(RecordStore::Session& session, const Group<Record>& group, in
                    bool (&namesAnything)(const Record&)) {
     const Record byCli = session.read(group, fromCli);
     source = fromCli;
-    if (namesAnything(byCli))
+    if (namesAnything(byCli)) {
         return byCli;
+    }
     const Record byDhcp = session.read(group, fromDhcp);
-    if (!namesAnything(byDhcp))
+    if (!namesAnything(byDhcp)) {
         return byCli;
+    }
     source = fromDhcp;
     return byDhcp;
 }

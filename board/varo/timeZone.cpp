@@ -1,10 +1,10 @@
-#include <algorithm>
-#include <string_view>
-
 #include "board/varo/checks.h"
 #include "board/varo/groupsTime.h"
 #include "board/varo/singleRecord.h"
 #include "varo/varoLib.h"
+
+#include <algorithm>
+#include <string_view>
 
 namespace varo {
 
@@ -43,16 +43,18 @@ SwitchDate endOf(const TimeZone& zone) {
 /// Nothing but zeros stands for a date that is not set. Start and end are checked one by one, since
 /// they are set one by one.
 void checkDate(const SwitchDate& date) {
-    if (date.isUnset())
+    if (date.isUnset()) {
         return;
+    }
     const auto named = [&](const char* part) { return fmt::format("{} {}", date.which, part); };
     checkRange(named("month"), date.month, 1, 12);
     checkRange(named("week"), date.week, 1, lastWeek);
     checkRange(named("day"), date.day, 1, 7);
     checkRange(named("time"), date.time, 0, lastTime);
-    if (date.time % hourFactor >= minutesPerHour)
+    if (date.time % hourFactor >= minutesPerHour) {
         throw Failure(invalidValue,
                       fmt::format("{}: {} is not an hour and a minute", named("time"), date.time));
+    }
 }
 
 /// The name leads to a file below the machine's zone directory, and nowhere else. Whether there is
@@ -61,8 +63,9 @@ void checkName(const TimeZone& zone) {
     const std::string_view name = textIn("name", zone.name);
     const bool isPlain =
         std::all_of(name.begin(), name.end(), [](unsigned char c) { return c > ' ' && c < 0x7f; });
-    if (!isPlain || name.starts_with('/') || name.find("..") != std::string_view::npos)
+    if (!isPlain || name.starts_with('/') || name.find("..") != std::string_view::npos) {
         throw Failure(invalidValue, "name: it is not that of a time zone");
+    }
 }
 
 void checkZone(const TimeZone& zone) {

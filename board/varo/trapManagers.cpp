@@ -1,11 +1,11 @@
-#include <algorithm>
-#include <iterator>
-#include <string_view>
-
 #include "board/varo/checks.h"
 #include "board/varo/groupsSnmp.h"
 #include "board/varo/singleRecord.h"
 #include "varo/varoLib.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace varo {
 
@@ -20,8 +20,9 @@ struct Key {
 Key checkedKey(const char* community, std::uint32_t address) {
     const std::string_view text = &required(community);
     checkWord("community", text, sizeof(TrapManager::community) - 1);
-    if (address == 0)
+    if (address == 0) {
         throw Failure(invalidValue, "address: 0.0.0.0 is none of a manager");
+    }
     return {text, address};
 }
 
@@ -39,16 +40,18 @@ TrapManager* find(varoLib_s_subag& agent, const Key& key) {
 
 TrapManager& existing(varoLib_s_subag& agent, const Key& key) {
     TrapManager* const found = find(agent, key);
-    if (found == nullptr)
+    if (found == nullptr) {
         throw Failure(notThere, fmt::format("there is no trap manager {} with that community",
                                             ipv4Text(key.address)));
+    }
     return *found;
 }
 
 void checkIsNew(varoLib_s_subag& agent, const Key& key) {
-    if (find(agent, key) != nullptr)
+    if (find(agent, key) != nullptr) {
         throw Failure(alreadyThere, fmt::format("there is a trap manager {} with that community",
                                                 ipv4Text(key.address)));
+    }
 }
 
 void set(TrapManager& manager, const Key& key) {
@@ -62,8 +65,9 @@ void checkManagers(const varoLib_s_subag& agent) {
     auto place = std::begin(seen.managers);
     for (const TrapManager& manager : agent.managers) {
         const std::string_view community = textIn("community", manager.community);
-        if (isEmpty(manager) && community.empty())
+        if (isEmpty(manager) && community.empty()) {
             continue;
+        }
         const Key key = checkedKey(manager.community, manager.ipAddress);
         checkIsNew(seen, key);
         set(*place++, key);
@@ -101,10 +105,11 @@ int varoAddSubag(const char* community, unsigned int ipAddress) {
                 varo::checkIsNew(agent, key);
                 const auto place = std::find_if(std::begin(agent.managers),
                                                 std::end(agent.managers), varo::isEmpty);
-                if (place == std::end(agent.managers))
+                if (place == std::end(agent.managers)) {
                     throw varo::Failure(varo::tableFull,
                                         fmt::format("there are {} trap managers already",
                                                     std::size(agent.managers)));
+                }
                 varo::set(*place, key);
             });
     });

@@ -16,8 +16,9 @@ bool perform(Session& session, Settings& settings, const std::vector<std::string
     CommandTree tree(settings);
     addAllCommands(tree, interactive);
     const Action action = tree.parse(words);
-    if (!action)
+    if (!action) {
         return false;
+    }
     session.settings = settings;
     session.client.configure(settings);
     action(session);
@@ -28,8 +29,9 @@ Exit performLine(Session& session, const Settings& common, const std::vector<std
                  const std::string& place) {
     try {
         Settings settings = common;
-        if (!perform(session, settings, words, true))
+        if (!perform(session, settings, words, true)) {
             throw UsageError("expected a command; 'help' shows all");
+        }
         return Exit::Done;
     } catch (const Failure& failure) {
         session.streams.err << fmt::format("mngctl: {}{}\n", place, failure.what());
@@ -39,8 +41,9 @@ Exit performLine(Session& session, const Settings& common, const std::vector<std
 
 Exit run(Session& session, const std::vector<std::string>& words) {
     Settings settings;
-    if (perform(session, settings, words, false))
+    if (perform(session, settings, words, false)) {
         return Exit::Done;
+    }
     const RunLine runLine = [&](const auto& line, const std::string& place) {
         return performLine(session, settings, line, place);
     };

@@ -16,8 +16,9 @@ CLI::Option& addPositional(CLI::App& app, const std::string& name, const std::st
 
 Words Argument::given() const {
     Words words;
-    for (const std::string& word : option.results())
+    for (const std::string& word : option.results()) {
         words.push_back(withoutShield(word));
+    }
     return words;
 }
 
@@ -31,13 +32,15 @@ Command& Command::addCommand(const std::string& name, const std::string& descrip
     CLI::App& command = *app.add_subcommand(name, description);
     command.group("Commands");
     std::string footer;
-    for (const std::string& example : examples)
+    for (const std::string& example : examples) {
         footer += (footer.empty() ? "Examples:" : "") + ("\n  mngctl " + example);
+    }
     command.footer(footer);
     addCommonOptions(command, parser.settings);
     Command& added = parser.commands.emplace_back(parser, command);
-    if (action)
+    if (action) {
         added.setAction(std::move(action));
+    }
     return added;
 }
 

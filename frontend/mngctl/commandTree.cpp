@@ -4,6 +4,7 @@
 #include "mngctl/parser.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -34,12 +35,14 @@ std::vector<std::string> shielded(const std::vector<std::string>& words) {
     std::vector<std::string> reversed;
     bool optionsEnded = false;
     for (const std::string& word : words) {
-        if (word == "--" && !optionsEnded)
+        if (word == "--" && !optionsEnded) {
             optionsEnded = true;
-        else if (optionsEnded || word.starts_with('[') || word.starts_with(shield) || word == "++")
+        } else if (optionsEnded || word.starts_with('[') || word.starts_with(shield) ||
+                   word == "++") {
             reversed.push_back(shield + word);
-        else
+        } else {
             reversed.push_back(word);
+        }
     }
     std::ranges::reverse(reversed);
     return reversed;
@@ -47,8 +50,9 @@ std::vector<std::string> shielded(const std::vector<std::string>& words) {
 
 std::vector<std::string> namesOfSubcommands(const CLI::App& command) {
     std::vector<std::string> names;
-    for (const CLI::App* const child : command.get_subcommands({}))
+    for (const CLI::App* const child : command.get_subcommands({})) {
         names.push_back(child->get_name());
+    }
     return names;
 }
 
@@ -58,32 +62,38 @@ CLI::Option* findOption(CLI::App& command, const std::string& word) {
 
 std::string explain(const CLI::App& command, const CLI::ParseError& error) {
     const bool missing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-    if (!missing && dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr)
+    if (!missing && dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) {
         return error.what();
+    }
     const Words rest = command.remaining();
     const Words verbs = namesOfSubcommands(command);
     for (const std::string& word : rest) {
-        if (word.size() > 1 && word.starts_with('-'))
+        if (word.size() > 1 && word.starts_with('-')) {
             return fmt::format("'{}' has no option '{}'", fullName(command),
                                printable(word.substr(0, word.find('='))));
-        if (!verbs.empty())
+        }
+        if (!verbs.empty()) {
             return fmt::format("there is no command '{} {}'; expected {}", fullName(command),
                                printable(withoutShield(word)), joinNames(verbs));
-        if (!missing)
+        }
+        if (!missing) {
             return fmt::format("'{}' does not expect '{}'", fullName(command),
                                printable(withoutShield(word)));
+        }
     }
-    if (missing && !verbs.empty())
+    if (missing && !verbs.empty()) {
         return fmt::format("'{}' lacks what to do; expected {}", fullName(command),
                            joinNames(verbs));
+    }
     return error.what();
 }
 
 std::string helpOf(const CLI::App& command) {
     std::string text =
         command.get_formatter()->make_help(&command, fullName(command), CLI::AppFormatMode::Normal);
-    for (std::size_t gap = 0; (gap = text.find("\n\n\n", gap)) != std::string::npos;)
+    for (std::size_t gap = 0; (gap = text.find("\n\n\n", gap)) != std::string::npos;) {
         text.erase(gap, 1);
+    }
     return text;
 }
 
@@ -166,12 +176,14 @@ Words CommandTree::complete(const Words& before, const std::string& partial) {
         }
     }
     Words all;
-    if (value)
+    if (value) {
         return all;
+    }
     if (partial.starts_with('-')) {
         for (const CLI::Option* const option : command->get_options()) {
-            for (const std::string& name : option->get_lnames())
+            for (const std::string& name : option->get_lnames()) {
                 all.push_back("--" + name);
+            }
         }
     } else {
         all = position == 0 ? namesOfSubcommands(*command) : Words{};
@@ -182,8 +194,9 @@ Words CommandTree::complete(const Words& before, const std::string& partial) {
                 parser->offered.find(arguments[std::min(position, arguments.size() - 1)]);
             const bool inRange =
                 position < arguments.size() || arguments.back()->get_allow_extra_args();
-            if (found != parser->offered.end() && inRange)
+            if (found != parser->offered.end() && inRange) {
                 all.insert(all.end(), found->second.begin(), found->second.end());
+            }
         }
     }
     std::erase_if(all, [&](const std::string& name) { return !name.starts_with(partial); });

@@ -2,6 +2,7 @@
 #include "mngctl/parser.h"
 
 #include <fmt/format.h>
+
 #include <charconv>
 
 namespace mngctl {
@@ -15,10 +16,11 @@ std::chrono::milliseconds parseTimeout(const std::string& text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
     // Negated, so that "nan" is refused as well.
     if (error != std::errc{} || end != text.data() + text.size() ||
-        !(seconds >= shortest && seconds <= longest))
+        !(seconds >= shortest && seconds <= longest)) {
         throw CLI::ValidationError(
             "--timeout", fmt::format("expected seconds from {} to {}, not '{}'", shortest, longest,
                                      printable(text)));
+    }
     return std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
 }
 

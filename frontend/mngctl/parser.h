@@ -5,6 +5,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+
 #include <deque>
 #include <map>
 

@@ -5,6 +5,7 @@
 #include "mngctl/wire/records.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -139,10 +140,11 @@ Json call(Client& client, const Json& json) {
     typename Argument::Value argument{};
     readArgument<Argument>(reader, argument);
     typename Result::Value result{};
-    if constexpr (std::is_same_v<Argument, Wire<void>>)
+    if constexpr (std::is_same_v<Argument, Wire<void>>) {
         client.call(networkProgram, stub, result);
-    else
+    } else {
         client.call(networkProgram, stub, argument, result);
+    }
     return write<Result>(resultName, result);
 }
 
@@ -194,9 +196,10 @@ bool isFlat(const Json& described) {
 
 Json parseObject(const Procedure& procedure, const std::string& text) {
     Json object = Json::parse(text, nullptr, false);
-    if (!object.is_object())
+    if (!object.is_object()) {
         throw UsageError(fmt::format("{} takes {}: what is given is no valid JSON object",
                                      procedure.name, argumentUsage(procedure)));
+    }
     return object;
 }
 
@@ -206,35 +209,42 @@ std::span<const Procedure> procedures() { return names::table; }
 
 const Procedure& findProcedure(std::string_view name) {
     const auto found = std::ranges::find(procedures(), name, &Procedure::name);
-    if (found != procedures().end())
+    if (found != procedures().end()) {
         return *found;
+    }
     std::vector<std::string_view> known;
-    for (const Procedure& procedure : procedures())
+    for (const Procedure& procedure : procedures()) {
         known.push_back(procedure.name);
+    }
     throw UsageError(fmt::format("there is no procedure '{}'{}; 'mngctl rpc --list' shows all",
                                  printable(name), suggestion(name, known)));
 }
 
 Json argumentFromWords(const Procedure& procedure, std::span<const std::string> words) {
     const Json described = procedure.describeArgument();
-    if (isRecord(described) && words.size() == 1 && words[0].starts_with('{'))
+    if (isRecord(described) && words.size() == 1 && words[0].starts_with('{')) {
         return parseObject(procedure, words[0]);
-    if (!isFlat(described) || words.size() != described.size())
+    }
+    if (!isFlat(described) || words.size() != described.size()) {
         throw UsageError(fmt::format(
             "{} takes {}; {} given", procedure.name, argumentUsage(procedure),
             words.size() == 1 ? "1 argument was" : fmt::format("{} arguments were", words.size())));
+    }
     Json object = Json::object();
-    for (std::size_t i = 0; i < words.size(); ++i)
+    for (std::size_t i = 0; i < words.size(); ++i) {
         object[described[i]["name"].get<std::string>()] = words[i];
+    }
     return object;
 }
 
 std::string argumentUsage(const Procedure& procedure) {
     const Json described = procedure.describeArgument();
-    if (described.empty())
+    if (described.empty()) {
         return "no argument";
-    if (!isFlat(described))
+    }
+    if (!isFlat(described)) {
         return fmt::format("one JSON object ({})", procedure.argumentType);
+    }
     std::string usage;
     for (const Json& field : described) {
         const auto name = field["name"].get<std::string>();
@@ -247,8 +257,9 @@ std::string argumentUsage(const Procedure& procedure) {
 
 int refusal(const Procedure& procedure, const Json& result) {
     for (const Json& field : procedure.describeResult()) {
-        if (field["type"] != "status")
+        if (field["type"] != "status") {
             continue;
+        }
         const int outcome = result[field["name"].get<std::string>()].get<int>();
         const bool answer = procedure.name.starts_with("is_") && outcome > 0;
         return answer ? 0 : outcome;

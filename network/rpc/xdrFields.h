@@ -46,7 +46,8 @@ inline bool_t xdrField(XDR* xdrs, char*& text) { return xdrText(xdrs, text); }
 inline bool_t xdrField(XDR* xdrs, Flag field) { return xdr_bool(xdrs, &field.value); }
 
 template <class Enumeration>
-requires std::is_enum_v<Enumeration> bool_t xdrField(XDR* xdrs, Enumeration& value) {
+    requires std::is_enum_v<Enumeration>
+bool_t xdrField(XDR* xdrs, Enumeration& value) {
     static_assert(sizeof(Enumeration) == sizeof(enum_t));
     enum_t number = value;
     const bool_t done = xdr_enum(xdrs, &number);
@@ -74,7 +75,8 @@ bool_t xdrField(XDR* xdrs, char (&text)[count]) {
 
 /// Records back to back, without a count.
 template <class Record, std::size_t count>
-requires std::is_class_v<Record> bool_t xdrField(XDR* xdrs, Record (&records)[count]) {
+    requires std::is_class_v<Record>
+bool_t xdrField(XDR* xdrs, Record (&records)[count]) {
     for (Record& record : records) {
         if (!xdrField(xdrs, record)) {
             return FALSE;

@@ -5,7 +5,6 @@
 #include "varo/varoLib.h"
 
 #include <gtest/gtest.h>
-
 #include <netinet/in.h>
 
 #include <algorithm>
@@ -19,7 +18,7 @@ constexpr std::uint32_t mask = 0xffffff00;
 constexpr std::uint32_t neighbour = 0xc0000201;
 
 varoLib_s_interface record(std::uint32_t ipAddr, std::uint32_t netmask, const char* name = "mng0") {
-    varoLib_s_interface interface {};
+    varoLib_s_interface interface{};
     interface.ipAddr = ipAddr;
     interface.netmask = netmask;
     std::memcpy(interface.name, name, std::strlen(name) + 1);

@@ -7,7 +7,6 @@
 #include "platform/zubridge.h"
 
 #include <boost/bind/bind.hpp>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -4,7 +4,6 @@
 #include "varo/varoLib.h"
 
 #include <gtest/gtest.h>
-
 #include <netinet/in.h>
 
 #include <cstring>
@@ -180,7 +179,7 @@ TEST_F(VaroContract, TextsThatDoNotEndAreRefusedAndChangeNothing) {
 
 TEST_F(VaroContract, InterfaceIsReadInNetworkByteOrder) {
     const Environment::Interface known = Environment::interface();
-    varoLib_s_interface interface {};
+    varoLib_s_interface interface{};
     put(interface.name, known.name);
     ASSERT_EQ(varoGetInterface(&interface), 0);
     EXPECT_EQ(ntohl(interface.ipAddr), known.address);
@@ -188,7 +187,7 @@ TEST_F(VaroContract, InterfaceIsReadInNetworkByteOrder) {
 }
 
 TEST_F(VaroContract, InterfaceThatIsNotThereCannotBeRead) {
-    varoLib_s_interface interface {};
+    varoLib_s_interface interface{};
     put(interface.name, "nosuchif0");
     EXPECT_NE(varoGetInterface(&interface), 0);
     std::memset(interface.name, 'x', sizeof interface.name);

@@ -1,5 +1,4 @@
 #include "contract/Environment.h"
-
 #include "fake/Platform.h"
 
 #include <memory>

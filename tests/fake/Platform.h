@@ -13,9 +13,8 @@
 #include "fake/Switch.h"
 #include "varo/records.h"
 
-#include <rpc/rpc.h>
-
 #include <pthread.h>
+#include <rpc/rpc.h>
 #include <sys/select.h>
 #include <sys/time.h>
 

@@ -1,8 +1,7 @@
 #include "fake/describe.h"
 
-#include <netinet/in.h>
-
 #include <fmt/core.h>
+#include <netinet/in.h>
 
 #include <algorithm>
 #include <cstring>

@@ -4,9 +4,8 @@
 #include "fake/quoted.h"
 #include "fake/threads.h"
 
-#include <pthread.h>
-
 #include <fmt/core.h>
+#include <pthread.h>
 
 #include <cstdarg>
 #include <cstdio>

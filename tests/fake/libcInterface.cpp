@@ -4,11 +4,10 @@
 #include "fake/Platform.h"
 #include "fake/describe.h"
 
+#include <fmt/format.h>
 #include <net/if.h>
 #include <netinet/in.h>
 #include <sys/ioctl.h>
-
-#include <fmt/format.h>
 
 #include <cerrno>
 #include <cstdarg>

@@ -4,9 +4,8 @@
 #include "fake/Platform.h"
 #include "fake/quoted.h"
 
-#include <sys/stat.h>
-
 #include <fmt/core.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>

@@ -6,11 +6,10 @@
 #include "fake/quoted.h"
 
 #include <fcntl.h>
+#include <fmt/core.h>
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <unistd.h>
-
-#include <fmt/core.h>
 
 #include <algorithm>
 #include <cerrno>

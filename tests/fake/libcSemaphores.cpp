@@ -5,9 +5,8 @@
 #include "fake/quoted.h"
 
 #include <fcntl.h>
-#include <semaphore.h>
-
 #include <fmt/core.h>
+#include <semaphore.h>
 
 #include <cerrno>
 #include <functional>
@@ -25,8 +24,7 @@ int onSemaphore(const char* function, const sem_t* handle,
                 const std::function<Outcome(Ipc::Semaphore&)>& work) {
     for (auto& [name, semaphore] : Platform::current().ipc.semaphores) {
         if (handle == &semaphore.handle) {
-            return errnoCall(
-                function, quoted(name), [&] { return work(semaphore); }, name);
+            return errnoCall(function, quoted(name), [&] { return work(semaphore); }, name);
         }
     }
     return errnoCall(function, "not open", [] { return Outcome::failure(EINVAL); });

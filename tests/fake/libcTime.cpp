@@ -2,9 +2,8 @@
 
 #include "fake/Platform.h"
 
-#include <sys/time.h>
-
 #include <fmt/core.h>
+#include <sys/time.h>
 
 #include <cerrno>
 #include <ctime>

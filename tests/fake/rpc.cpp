@@ -3,15 +3,13 @@
 #include "fake/Platform.h"
 #include "fake/describe.h"
 
+#include <fmt/core.h>
+#include <netinet/in.h>
 #include <rpc/pmap_clnt.h>
 #include <rpc/rpc.h>
-
-#include <netinet/in.h>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
-#include <fmt/core.h>
 
 #include <cerrno>
 #include <type_traits>

@@ -5,7 +5,6 @@
 #include "platform/CZuUtil.h"
 
 #include <arpa/inet.h>
-
 #include <fmt/core.h>
 
 using fake::Platform;

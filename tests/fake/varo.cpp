@@ -1,9 +1,8 @@
 // The configuration library, as far as the product imports it.
 
-#include "varo/varoLib.h"
-
 #include "fake/Platform.h"
 #include "fake/describe.h"
+#include "varo/varoLib.h"
 
 #include <fmt/core.h>
 

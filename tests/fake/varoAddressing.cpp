@@ -5,9 +5,8 @@
 #include "fake/describe.h"
 #include "varo/varoLib.h"
 
-#include <netinet/in.h>
-
 #include <fmt/format.h>
+#include <netinet/in.h>
 
 #include <cstring>
 

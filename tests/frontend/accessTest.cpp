@@ -1,5 +1,4 @@
 #include "mngctl/commands/accessRules.h"
-
 #include "support.h"
 
 namespace mngctl::test {

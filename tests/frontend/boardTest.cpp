@@ -99,9 +99,10 @@ TEST(FactoryDefaults, NeedConsent) {
                      "factory-defaults asks for consent on a terminal; give --yes where there is "
                      "none"));
     const std::string question = "Return every entity of the board to factory settings? [y/N] ";
-    for (const char* const no : {"", "\n", "n\n", "nay\n", "yy\n"})
+    for (const char* const no : {"", "\n", "n\n", "nay\n", "yy\n"}) {
         EXPECT_EQ(run(board.to({"factory-defaults"}), no, true),
                   (Outcome{Exit::Usage, question, "mngctl: nothing was changed\n"}));
+    }
     EXPECT_THAT(board.requests(), IsEmpty());
     EXPECT_EQ(run(board.to({"factory-defaults"}), "y\n", true),
               done(question + "factory settings are in place\n"));

@@ -25,19 +25,23 @@ void setIp(State& state, bool halfWay, const rpc_network_set_ip_1_argument& want
     state.info.dhcpEnabled = FALSE;
     state.info.ipAddress = halfWay ? 0 : wanted.ipAddress;
     state.info.netmask = halfWay ? 0 : wanted.netmask;
-    if (halfWay || !isInNetwork(state, state.gateway))
+    if (halfWay || !isInNetwork(state, state.gateway)) {
         state.gateway = 0;
-    if (halfWay)
+    }
+    if (halfWay) {
         refuse(result);
+    }
 }
 
 /// The old route goes first. The new one needs a gateway that can be reached.
 void setGateway(State& state, unsigned gateway, void* result) {
-    if (gateway == state.gateway)
+    if (gateway == state.gateway) {
         return;
+    }
     state.gateway = 0;
-    if (gateway != 0 && !isInNetwork(state, gateway))
+    if (gateway != 0 && !isInNetwork(state, gateway)) {
         return refuse(result);
+    }
     state.gateway = gateway;
 }
 
@@ -47,8 +51,9 @@ void addRule(State& state, bool halfWay, const rpc_network_add_ra_rule_1_argumen
     const bool append = wanted.index == 0 || wanted.index > rules.size();
     rules.insert(append ? rules.end() : rules.begin() + (wanted.index - 1),
                  {0, wanted.ipAddress, wanted.netmask, wanted.flag});
-    if (halfWay)
+    if (halfWay) {
         refuse(result);
+    }
 }
 
 void removeRule(State& state, bool halfWay, unsigned position, void* result) {
@@ -56,16 +61,19 @@ void removeRule(State& state, bool halfWay, unsigned position, void* result) {
         state.rules.pop_back();
         return refuse(result);
     }
-    if (position == 0)
+    if (position == 0) {
         return state.rules.clear();
-    if (position > state.rules.size())
+    }
+    if (position > state.rules.size()) {
         return refuse(result);
+    }
     state.rules.erase(state.rules.begin() + (position - 1));
 }
 
 void readRule(const State& state, unsigned index, rpcNetworkRemoteAccessResult& result) {
-    if (index >= state.rules.size())
+    if (index >= state.rules.size()) {
         return refuse(&result);
+    }
     result.rule = state.rules[index];
     result.rule.index = index + 1;
 }
@@ -94,8 +102,9 @@ bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t proced
         case rpc_network_set_vendor: {
             const auto& wanted = as<rpc_network_set_vendor_1_argument>(argument);
             state.info.vendorClassEnabled = wanted.vendor;
-            if (wanted.dhcp && wanted.vendor)
+            if (wanted.dhcp && wanted.vendor) {
                 state.info.dhcpEnabled = TRUE;
+            }
             return true;
         }
         case rpc_network_set_option82:

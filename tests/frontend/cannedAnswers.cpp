@@ -72,15 +72,18 @@ bool changesSomething(rpcproc_t procedure) {
 void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
             void* result) {
     // As on the board, the host name is never taken.
-    if (procedure == rpc_network_set_hostname || (behaviour.refuse && changesSomething(procedure)))
+    if (procedure == rpc_network_set_hostname ||
+        (behaviour.refuse && changesSomething(procedure))) {
         return refuse(result);
+    }
     if (answerAddressing(state, behaviour, procedure, argument, result) ||
         answerIpv6(state, behaviour, procedure, argument, result) ||
         answerVlan(state, procedure, argument, result) ||
         answerServices(state, procedure, argument, result) ||
         answerSoftware(state, behaviour, procedure, argument, result) ||
-        answerSnmp(state, behaviour, procedure, argument, result))
+        answerSnmp(state, behaviour, procedure, argument, result)) {
         return;
+    }
     switch (procedure) {
         case rpc_network_get_domainname:
             // Bytes that are no UTF-8, and a text that fills its array.
@@ -148,8 +151,9 @@ bool_t filterNothing(XDR* /*stream*/, bool_t* /*value*/) { return TRUE; }
 void sendReply(SVCXPRT* transport, std::string text) {
     controlReply reply{board().behaviour.refuse ? -1 : 0, text.data()};
     std::string reason = "not now";
-    if (board().behaviour.refuse)
+    if (board().behaviour.refuse) {
         reply.reply = reason.data();
+    }
     svc_sendreply(transport, asFilter(xdr_controlReply), &reply);
 }
 
@@ -161,8 +165,9 @@ void sendCounters(SVCXPRT* transport) {
         counters.push_back({rule.ipAddress, rule.netmask, rule.flag, place, 0x100000000U * place});
     }
     counters.push_back({0, 0, FALSE, 7, 420});
-    if (all.behaviour.counters == "wrong")
+    if (all.behaviour.counters == "wrong") {
         counters.front().permit = !counters.front().permit;
+    }
     const bool failed = all.behaviour.counters == "failed";
     bllRuleCounters answer{failed ? -1 : 0, {static_cast<u_int>(counters.size()), counters.data()}};
     svc_sendreply(transport, asFilter(xdr_bllRuleCounters), &answer);
@@ -192,8 +197,9 @@ void sendStatus(SVCXPRT* transport) {
 template <class Argument, class Filter, class Handle>
 void withArgument(SVCXPRT* transport, Filter* filter, const Handle& handle) {
     Argument argument{};
-    if (!svc_getargs(transport, asFilter(filter), &argument))
+    if (!svc_getargs(transport, asFilter(filter), &argument)) {
         return svcerr_decode(transport);
+    }
     handle(argument);
     svc_freeargs(transport, asFilter(filter), &argument);
 }
@@ -218,15 +224,17 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
         case BLL_SET_SHELF_ID:
             return withArgument<char*>(transport, xdr_wrapstring, [&](char* id) {
                 tell(std::string("shelf ") + id);
-                if (accept)
+                if (accept) {
                     state.shelfId = id;
+                }
                 sendReply(transport, "");
             });
         case BLL_SET_FEATURE:
             return withArgument<controlFeature>(transport, xdr_controlFeature, [&](auto& feature) {
                 tell(std::string("feature ") + feature.name + (feature.on ? " on" : " off"));
-                if (accept)
+                if (accept) {
                     state.webServer = feature.on != 0;
+                }
                 sendReply(transport, "");
             });
         case BLL_SET_PROFILE_MODE:
@@ -252,8 +260,9 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
             return sendReply(transport, "");
         case BLL_CONTROL_RULE_COUNTERS:
             tell("counters");
-            if (board().behaviour.counters == "none")
+            if (board().behaviour.counters == "none") {
                 return svcerr_noproc(transport);
+            }
             return sendCounters(transport);
         case BLL_CONTROL_VLANS:
             tell("vlans");

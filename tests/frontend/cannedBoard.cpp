@@ -24,6 +24,7 @@
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -80,16 +81,19 @@ template <auto stub, class ArgumentFilter, class ResultFilter>
 void serve(svc_req* request, SVCXPRT* transport, const char* name, ArgumentFilter* argumentFilter,
            ResultFilter* resultFilter) {
     typename Types<decltype(stub)>::Argument argument{};
-    if (!svc_getargs(transport, asFilter(argumentFilter), &argument))
+    if (!svc_getargs(transport, asFilter(argumentFilter), &argument)) {
         return svcerr_decode(transport);
+    }
     const std::string shown = show(argument);
     tell(shown.empty() ? name : fmt::format("{} {}", name, shown));
     typename Types<decltype(stub)>::Result result{};
     answer(board().state, board().behaviour, request->rq_proc, &argument, &result);
-    if (!svc_sendreply(transport, asFilter(resultFilter), &result))
+    if (!svc_sendreply(transport, asFilter(resultFilter), &result)) {
         svcerr_systemerr(transport);
-    if (board().behaviour.dieAfter == name)
+    }
+    if (board().behaviour.dieAfter == name) {
         std::_Exit(0);
+    }
     svc_freeargs(transport, asFilter(argumentFilter), &argument);
 }
 
@@ -128,10 +132,12 @@ int listenOn(int type, unsigned short port) {
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+    if (::bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
         fail("bind");
-    if (type == SOCK_STREAM && ::listen(descriptor, 16) != 0)
+    }
+    if (type == SOCK_STREAM && ::listen(descriptor, 16) != 0) {
         fail("listen");
+    }
     return descriptor;
 }
 
@@ -146,14 +152,16 @@ unsigned short portOf(int descriptor) {
 /// namespace of its own.
 void enterNamespace() {
     const int user = ::geteuid() == 0 ? 0 : CLONE_NEWUSER;
-    if (::unshare(CLONE_NEWNET | user) != 0)
+    if (::unshare(CLONE_NEWNET | user) != 0) {
         fail("unshare");
+    }
     const int descriptor = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     ifreq request{};
     std::strcpy(request.ifr_name, "lo");
     request.ifr_flags = IFF_UP;
-    if (::ioctl(descriptor, SIOCSIFFLAGS, &request) != 0)
+    if (::ioctl(descriptor, SIOCSIFFLAGS, &request) != 0) {
         fail("lo");
+    }
     ::close(descriptor);
 }
 
@@ -164,8 +172,9 @@ struct Transports {
 
 Transports makeTransports(int tcp, int udp) {
     const Transports transports{svctcp_create(tcp, 0, 0), svcudp_create(udp)};
-    if (transports.tcp == nullptr || transports.udp == nullptr)
+    if (transports.tcp == nullptr || transports.udp == nullptr) {
         fail("transport");
+    }
     return transports;
 }
 
@@ -173,8 +182,9 @@ void offer(const Transports& transports, u_long program, u_long version,
            void (*dispatch)(svc_req*, SVCXPRT*)) {
     // Protocol 0: the machine's port mapper is not told.
     if (!svc_register(transports.tcp, program, version, dispatch, 0) ||
-        !svc_register(transports.udp, program, version, dispatch, 0))
+        !svc_register(transports.udp, program, version, dispatch, 0)) {
         fail("register");
+    }
 }
 
 struct Options {
@@ -188,50 +198,53 @@ struct Options {
 /// So many rules that permit 192.0.2.0/24.
 void addRules(int count) {
     auto& rules = board().state.rules;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         rules.push_back({0, 0xC0000200, 0xFFFFFF00, TRUE});
+    }
 }
 
 void setVlans(const std::string& behaviour) {
     board().behaviour.vlans = behaviour;
-    if (behaviour == "outside")
+    if (behaviour == "outside") {
         board().state.info.mngVlanId = 0;
+    }
 }
 
 Options parse(int count, char** words) {
     Options options;
     for (int i = 1; i < count; ++i) {
         const std::string_view word = words[i];
-        if (word == "--refuse")
+        if (word == "--refuse") {
             board().behaviour.refuse = true;
-        else if (word == "--lone")
+        } else if (word == "--lone") {
             board().behaviour.lone = true;
-        else if (word == "--silent")
+        } else if (word == "--silent") {
             options.silent = true;
-        else if (word == "--namespace")
+        } else if (word == "--namespace") {
             options.separate = true;
-        else if (word == "--die-after" && i + 1 < count)
+        } else if (word == "--die-after" && i + 1 < count) {
             board().behaviour.dieAfter = words[++i];
-        else if (word == "--fail-half-way" && i + 1 < count)
+        } else if (word == "--fail-half-way" && i + 1 < count) {
             board().behaviour.failHalfWay = words[++i];
-        else if (word == "--counters" && i + 1 < count)
+        } else if (word == "--counters" && i + 1 < count) {
             board().behaviour.counters = words[++i];
-        else if (word == "--components" && i + 1 < count)
+        } else if (word == "--components" && i + 1 < count) {
             board().behaviour.components = words[++i];
-        else if (word == "--rules" && i + 1 < count)
+        } else if (word == "--rules" && i + 1 < count) {
             addRules(std::atoi(words[++i]));
-        else if (word == "--ntp" && i + 1 < count)
+        } else if (word == "--ntp" && i + 1 < count) {
             board().behaviour.ntp = words[++i];
-        else if (word == "--vlans" && i + 1 < count)
+        } else if (word == "--vlans" && i + 1 < count) {
             setVlans(words[++i]);
-        else if (word == "--tcp-port" && i + 1 < count)
+        } else if (word == "--tcp-port" && i + 1 < count) {
             options.tcpPort = static_cast<unsigned short>(std::atoi(words[++i]));
-        else if (word == "--udp-port" && i + 1 < count)
+        } else if (word == "--udp-port" && i + 1 < count) {
             options.udpPort = static_cast<unsigned short>(std::atoi(words[++i]));
-        else if (word == "--mapper" && i + 1 < count)
+        } else if (word == "--mapper" && i + 1 < count) {
             options.mapper = words[++i];
-        else
+        } else {
             fail(words[i]);
+        }
     }
     return options;
 }
@@ -239,22 +252,26 @@ Options parse(int count, char** words) {
 void serveMapper(const Options& options) {
     const int tcp = listenOn(SOCK_STREAM, PMAPPORT);
     const int udp = listenOn(SOCK_DGRAM, PMAPPORT);
-    if (options.mapper == "silent")
+    if (options.mapper == "silent") {
         return;
+    }
     offer(makeTransports(tcp, udp), PMAPPROG, PMAPVERS, dispatchMapper);
     // An empty mapper knows no port; a stale one knows those of a server that is gone.
-    if (options.mapper == "stale")
+    if (options.mapper == "stale") {
         board().tcpPort = board().udpPort = 9;
-    if (options.mapper == "empty")
+    }
+    if (options.mapper == "empty") {
         board().tcpPort = board().udpPort = 0;
+    }
 }
 
 int run(int count, char** words) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     std::signal(SIGPIPE, SIG_IGN);
     const Options options = parse(count, words);
-    if (options.separate)
+    if (options.separate) {
         enterNamespace();
+    }
     const int tcp = listenOn(SOCK_STREAM, options.tcpPort);
     const int udp = listenOn(SOCK_DGRAM, options.udpPort);
     board().tcpPort = portOf(tcp);
@@ -269,13 +286,15 @@ int run(int count, char** words) {
             offer(transports, BLL_CONTROL_PROGRAM, BLL_CONTROL_VERSION, dispatchControl);
         }
     }
-    if (!options.mapper.empty())
+    if (!options.mapper.empty()) {
         serveMapper(options);
+    }
     tell(ports);
-    if (options.silent)
+    if (options.silent) {
         ::pause();
-    else
+    } else {
         svc_run();
+    }
     return 1;
 }
 

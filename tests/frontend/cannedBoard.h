@@ -2,6 +2,7 @@
 
 #include <control.h>
 #include <network.h>
+
 #include <string>
 #include <vector>
 
@@ -35,8 +36,9 @@ inline rpcNetworkInfo initialInfo() {
 
 inline rpcSnmpCommunityConfig noCommunities() {
     rpcSnmpCommunityConfig config{};
-    for (rpcSnmpCommunity& each : config.communities)
+    for (rpcSnmpCommunity& each : config.communities) {
         each.access = rpcSnmpCommunityNone;
+    }
     return config;
 }
 

@@ -17,16 +17,18 @@ void refuse(void* result) {
 }
 
 void clearText(std::string& text, void* result) {
-    if (text.empty())
+    if (text.empty()) {
         refuse(result);
+    }
     text.clear();
 }
 
 /// With the lease, the client's address; as on the board, separated by blanks.
 std::string addressList(const State& state) {
     std::string list = "fe80::5eff:fe10:a/64";
-    if (state.dhcp6)
+    if (state.dhcp6) {
         list = "2001:db8::100/128 " + list;
+    }
     return state.ipv6Address.empty() ? list : state.ipv6Address + " " + list;
 }
 
@@ -65,8 +67,9 @@ bool answerIpv6(State& state, const Behaviour& behaviour, rpcproc_t procedure, v
             as<bool_t>(result) = state.dhcp6 ? TRUE : FALSE;
             return true;
         case rpc_network_set_ipv6proto:
-            if (!behaviour.refuse)
+            if (!behaviour.refuse) {
                 state.dhcp6 = as<bool_t>(argument) != FALSE;
+            }
             return true;
         default:
             return false;

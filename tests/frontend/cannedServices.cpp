@@ -38,13 +38,15 @@ bool answerSwitch(State& state, rpcproc_t procedure, void* argument, void* resul
             return true;
         case rpc_network_is_ftp_enabled:
             as<int>(result) = state.ftp ? 0 : 1;
-            if (board().behaviour.failHalfWay == "is_ftp_enabled")
+            if (board().behaviour.failHalfWay == "is_ftp_enabled") {
                 as<int>(result) = 7;
+            }
             return true;
         case rpc_network_pty_set_max_sess:
             state.limits.maxSessions = as<unsigned>(argument);
-            if (state.limits.maxSessions == 0)
+            if (state.limits.maxSessions == 0) {
                 state.limits.maxSessions = 5;
+            }
             return true;
         case rpc_network_pty_get_max_sess:
             as<rpcPtyConfig>(result) = state.limits;
@@ -77,8 +79,9 @@ bool answerTimeZone(State& state, rpcproc_t procedure, void* argument, void* res
             zone.dstEWeek = static_cast<int>(date.week);
             zone.dstEDayInWeek = static_cast<int>(date.dayInWeek);
             zone.dstETime = date.time;
-            if (board().behaviour.failHalfWay == "set_sntp_timezone_dst_end")
+            if (board().behaviour.failHalfWay == "set_sntp_timezone_dst_end") {
                 as<int>(result) = -1;
+            }
             return true;
         }
         case rpc_network_set_sntp_timezone_dst_offset:

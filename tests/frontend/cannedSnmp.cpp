@@ -53,13 +53,15 @@ bool changeCommunity(rpcSnmpCommunityConfig& config,
                      const rpc_network_snmpcommunity_add_1_argument& given) {
     rpcSnmpCommunity* const known = findCommunity(config, given.name);
     if (!given.flag) {
-        if (known != nullptr)
+        if (known != nullptr) {
             *known = {{}, rpcSnmpCommunityNone};
+        }
         return known != nullptr;
     }
     rpcSnmpCommunity* const place = findCommunity(config, "");
-    if (known != nullptr || place == nullptr)
+    if (known != nullptr || place == nullptr) {
         return false;
+    }
     copy(place->name, given.name);
     place->access = given.access;
     return true;
@@ -76,13 +78,15 @@ rpcSnmpManager* findManager(rpcSnmpTrapConfig& config, unsigned address, const c
 bool changeManager(rpcSnmpTrapConfig& config, const rpc_network_snmptrap_add_1_argument& given) {
     rpcSnmpManager* const known = findManager(config, given.ipAddress, given.community);
     if (!given.flag) {
-        if (known != nullptr)
+        if (known != nullptr) {
             *known = {};
+        }
         return known != nullptr;
     }
     rpcSnmpManager* const place = findManager(config, 0, "");
-    if (known != nullptr || place == nullptr)
+    if (known != nullptr || place == nullptr) {
         return false;
+    }
     place->ipAddress = given.ipAddress;
     copy(place->community, given.community);
     return true;
@@ -90,8 +94,9 @@ bool changeManager(rpcSnmpTrapConfig& config, const rpc_network_snmptrap_add_1_a
 
 bool moveManager(rpcSnmpTrapConfig& config, const rpc_network_snmptrap_change_1_argument& given) {
     rpcSnmpManager* const known = findManager(config, given.oldAddress, given.community);
-    if (known != nullptr)
+    if (known != nullptr) {
         known->ipAddress = given.newAddress;
+    }
     return known != nullptr;
 }
 
@@ -100,12 +105,15 @@ rpcSntpInfoHost infoOf(const rpcSntpConfigHost& config) {
     rpcSntpInfoHost info{};
     info.client.mode = config.mode;
     info.client.leapIndicator = 3;
-    for (std::size_t i = 0; i < std::size(config.servers); ++i)
+    for (std::size_t i = 0; i < std::size(config.servers); ++i) {
         copy(info.servers[i].host, config.servers[i].host);
-    if (config.mode == 0 || config.servers[0].host[0] == '\0')
+    }
+    if (config.mode == 0 || config.servers[0].host[0] == '\0') {
         return info;
-    for (rpcSntpSrvInfoHost& server : info.servers)
+    }
+    for (rpcSntpSrvInfoHost& server : info.servers) {
         server.state = server.host[0] == '\0' ? 0 : 1;
+    }
     copy(info.servers[0].host, config.servers[0].host);
     info.servers[0].state = 3;
     info.servers[0].stratum = 10;
@@ -148,8 +156,9 @@ bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, v
         case rpc_network_snmpcommunity_change: {
             const auto& given = as<rpc_network_snmpcommunity_change_1_argument>(argument);
             rpcSnmpCommunity* const known = findCommunity(state.snmpCommunities, given.name);
-            if (known != nullptr)
+            if (known != nullptr) {
                 known->access = given.access;
+            }
             answerStatus(result, known != nullptr);
             return true;
         }
@@ -174,8 +183,9 @@ bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, v
             state.ntp = as<rpcSntpConfigHost>(argument);
             return true;
         case rpc_network_sntp_infowshost:
-            if (behaviour.ntp != "unknown")
+            if (behaviour.ntp != "unknown") {
                 as<rpcSntpInfoWSHost>(result) = {cliSource, infoOf(state.ntp)};
+            }
             return true;
         default:
             return false;

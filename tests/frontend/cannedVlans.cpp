@@ -34,8 +34,9 @@ bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result)
 
 void sendVlans(SVCXPRT* transport) {
     const std::string& behaviour = board().behaviour.vlans;
-    if (behaviour == "none")
+    if (behaviour == "none") {
         return svcerr_noproc(transport);
+    }
     int both[] = {1, 100};
     controlVlan list[] = {{1, {2, both}, {1, both}},
                           {10, {0, nullptr}, {0, nullptr}},

@@ -50,11 +50,12 @@ TEST(CommandLine, RefusesWhatACommandDoesNotTake) {
 }
 
 TEST(CommandLine, ChecksTheCommonOptions) {
-    for (const char* const wrong : {"0", "-1", "abc", "nan", "inf", "3601", "1s", ""})
+    for (const char* const wrong : {"0", "-1", "abc", "nan", "inf", "3601", "1s", ""}) {
         EXPECT_EQ(run({"dns", "show", "--timeout", wrong}),
                   failed(Exit::Usage,
                          std::string("--timeout: expected seconds from 0.01 to 3600, not '") +
                              wrong + "'\nTry 'mngctl dns show --help'."));
+    }
     for (const char* const wrong : {"0", "65536", "rpc"}) {
         const Outcome outcome = run({"dns", "show", "--port", wrong});
         EXPECT_EQ(outcome, failed(Exit::Usage, std::string("--port: Value ") + wrong +

@@ -1,6 +1,5 @@
-#include "mngctl/prompt/completion.h"
-
 #include "mngctl/procedures.h"
+#include "mngctl/prompt/completion.h"
 #include "support.h"
 
 namespace mngctl::test {

@@ -1,6 +1,5 @@
-#include "mngctl/rpc/client.h"
-
 #include "mngctl/outcome.h"
+#include "mngctl/rpc/client.h"
 #include "support.h"
 
 #include <memory>

@@ -49,8 +49,9 @@ TEST(Domain, IsClearedForOneFamilyOrBoth) {
 
 std::string longName(std::size_t size) {
     std::string name;
-    while (name.size() + 50 < size)
+    while (name.size() + 50 < size) {
         name.append(49, 'a').push_back('.');
+    }
     return name.append(size - name.size(), 'b');
 }
 
@@ -67,8 +68,9 @@ TEST(Domain, WarnsOfWhatIsNotShown) {
 TEST(Domain, FollowsTheRules) {
     CannedBoard board;
     for (const std::string good :
-         {"a", "1", "a-b", "xn--zrich-kva.example", "1.2.3", "A.B", "a--b.c", "192.0.2.300"})
+         {"a", "1", "a-b", "xn--zrich-kva.example", "1.2.3", "A.B", "a--b.c", "192.0.2.300"}) {
         EXPECT_EQ(board.run("domain set -q " + good), done("")) << good;
+    }
     EXPECT_EQ(board.run("domain set -q " + std::string(63, 'a') + ".b"), done(""));
     board.requests();
 

@@ -11,8 +11,9 @@ using testing::IsEmpty;
 
 std::vector<std::string> told(const std::vector<Event>& events) {
     std::vector<std::string> all;
-    for (const Event& event : events)
+    for (const Event& event : events) {
         all.push_back(event.id + "|" + event.name + "|" + event.text);
+    }
     return all;
 }
 
@@ -56,8 +57,9 @@ TEST(EventParser, DoesNotGrowWithoutBound) {
     EventParser parser;
     const std::string piece(1 << 16, 'x');
     parser.take("data: ");
-    for (int i = 0; i < 64; ++i)
+    for (int i = 0; i < 64; ++i) {
         parser.take(piece);
+    }
     const auto events = parser.take("\n\ndata: next\n\n");
     ASSERT_EQ(events.size(), 2U);
     EXPECT_LE(events[0].text.size(), 1U << 20);

@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 #include <memory>
@@ -45,8 +46,9 @@ Context makeContext(const std::string& certificateFile) {
     X509_set_issuer_name(certificate.get(), name);
     X509_sign(certificate.get(), key.get(), EVP_sha256());
     const File file(std::fopen(certificateFile.c_str(), "w"));
-    if (!file || PEM_write_X509(file.get(), certificate.get()) != 1)
+    if (!file || PEM_write_X509(file.get(), certificate.get()) != 1) {
         throw std::runtime_error("no certificate");
+    }
     Context context(SSL_CTX_new(TLS_server_method()));
     SSL_CTX_use_certificate(context.get(), certificate.get());
     SSL_CTX_use_PrivateKey(context.get(), key.get());
@@ -62,16 +64,18 @@ Port::Port(bool listens) : socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 
     socklen_t length = sizeof address;
     if (::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
         ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0 ||
-        (listens && ::listen(socket, 16) != 0))
+        (listens && ::listen(socket, 16) != 0)) {
         throw std::runtime_error("no port");
+    }
     text = std::to_string(ntohs(address.sin_port));
 }
 
 Port::~Port() { ::close(socket); }
 
 EventServer::EventServer(std::string all, bool open) : answer(std::move(all)), stays(open) {
-    if (::pipe2(ending, O_CLOEXEC) != 0)
+    if (::pipe2(ending, O_CLOEXEC) != 0) {
         throw std::runtime_error("pipe");
+    }
     thread = std::thread([this, context = makeContext(certificate())] {
         // A client that goes while it is answered is no reason to end.
         sigset_t brokenPipe;
@@ -80,8 +84,9 @@ EventServer::EventServer(std::string all, bool open) : answer(std::move(all)), s
         pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
         for (;;) {
             pollfd waits[] = {{listener.descriptor(), POLLIN, 0}, {ending[0], POLLIN, 0}};
-            if (::poll(waits, 2, -1) < 0 || waits[1].revents != 0)
+            if (::poll(waits, 2, -1) < 0 || waits[1].revents != 0) {
                 return;
+            }
             const int connection = ::accept4(listener.descriptor(), nullptr, nullptr, SOCK_CLOEXEC);
             const Tls tls(SSL_new(context.get()));
             SSL_set_fd(tls.get(), connection);
@@ -90,8 +95,9 @@ EventServer::EventServer(std::string all, bool open) : answer(std::move(all)), s
                 SSL_write(tls.get(), answer.data(), static_cast<int>(answer.size()));
                 // Until this ends or the client goes.
                 pollfd ends[] = {{connection, POLLIN, 0}, {ending[0], POLLIN, 0}};
-                if (stays)
+                if (stays) {
                     ::poll(ends, 2, -1);
+                }
             }
             ::close(connection);
         }

@@ -52,8 +52,9 @@ TEST(GatewaySet, SendsNothingThatIsWrong) {
     refused("192.0.2.255",
             "'192.0.2.255' is the broadcast address of 192.0.2.0/24: expected that of a host in "
             "it, 192.0.2.1 to 192.0.2.254");
-    for (const std::string& request : board.requests())
+    for (const std::string& request : board.requests()) {
         EXPECT_THAT(request, testing::StartsWith("get_"));
+    }
 }
 
 TEST(GatewaySet, TellsWhatIsInForceAfterARefusal) {

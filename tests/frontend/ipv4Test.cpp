@@ -1,5 +1,4 @@
 #include "mngctl/commands/ipv4.h"
-
 #include "support.h"
 
 #include <functional>
@@ -43,26 +42,29 @@ TEST(Ipv4Mask, IsALengthOrDotted) {
 
 TEST(Ipv4Mask, HasNoHoles) {
     for (const char* const text : {"255.0.255.0", "0.255.255.255", "0.0.0.255", "255.255.255.1",
-                                   "127.255.255.255", "255.255.0.255", "192.0.2.1"})
+                                   "127.255.255.255", "255.255.0.255", "192.0.2.1"}) {
         EXPECT_EQ(refusalOf([&] { parseMask(text); }),
                   std::string("'") + text +
                       "' is no mask: expected ones followed by zeros, such as 255.255.255.0");
+    }
     EXPECT_EQ(prefixLength(0xFF00FF00), std::nullopt);
     EXPECT_EQ(prefixLength(1), std::nullopt);
 }
 
 TEST(Ipv4Mask, RefusesEverythingElse) {
-    for (const char* const text : {"33", "99999999999", "032000"})
+    for (const char* const text : {"33", "99999999999", "032000"}) {
         EXPECT_EQ(refusalOf([&] { parseMask(text); }),
                   std::string("expected a prefix length from 0 to 32, not '") + text + "'");
+    }
     for (const char* const text : {"", "-1", "+8", "24 ", "0x18", "255.255.255", "255.255.255.256",
-                                   "/24", "twenty-four", "\n"})
+                                   "/24", "twenty-four", "\n"}) {
         EXPECT_EQ(refusalOf([&] { parseMask(text); })
                       .rfind("expected a prefix length from 0 to 32 "
                              "or a mask such as 255.255.255.0, not ",
                              0),
                   0U)
             << text;
+    }
 }
 
 TEST(Ipv4Network, IsAnAddressWithItsPrefix) {
@@ -83,8 +85,9 @@ TEST(Ipv4Network, IsAnAddressWithItsPrefix) {
     }
     EXPECT_EQ(formatNetwork({0xC0000200, 0xFF00FF00}), "192.0.2.0 mask 255.0.255.0");
     for (const char* const wrong : {"", "/24", "192.0.2.0/", "192.0.2/24", "192.0.2.0/24/1",
-                                    "192.0.2.0 /24", "192.0.2.0/33", "example.net/24"})
+                                    "192.0.2.0 /24", "192.0.2.0/33", "example.net/24"}) {
         EXPECT_NE(refusalOf([&] { parseNetwork(wrong); }), "") << wrong;
+    }
 }
 
 TEST(Ipv4Network, KnowsItsEnds) {
@@ -112,12 +115,14 @@ TEST(Ipv4Host, IsOneThatCanAnswer) {
                        {"224.0.0.1", "a multicast address"},
                        {"239.255.255.255", "a multicast address"},
                        {"240.0.0.1", "a reserved address"}};
-    for (const auto& [text, reason] : cases)
+    for (const auto& [text, reason] : cases) {
         EXPECT_EQ(refusalOf([&, address = text] { parseHostAddress(address); }),
                   std::string("'") + text + "' is " + reason +
                       ": expected the address of a host such as 192.0.2.10");
-    for (const char* const right : {"1.0.0.0", "126.255.255.255", "128.0.0.0", "223.255.255.255"})
+    }
+    for (const char* const right : {"1.0.0.0", "126.255.255.255", "128.0.0.0", "223.255.255.255"}) {
         EXPECT_EQ(refusalOf([&] { parseHostAddress(right); }), "") << right;
+    }
 }
 
 TEST(Ipv4Interface, TakesBothForms) {
@@ -132,8 +137,9 @@ TEST(Ipv4Interface, IsAHostInItsNetwork) {
     // Networks of one or two addresses have neither a network nor a broadcast address.
     for (const char* const right :
          {"192.0.2.0/32", "192.0.2.255/32", "192.0.2.0/31", "192.0.2.1/31", "192.0.2.1/30",
-          "192.0.2.2/30", "192.0.3.0/23", "192.0.2.255/22", "10.0.0.1/1"})
+          "192.0.2.2/30", "192.0.3.0/23", "192.0.2.255/22", "10.0.0.1/1"}) {
         EXPECT_EQ(refusalOf([&] { parseInterfaceAddress(right, ""); }), "") << right;
+    }
     struct {
         const char* text;
         const char* sentence;
@@ -148,8 +154,9 @@ TEST(Ipv4Interface, IsAHostInItsNetwork) {
          "'192.0.2.3' is the broadcast address of 192.0.2.0/30: expected that of a host in it, "
          "192.0.2.1 to 192.0.2.2"},
     };
-    for (const auto& [text, sentence] : cases)
+    for (const auto& [text, sentence] : cases) {
         EXPECT_EQ(refusalOf([&, given = text] { parseInterfaceAddress(given, ""); }), sentence);
+    }
 }
 
 TEST(Ipv4Interface, NeedsOneMaskThatLeavesANetwork) {
@@ -158,11 +165,12 @@ TEST(Ipv4Interface, NeedsOneMaskThatLeavesANetwork) {
               "ADDRESS MASK such as 192.0.2.10 255.255.255.0");
     EXPECT_EQ(refusalOf([] { parseInterfaceAddress("192.0.2.10/24", "255.255.255.0"); }),
               "the network is given twice, as '/24' and as '255.255.255.0'");
-    for (const char* const none : {"0", "0.0.0.0"})
+    for (const char* const none : {"0", "0.0.0.0"}) {
         EXPECT_EQ(refusalOf([&] { parseInterfaceAddress("192.0.2.10", none); }),
                   std::string("'") + none +
                       "' puts every address into the board's own network: expected a prefix length "
                       "from 1 to 32 or a mask such as 255.255.255.0");
+    }
     EXPECT_NE(refusalOf([] { parseInterfaceAddress("192.0.2.10/", ""); }), "");
 }
 

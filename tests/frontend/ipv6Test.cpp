@@ -79,9 +79,10 @@ TEST(Ipv6Command, SendsNothingThatIsWrong) {
             "'2001:db8::7' lacks its prefix length: expected one such as 2001:db8::7/64");
     refused("ipv6 set 2001:db8::7/64 64",
             "'2001:db8::7/64' has a prefix length already; '64' is one too many");
-    for (const char* const length : {"0", "129", "-1", "x", "064x", "4294967297"})
+    for (const char* const length : {"0", "129", "-1", "x", "064x", "4294967297"}) {
         refused("ipv6 set 2001:db8::7/" + std::string(length),
                 "expected a prefix length from 1 to 128, not '" + std::string(length) + "'");
+    }
     refused("ipv6 set 2001:db8::/64",
             "'2001:db8::/64' stands for all routers of its network: "
             "expected the address of a host in it");
@@ -129,8 +130,9 @@ TEST(Ipv6WayIn, IsRead) {
     EXPECT_EQ(way->server, "2001:db8::100");
     EXPECT_EQ(parseWayIn6("fe80::7%mng0 1 fe80::1%mng0 22")->client, "fe80::7");
     for (const char* const other : {"", "192.0.2.7 1 192.0.2.10 22", "2001:db8::1 1",
-                                    "::ffff:192.0.2.7 1 ::ffff:192.0.2.10 22"})
+                                    "::ffff:192.0.2.7 1 ::ffff:192.0.2.10 22"}) {
         EXPECT_FALSE(parseWayIn6(other)) << other;
+    }
 }
 
 TEST(Ipv6FromAfar, NeedsConsentToLoseTheAddressOfTheWayIn) {

@@ -1,5 +1,4 @@
 #include "mngctl/wire/json.h"
-
 #include "mngctl/wire/records.h"
 #include "support.h"
 

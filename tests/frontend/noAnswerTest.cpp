@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <chrono>
 
@@ -94,8 +95,9 @@ TEST(NoAnswerOverTcp, AServerThatTakesNoConnection) {
     LoopbackSocket server;
     const std::uint16_t port = server.listen();
     LoopbackSocket waiting[4];  // these fill the queue
-    for (LoopbackSocket& client : waiting)
+    for (LoopbackSocket& client : waiting) {
         client.beginToConnect(port);
+    }
     EXPECT_EQ(run({"--port", std::to_string(port), "--timeout", "0.2", "rpc", "null"}),
               failed(Exit::NoAnswer,
                      fmt::format("no connection to 127.0.0.1 port {} within 0.2 s: check --host "

@@ -96,8 +96,9 @@ TEST(Ntp, ServersAreAddedChangedAndRemoved) {
 
 TEST(Ntp, AFifthServerIsRefused) {
     CannedBoard board;
-    for (const std::string host : {"a", "b", "c", "d"})
+    for (const std::string host : {"a", "b", "c", "d"}) {
         EXPECT_EQ(board.run("ntp server add " + host + " -q"), done(""));
+    }
     EXPECT_EQ(board.run("ntp server add e"),
               failed(Exit::Refused, "the board keeps 4 servers, which it has"));
 }
@@ -105,8 +106,9 @@ TEST(Ntp, AFifthServerIsRefused) {
 TEST(Ntp, NothingIsSentThatIsNoServer) {
     CannedBoard board;
     for (const std::string wrong :
-         {"", "1.2.3", "192.0.2.300", "01.2.3.4", "fe80::1%mng0", "a b", "-a", "a..b", "host."})
+         {"", "1.2.3", "192.0.2.300", "01.2.3.4", "fe80::1%mng0", "a b", "-a", "a..b", "host."}) {
         EXPECT_EQ(board.run({"ntp", "server", "add", "--", wrong}).exit, Exit::Usage) << wrong;
+    }
     EXPECT_EQ(board.run({"ntp", "server", "add", std::string(255, 'a')}).exit, Exit::Usage);
     EXPECT_EQ(board.run("ntp server add 192.0.2.1 --version 5"),
               failed(Exit::Usage, "expected version 3 or 4, not '5'"));

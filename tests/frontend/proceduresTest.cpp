@@ -1,5 +1,4 @@
 #include "mngctl/procedures.h"
-
 #include "support.h"
 
 #include <algorithm>
@@ -73,18 +72,24 @@ TEST(Procedures, AreDescribedOneByOne) {
 
 /// A valid text for each type that a description names.
 std::string sampleOf(const std::string& type) {
-    if (type == "on|off")
+    if (type == "on|off") {
         return "on";
-    if (type == "integer")
+    }
+    if (type == "integer") {
         return "-5";
-    if (type == "unsigned")
+    }
+    if (type == "unsigned") {
         return "7";
-    if (type == "IPv4")
+    }
+    if (type == "IPv4") {
         return "192.0.2.1";
-    if (type == "MAC")
+    }
+    if (type == "MAC") {
         return "02:00:5e:10:00:01";
-    if (type == "text")
+    }
+    if (type == "text") {
         return "some text";
+    }
     return type.substr(0, type.find('|'));
 }
 
@@ -97,8 +102,9 @@ TEST(Procedures, AllTakeTheirArgumentsInOrderOrAsJson) {
             nested = nested || field.contains("fields");
             arguments.push_back(sampleOf(field["type"]));
         }
-        if (nested)
+        if (nested) {
             continue;
+        }
         ++flat;
         const Json argument = argumentFromWords(procedure, arguments);
         const Json checked = procedure.checkArgument(argument);
@@ -143,11 +149,12 @@ TEST(Procedures, WithWholeRecordsTakeOneJsonObject) {
   ]
 }
 )");
-    for (const char* const wrong : {"{\"mode\":1", "{]", "{} x"})
+    for (const char* const wrong : {"{\"mode\":1", "{]", "{} x"}) {
         EXPECT_EQ(run({"rpc", "sntp_update", wrong}),
                   failed(Exit::Usage,
                          "sntp_update takes one JSON object (rpcSntpConfig): what is "
                          "given is no valid JSON object"));
+    }
     EXPECT_EQ(run({"rpc", "sntp_update", "1"}),
               failed(Exit::Usage,
                      "sntp_update takes one JSON object (rpcSntpConfig); 1 argument was given"));

@@ -2,6 +2,7 @@
 #include "terminal.h"
 
 #include <sys/stat.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -134,7 +135,7 @@ TEST_F(Prompt, RemembersWhatWasTyped) {
         EXPECT_EQ(terminal.exitCode(), 0);
     }
     EXPECT_THAT(history(), HasSubstr("get_telnet"));
-    struct stat state {};
+    struct stat state{};
     ASSERT_EQ(::stat((home.path() + "/state/mngctl/history").c_str(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0600U);
     ASSERT_EQ(::stat((home.path() + "/state/mngctl").c_str(), &state), 0);

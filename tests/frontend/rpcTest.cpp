@@ -54,16 +54,21 @@ TEST_P(Rpc, SendsEveryKindOfArgument) {
 
 /// Texts that every procedure takes, and what the board then tells of the request.
 std::string sampleOf(const std::string& type, unsigned place) {
-    if (type == "on|off")
+    if (type == "on|off") {
         return place % 2 == 0 ? "on" : "off";
-    if (type == "integer" || type == "unsigned")
+    }
+    if (type == "integer" || type == "unsigned") {
         return std::to_string(place + 1);
-    if (type == "IPv4")
+    }
+    if (type == "IPv4") {
         return fmt::format("192.0.2.{}", place + 1);
-    if (type == "MAC")
+    }
+    if (type == "MAC") {
         return fmt::format("02:00:5e:10:00:{:02x}", place + 1);
-    if (type == "text")
+    }
+    if (type == "text") {
         return fmt::format("text{}", place);
+    }
     return type.substr(0, type.find('|'));
 }
 
@@ -74,8 +79,9 @@ TEST_P(Rpc, CallsEveryProcedure) {
         if (std::ranges::any_of(described, [](auto& field) { return field.contains("fields"); })) {
             command.push_back(R"({"mode":1})");
         } else {
-            for (unsigned i = 0; i < described.size(); ++i)
+            for (unsigned i = 0; i < described.size(); ++i) {
                 command.push_back(sampleOf(described[i]["type"], i));
+            }
         }
         const Outcome outcome = run(command);
         const bool refused = procedure.name == "set_hostname";
@@ -127,8 +133,9 @@ TEST_P(Rpc, ReadsBackWhatJsonSet) {
 
 TEST_P(Rpc, EscapesTextsThatAreNoUtf8) {
     std::string escaped;
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         escaped += "\\xe9";
+    }
     EXPECT_EQ(run("rpc get_domainname"), done("text: " + escaped + "\n"));
     const Outcome json = run("rpc get_domainname --json");
     EXPECT_EQ(Json::parse(json.out)["text"], escaped);

@@ -88,8 +88,9 @@ TEST(Sessions, AreNotLimitedToNoneOrNonsense) {
               failed(Exit::Usage,
                      "a limit of 0 would shut everybody out: 'mngctl telnet off' and 'mngctl ssh "
                      "off' do that; 'default' stands for the board's own limit"));
-    for (const char* wrong : {"-1", "many", "4294967296", "5x"})
+    for (const char* wrong : {"-1", "many", "4294967296", "5x"}) {
         EXPECT_EQ(board.run({"sessions", "limit", "--", wrong}).exit, Exit::Usage) << wrong;
+    }
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 

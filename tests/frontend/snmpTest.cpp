@@ -105,8 +105,9 @@ TEST(SnmpCommunity, IsAddedChangedAndRemoved) {
 TEST(SnmpCommunity, RefusalsAreExplained) {
     const CannedBoard board;
     const std::string adding = "the board refused to add the community: result -1 (failed); ";
-    for (const std::string name : {"a", "b", "c", "d", "e", "f"})
+    for (const std::string name : {"a", "b", "c", "d", "e", "f"}) {
         EXPECT_EQ(board.run("snmp community add " + name + " ro -q"), done(""));
+    }
     EXPECT_EQ(board.run("snmp community add g ro"),
               failed(Exit::Refused, adding + "the board keeps 6 communities, which it has"));
     EXPECT_EQ(board.run("snmp community add a rw"),
@@ -148,9 +149,10 @@ TEST(SnmpTrap, IsAddedMovedAndRemoved) {
 
 TEST(SnmpTrap, RefusalsAreExplained) {
     const CannedBoard board;
-    for (unsigned host = 1; host <= 10; ++host)
+    for (unsigned host = 1; host <= 10; ++host) {
         EXPECT_EQ(board.run("snmp trap add 192.0.2." + std::to_string(host) + " traps -q"),
                   done(""));
+    }
     const std::string adding = "the board refused to add the manager: result -1 (failed); ";
     EXPECT_EQ(board.run("snmp trap add 192.0.2.11 traps"),
               failed(Exit::Refused, adding + "the board keeps 10 managers, which it has"));
@@ -165,13 +167,15 @@ TEST(SnmpTrap, RefusalsAreExplained) {
 
 TEST(SnmpTrap, NothingIsSentThatIsNoManager) {
     CannedBoard board;
-    for (const std::string wrong : {"0.0.0.0", "255.255.255.255", "224.0.0.1", "host", "1.2.3"})
+    for (const std::string wrong : {"0.0.0.0", "255.255.255.255", "224.0.0.1", "host", "1.2.3"}) {
         EXPECT_EQ(board.run("snmp trap add " + wrong + " traps").exit, Exit::Usage) << wrong;
+    }
     EXPECT_EQ(board.run({"snmp", "trap", "add", "192.0.2.1", std::string(32, 'c')}),
               failed(Exit::Usage, "a community here has at most 31 characters, this one has 32"));
-    for (const std::string wrong : {"0", "65536", "-", "port"})
+    for (const std::string wrong : {"0", "65536", "-", "port"}) {
         EXPECT_EQ(board.run("snmp trap port " + wrong),
                   failed(Exit::Usage, "expected a port from 1 to 65535, not '" + wrong + "'"));
+    }
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 

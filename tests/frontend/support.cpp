@@ -8,6 +8,7 @@
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -36,11 +37,13 @@ std::string readAll(int descriptor) {
     std::string text;
     char buffer[4096];
     for (;;) {
-        if (!readable(descriptor))
+        if (!readable(descriptor)) {
             throw std::runtime_error("a process does not end");
+        }
         const ssize_t got = ::read(descriptor, buffer, sizeof buffer);
-        if (got <= 0)
+        if (got <= 0) {
             return text;
+        }
         text.append(buffer, static_cast<std::size_t>(got));
     }
 }
@@ -48,8 +51,9 @@ std::string readAll(int descriptor) {
 void enter(pid_t process, const char* kind) {
     const std::string path = "/proc/" + std::to_string(process) + "/ns/" + kind;
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0 || ::setns(descriptor, 0) != 0)
+    if (descriptor < 0 || ::setns(descriptor, 0) != 0) {
         ::_exit(126);
+    }
     ::close(descriptor);
 }
 
@@ -62,8 +66,9 @@ const testing::Environment* const noWayIn = testing::AddGlobalTestEnvironment(ne
 std::vector<char*> pointers(std::vector<std::string>& words) {
     std::vector<char*> list;
     list.reserve(words.size() + 1);
-    for (std::string& word : words)
+    for (std::string& word : words) {
         list.push_back(word.data());
+    }
     list.push_back(nullptr);
     return list;
 }
@@ -110,14 +115,16 @@ Variable::~Variable() { ::unsetenv(variable.c_str()); }
 
 CannedBoard::CannedBoard(const std::vector<std::string>& options) {
     int pipe[2];
-    if (::pipe2(pipe, O_CLOEXEC) != 0)
+    if (::pipe2(pipe, O_CLOEXEC) != 0) {
         fail("pipe");
+    }
     std::vector<std::string> command{CANNED_BOARD};
     command.insert(command.end(), options.begin(), options.end());
     const auto list = pointers(command);
     child = ::fork();
-    if (child < 0)
+    if (child < 0) {
         fail("fork");
+    }
     if (child == 0) {
         ::dup2(pipe[1], STDOUT_FILENO);
         ::execv(CANNED_BOARD, list.data());
@@ -135,8 +142,9 @@ CannedBoard::~CannedBoard() {
 }
 
 void CannedBoard::end() {
-    if (child < 0)
+    if (child < 0) {
         return;
+    }
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
     child = -1;
@@ -152,8 +160,9 @@ std::string CannedBoard::readLine() {
         }
         char buffer[65536];
         const ssize_t got = readable(output) ? ::read(output, buffer, sizeof buffer) : 0;
-        if (got <= 0)
+        if (got <= 0) {
             throw std::runtime_error("the canned board does not start");
+        }
         buffered.append(buffer, static_cast<std::size_t>(got));
     }
 }
@@ -161,8 +170,9 @@ std::string CannedBoard::readLine() {
 std::vector<std::string> CannedBoard::requests() {
     // A request is told before it is answered, so all that were answered can be read by now.
     std::vector<std::string> lines;
-    while (buffered.find('\n') != std::string::npos || readable(output, 0))
+    while (buffered.find('\n') != std::string::npos || readable(output, 0)) {
         lines.push_back(readLine());
+    }
     return lines;
 }
 
@@ -194,17 +204,20 @@ Outcome CannedBoard::run(const std::vector<std::string>& command, Protocol proto
 Outcome CannedBoard::runInside(const std::string& line) const {
     int out[2];
     int err[2];
-    if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0)
+    if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0) {
         fail("pipe");
+    }
     std::vector<std::string> command = words(line);
     command.insert(command.begin(), MNGCTL);
     const auto list = pointers(command);
     const pid_t process = ::fork();
-    if (process < 0)
+    if (process < 0) {
         fail("fork");
+    }
     if (process == 0) {
-        if (::geteuid() != 0)
+        if (::geteuid() != 0) {
             enter(child, "user");
+        }
         enter(child, "net");
         ::dup2(out[1], STDOUT_FILENO);
         ::dup2(err[1], STDERR_FILENO);
@@ -220,16 +233,18 @@ Outcome CannedBoard::runInside(const std::string& line) const {
     ::close(err[0]);
     int status = 0;
     ::waitpid(process, &status, 0);
-    if (!WIFEXITED(status))
+    if (!WIFEXITED(status)) {
         throw std::runtime_error("mngctl was ended by a signal");
+    }
     outcome.exit = static_cast<Exit>(WEXITSTATUS(status));
     return outcome;
 }
 
 TemporaryDirectory::TemporaryDirectory() {
     std::string name = (std::filesystem::temp_directory_path() / "mngctl.XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
+    if (::mkdtemp(name.data()) == nullptr) {
         fail("mkdtemp");
+    }
     directory = name;
 }
 

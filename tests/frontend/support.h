@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/types.h>
+
 #include <initializer_list>
 #include <string>
 #include <vector>

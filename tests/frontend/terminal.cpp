@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <stdexcept>
@@ -17,18 +18,21 @@ Terminal::Terminal(const std::vector<std::string>& words,
     command.insert(command.end(), words.begin(), words.end());
     std::vector<char*> pointers;
     pointers.reserve(command.size() + 1);
-    for (std::string& word : command)
+    for (std::string& word : command) {
         pointers.push_back(word.data());
+    }
     pointers.push_back(nullptr);
     winsize size{};
     size.ws_row = 24;
     size.ws_col = 100;
     child = ::forkpty(&master, nullptr, nullptr, &size);
-    if (child < 0)
+    if (child < 0) {
         throw std::runtime_error("no terminal");
+    }
     if (child == 0) {
-        for (const auto& [name, value] : variables)
+        for (const auto& [name, value] : variables) {
             ::setenv(name.c_str(), value.c_str(), 1);
+        }
         ::execv(MNGCTL, pointers.data());
         ::_exit(127);
     }
@@ -45,21 +49,24 @@ Terminal::~Terminal() {
 void Terminal::type(const std::string& keys) {
     for (std::size_t done = 0; done < keys.size();) {
         const ssize_t written = ::write(master, keys.data() + done, keys.size() - done);
-        if (written <= 0)
+        if (written <= 0) {
             throw std::runtime_error("the terminal takes no keys");
+        }
         done += static_cast<std::size_t>(written);
     }
 }
 
 Terminal::Read Terminal::readMore() {
     pollfd wait{master, POLLIN, 0};
-    if (::poll(&wait, 1, 20'000) <= 0)
+    if (::poll(&wait, 1, 20'000) <= 0) {
         return Read::Nothing;
+    }
     char buffer[4096];
     // At the end of the other side this is an error (EIO).
     const ssize_t got = ::read(master, buffer, sizeof buffer);
-    if (got <= 0)
+    if (got <= 0) {
         return Read::End;
+    }
     seen.append(buffer, static_cast<std::size_t>(got));
     return Read::More;
 }
@@ -72,17 +79,20 @@ std::string Terminal::waitFor(const std::string& text) {
             seen.erase(0, part.size());
             return part;
         }
-        if (readMore() != Read::More)
+        if (readMore() != Read::More) {
             throw std::runtime_error("'" + text + "' does not appear; there is: " + seen);
+        }
     }
 }
 
 int Terminal::exitCode() {
     Read last = Read::More;
-    while (last == Read::More)
+    while (last == Read::More) {
         last = readMore();
-    if (last == Read::Nothing)
+    }
+    if (last == Read::Nothing) {
         throw std::runtime_error("mngctl does not end; there is: " + seen);
+    }
     int status = 0;
     ::waitpid(child, &status, 0);
     child = -1;

@@ -77,11 +77,12 @@ TEST(TimeZone, IsLookedUpInTheZoneDatabase) {
               failed(Exit::Usage, "there is no zone 'Nowhere' in " + directory.path() +
                                       ": give its rule after the name, such as "
                                       "CET-1CEST,M3.5.0,M10.5.0/3"));
-    for (const std::string name : {"Old", "Empty"})
+    for (const std::string name : {"Old", "Empty"}) {
         EXPECT_EQ(board.run("time zone set " + name),
                   failed(Exit::Usage, directory.path() + "/" + name +
                                           " has no rule for the time to come: give one after the "
                                           "name"));
+    }
 }
 
 TEST(TimeZone, HasANameThatTheBoardCanKeep) {
@@ -90,17 +91,19 @@ TEST(TimeZone, HasANameThatTheBoardCanKeep) {
         return board.run({"time", "zone", "set", "-q", name, "UTC0"});
     };
     EXPECT_EQ(outcome(std::string(99, 'z')), done(""));
-    for (const std::size_t size : {150U, 199U})
+    for (const std::size_t size : {150U, 199U}) {
         EXPECT_EQ(outcome(std::string(size, 'z')),
                   (Outcome{Exit::Done, "",
                            "mngctl: the board keeps all " + std::to_string(size) +
                                " characters of this name but shows the first 99 only\n"}));
+    }
     board.requests();
     EXPECT_EQ(outcome(std::string(300, 'z')),
               failed(Exit::Usage, "the name of a time zone has at most 199 characters, not 300"));
     EXPECT_EQ(outcome(""), failed(Exit::Usage, "the name of the time zone is empty"));
-    for (const std::string name : {"/etc/passwd", "../passwd", "a b", "Z\xC3\xBCrich"})
+    for (const std::string name : {"/etc/passwd", "../passwd", "a b", "Z\xC3\xBCrich"}) {
         EXPECT_EQ(outcome(name).exit, Exit::Usage) << name;
+    }
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 

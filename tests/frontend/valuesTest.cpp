@@ -1,5 +1,4 @@
 #include "mngctl/wire/values.h"
-
 #include "support.h"
 
 namespace mngctl::test {
@@ -19,16 +18,19 @@ std::string refusal(const Action& action) {
 }
 
 TEST(Flag, IsOnOrOffInManyWords) {
-    for (const char* const yes : {"on", "true", "yes", "1"})
+    for (const char* const yes : {"on", "true", "yes", "1"}) {
         EXPECT_TRUE(parseFlag(yes)) << yes;
-    for (const char* const no : {"off", "false", "no", "0"})
+    }
+    for (const char* const no : {"off", "false", "no", "0"}) {
         EXPECT_FALSE(parseFlag(no)) << no;
+    }
 }
 
 TEST(Flag, RefusesAnythingElse) {
-    for (const char* const wrong : {"", "On", "2", "onn", "of"})
+    for (const char* const wrong : {"", "On", "2", "onn", "of"}) {
         EXPECT_EQ(refusal([&] { parseFlag(wrong); }),
                   std::string("expected on or off, not '") + wrong + "'");
+    }
 }
 
 TEST(Number, HasTheRangeOfItsType) {
@@ -43,13 +45,15 @@ TEST(Number, HasTheRangeOfItsType) {
 
 TEST(Number, RefusesWhatDoesNotFitOrIsNone) {
     for (const char* const wrong : {"2147483648", "-2147483649", "99999999999999999999", "", "-",
-                                    "0x", "1.0", "12a", " 1", "1 ", "--1", "+1", "1e3"})
+                                    "0x", "1.0", "12a", " 1", "1 ", "--1", "+1", "1e3"}) {
         EXPECT_EQ(refusal([&] { parseInt(wrong); }),
                   std::string("expected a whole number from -2147483648 to 2147483647, not '") +
                       wrong + "'");
-    for (const char* const wrong : {"4294967296", "-1", "x"})
+    }
+    for (const char* const wrong : {"4294967296", "-1", "x"}) {
         EXPECT_EQ(refusal([&] { parseUnsigned(wrong); }),
                   std::string("expected a whole number from 0 to 4294967295, not '") + wrong + "'");
+    }
 }
 
 TEST(Ipv4, IsInHostByteOrder) {
@@ -64,11 +68,12 @@ TEST(Ipv4, IsInHostByteOrder) {
 TEST(Ipv4, RefusesHalfAndBadAddresses) {
     for (const char* const wrong :
          {"192.0.2.300", "1.2.3", "1.2.3.4.5", "192.0.2.1 ", "192.0.2.1x", " 192.0.2.1",
-          "192.0.2.01", "192.0.2.1/24", "", "1", "0x7f.1", "a.b.c.d", "192.0.2.-1", "192..2.1"})
+          "192.0.2.01", "192.0.2.1/24", "", "1", "0x7f.1", "a.b.c.d", "192.0.2.-1", "192..2.1"}) {
         EXPECT_EQ(refusal([&] { parseIpv4(wrong); }),
                   std::string("expected an IPv4 address, four numbers from 0 to 255 with dots "
                               "between such as 192.0.2.1, not '") +
                       wrong + "'");
+    }
 }
 
 TEST(Ipv4, RefusesAHiddenEnd) {
@@ -97,9 +102,10 @@ TEST(Ipv6, RefusesZonesPrefixesAndTrailingText) {
               "'fe80::1%eth0' names a zone, which the board cannot store: leave out the % and what "
               "follows it");
     for (const char* const wrong : {"2001:db8::1/64", "2001:db8::1 ", "2001:db8::12345", "1::2::3",
-                                    "[2001:db8::1]", "2001:db8", "", "g::1"})
+                                    "[2001:db8::1]", "2001:db8", "", "g::1"}) {
         EXPECT_EQ(refusal([&] { parseIpv6(wrong); }),
                   std::string("expected an IPv6 address such as 2001:db8::1, not '") + wrong + "'");
+    }
 }
 
 TEST(Mac, HasColonsOrHyphens) {
@@ -108,10 +114,11 @@ TEST(Mac, HasColonsOrHyphens) {
     EXPECT_EQ(formatMac(parseMac("02-00-5E-10-00-0a")), "02:00:5e:10:00:0a");
     for (const char* const wrong :
          {"", "02:00:5e:10:00", "02:00:5e:10:00:1", "02:00:5e:10:00:0g", "02:00-5e:10:00:01",
-          "02005e100001", "02:00:5e:10:00:01:02", "02x00x5ex10x00x01"})
+          "02005e100001", "02:00:5e:10:00:01:02", "02x00x5ex10x00x01"}) {
         EXPECT_EQ(
             refusal([&] { parseMac(wrong); }),
             std::string("expected a MAC address such as 02:00:5e:10:00:01, not '") + wrong + "'");
+    }
 }
 
 TEST(ChoiceByName, TakesNamesAndNumbers) {

@@ -1,5 +1,4 @@
 #include "mngctl/commands/wayIn.h"
-
 #include "support.h"
 
 namespace mngctl::test {
@@ -18,8 +17,9 @@ TEST(WayIn, IsReadFromTheTwoEndsOfTheConnection) {
 TEST(WayIn, IsNoneOfIpv4Otherwise) {
     for (const char* const text :
          {"", "198.51.100.7", "198.51.100.7 50022 192.0.2.10", "2001:db8::7 50022 2001:db8::1 22",
-          "client 50022 192.0.2.10 22", "198.51.100.7 50022 server 22"})
+          "client 50022 192.0.2.10 22", "198.51.100.7 50022 server 22"}) {
         EXPECT_FALSE(parseWayIn(text)) << text;
+    }
 }
 
 TEST(WayIn, ComesFromTheEnvironment) {

@@ -1,5 +1,4 @@
 #include "mngctl/prompt/words.h"
-
 #include "support.h"
 
 namespace mngctl::test {

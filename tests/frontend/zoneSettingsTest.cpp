@@ -76,8 +76,9 @@ TEST(ZoneRule, IsTheSameAfterBeingReadAndWritten) {
     for (const std::string rule :
          {"UTC0", "<+01>-1<+02>,M3.5.0,M10.5.0/3", "<-0330>3:30<-0230>,M3.2.0,M11.1.0",
           "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", "<+01>-1<+00>0,M10.5.0,M3.5.0/1",
-          "EST5<-04>,M3.2.0/0:30,M11.1.6/23:59", "<+0030>-0:30"})
+          "EST5<-04>,M3.2.0/0:30,M11.1.6/23:59", "<+0030>-0:30"}) {
         EXPECT_EQ(formatRule(parseRule(rule)), rule);
+    }
 }
 
 /// The C library's opinion is the witness.

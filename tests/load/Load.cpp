@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <sys/wait.h>

@@ -250,9 +250,7 @@ TEST_F(ComponentsDeathTest, WithoutRequirementsThereIsNoApplication) {
                         sequence(ran(listActive), ran(providesActive),
                                  opened(requirementsOfActive) + " -> errno 12"));
     expectNoApplication(
-        [&] {
-            output(requirementsOfActive) = {"", 256};
-        },
+        [&] { output(requirementsOfActive) = {"", 256}; },
         sequence(ran(listActive), ran(providesActive), ran(requirementsOfActive, 256)));
 }
 
@@ -290,11 +288,8 @@ TEST_F(ComponentsDeathTest, WithoutRequirementsThereIsNoPlatform) {
     expectPlatform([&] { platform.fail("popen " + requirementsOfPlatform, 12, 1); },
                    sequence(ran(providesPlatform), opened(requirementsOfPlatform) + " -> errno 12"),
                    {});
-    expectPlatform(
-        [&] {
-            output(requirementsOfPlatform) = {"kept = 1\n", 256};
-        },
-        sequence(ran(providesPlatform), ran(requirementsOfPlatform, 256)), {"kept = 1"});
+    expectPlatform([&] { output(requirementsOfPlatform) = {"kept = 1\n", 256}; },
+                   sequence(ran(providesPlatform), ran(requirementsOfPlatform, 256)), {"kept = 1"});
 }
 
 TEST_F(ComponentsDeathTest, PlatformsCommandHasNoBound) {

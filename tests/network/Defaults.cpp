@@ -134,7 +134,7 @@ TEST_F(Defaults, TimeZoneThatCannotBeWrittenIsReported) {
 /// A group of settings, and the names of its calls.
 struct Group {
     std::string name;
-    Entries Groups::*entries;
+    Entries Groups::* entries;
 };
 
 class DefaultsGroup : public Defaults, public testing::WithParamInterface<Group> {};

@@ -8,7 +8,6 @@
 #include "support/CapturedOutput.h"
 
 #include <boost/function/function_base.hpp>
-
 #include <unistd.h>
 
 #include <array>

@@ -30,20 +30,23 @@ unsigned parsePosition(const std::string& text, const std::string& place) {
     } catch (const UsageError&) {
         position = 0;
     }
-    if (position < 1 || position > accessRulesMaximum)
+    if (position < 1 || position > accessRulesMaximum) {
         throw UsageError(fmt::format("{}expected a position from 1 to {}, not '{}'", place,
                                      accessRulesMaximum, printable(text)));
+    }
     return position;
 }
 
 /// The list restricts those who come in over the management interface.
 void askBefore(Session& session, bool yes, const AccessList& after) {
     const auto way = wayIn();
-    if (!way || yes)
+    if (!way || yes) {
         return;
+    }
     const AccessAnswer answer = evaluate(after, way->client);
-    if (answer.admitted || way->server != readNetworkInfo(session).ipAddress)
+    if (answer.admitted || way->server != readNetworkInfo(session).ipAddress) {
         return;
+    }
     askBeforeCuttingOff(session, yes, *way,
                         "with this change it is " + describeAnswer(after, answer));
 }
@@ -65,24 +68,28 @@ struct NewRule {
 Ipv4Network parseRuleNetwork(Session& session, const std::string& text) {
     const Ipv4Network given = parseNetwork(text);
     const Ipv4Network network = given.withoutHostBits();
-    if (network == Ipv4Network{0, maskOfLength(prefixLengthMaximum)})
+    if (network == Ipv4Network{0, maskOfLength(prefixLengthMaximum)}) {
         throw UsageError("0.0.0.0/32 is nobody's address: 0.0.0.0/0 stands for everybody");
-    if (given != network)
+    }
+    if (given != network) {
         session.streams.err << fmt::format("mngctl: {} has host bits; the rule is for {}\n",
                                            formatNetwork(given), formatNetwork(network));
+    }
     return network;
 }
 
 void checkRoom(const AccessList& list, unsigned position) {
     const std::size_t count = list.rules.size();
-    if (count >= accessRulesMaximum)
+    if (count >= accessRulesMaximum) {
         throw Refused(fmt::format(
             "the list is full: it has {}, and the board keeps no more; remove one first",
             countOf(count)));
+    }
     // The board would put the rule at the end.
-    if (position > count + 1)
+    if (position > count + 1) {
         throw UsageError(fmt::format("--at {}: the list has {}, so the last place is {}", position,
                                      countOf(count), count + 1));
+    }
 }
 
 void add(Session& session, const NewRule& wanted) {
@@ -124,9 +131,10 @@ void remove(Session& session, bool yes, const std::string& text) {
     AccessList list = readAccessList(session);
     const std::size_t count = list.rules.size();
     // The board would take what lies behind the list for a rule.
-    if (position > count)
+    if (position > count) {
         throw UsageError(fmt::format("there is no rule {}: the list {}", position,
                                      count == 0 ? "is empty" : "has " + countOf(count)));
+    }
     const AccessRule removed = list.rules[position - 1];
     list.rules.erase(list.rules.begin() + (position - 1));
     askBefore(session, yes, list);

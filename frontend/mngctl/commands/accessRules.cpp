@@ -4,6 +4,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <span>
 
@@ -41,16 +42,18 @@ AccessList readAccessList(Session& session) {
         int outcome = 0;
         std::memcpy(&outcome, &answer.result, sizeof outcome);
         // There is no other sign of the end.
-        if (outcome != rpcNetworkDone)
+        if (outcome != rpcNetworkDone) {
             break;
+        }
         list.rules.push_back({{answer.rule.ipAddress, answer.rule.netmask}, answer.rule.flag != 0});
     }
     return list;
 }
 
 void readHits(Session& session, AccessList& list) {
-    if (list.rules.empty())
+    if (list.rules.empty()) {
         return;
+    }
     Decoded<bllRuleCounters> answer(xdr_bllRuleCounters);
     try {
         session.client.call(controlProgram, bll_control_rule_counters_1, *answer);
@@ -59,17 +62,20 @@ void readHits(Session& session, AccessList& list) {
     }
     const std::span<const bllRuleCounter> counters(answer->rules.rules_val,
                                                    answer->rules.rules_len);
-    if (answer->status != 0 || !belongTo(list.rules, counters))
+    if (answer->status != 0 || !belongTo(list.rules, counters)) {
         return;
-    for (std::size_t i = 0; i < list.rules.size(); ++i)
+    }
+    for (std::size_t i = 0; i < list.rules.size(); ++i) {
         list.rules[i].hits = hitsOf(counters[i]);
+    }
     list.otherwise = hitsOf(counters.back());
 }
 
 AccessAnswer evaluate(const AccessList& list, unsigned address) {
     for (std::size_t i = 0; i < list.rules.size(); ++i) {
-        if (list.rules[i].network.contains(address))
+        if (list.rules[i].network.contains(address)) {
             return {list.rules[i].permit, static_cast<unsigned>(i + 1)};
+        }
     }
     return {list.rules.empty(), 0};
 }
@@ -82,15 +88,17 @@ std::string describeRule(const AccessRule& rule) {
 
 std::string describeAnswer(const AccessList& list, const AccessAnswer& answer) {
     const std::string word = answer.admitted ? "admitted" : "denied";
-    if (answer.position != 0)
+    if (answer.position != 0) {
         return fmt::format("{} by rule {} ({})", word, answer.position,
                            describeRule(list.rules[answer.position - 1]));
+    }
     return word + (answer.admitted ? ", as there is no rule" : ", as no rule matches");
 }
 
 std::string tableOf(const AccessList& list) {
-    if (list.rules.empty())
+    if (list.rules.empty()) {
         return "no rule: everybody is admitted\n";
+    }
     std::string text = fmt::format("{:>3}  {:<6}  ", "No.", "Answer");
     text += list.otherwise ? fmt::format("{:<18}  {:>12}  {:>15}\n", "Network", "Packets", "Bytes")
                            : "Network\n";

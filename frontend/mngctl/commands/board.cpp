@@ -39,16 +39,18 @@ std::string clearConfigLine(const Json& status) {
 std::string featureLines(const Json& status, const std::string& name) {
     std::string lines;
     for (const Json& feature : status["features"]) {
-        if (name.empty() || feature["name"] == name)
+        if (name.empty() || feature["name"] == name) {
             lines += fmt::format("feature {}: {}\n", shown(feature["name"]), onOff(feature["on"]));
+        }
     }
     return lines;
 }
 
 std::string entityLines(const Json& status) {
     std::string lines;
-    for (const Json& entity : status["entities"])
+    for (const Json& entity : status["entities"]) {
         lines += fmt::format("entity {}: {}\n", shown(entity["name"]), shown(entity["state"]));
+    }
     return lines;
 }
 
@@ -86,9 +88,10 @@ void addShelf(Command& noun) {
     const Argument& id = command.addArgument("ID", "The new identity");
     command.setAction([&](Session& session) {
         std::string text = id.one();
-        if (text.size() > loneTextMaximum)
+        if (text.size() > loneTextMaximum) {
             throw UsageError(fmt::format("the identity has at most {} bytes, this one has {}",
                                          loneTextMaximum, text.size()));
+        }
         char* argument = text.data();
         ask(session, "change the shelf's identity", bll_set_shelf_id_1, argument);
         showAfterChange(session, shelfLine);
@@ -125,8 +128,9 @@ void addClearConfig(Command& noun) {
     const Argument& step = command.addArgument("STEP", "start or finish", {"start", "finish"});
     command.setAction([&](Session& session) {
         const std::string text = step.one();
-        if (text != "start" && text != "finish")
+        if (text != "start" && text != "finish") {
             throw UsageError(fmt::format("expected start or finish, not '{}'", printable(text)));
+        }
         bool_t start = text == "start" ? TRUE : FALSE;
         ask(session, fmt::format("{} the clear-configuration", text), bll_set_clear_config_1,
             start);
@@ -143,8 +147,9 @@ void printReply(Session& session, const std::string& reply, const std::string& o
         lines += printable(std::string_view(reply).substr(begin, end - begin)) + "\n";
         begin = end + 1;
     }
-    if (lines.empty() && !otherwise.empty())
+    if (lines.empty() && !otherwise.empty()) {
         lines = otherwise + "\n";
+    }
     session.print(Json{{"reply", validUtf8(reply)}}, lines);
 }
 

@@ -3,6 +3,7 @@
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
+
 #include <cstring>
 
 namespace mngctl {
@@ -35,12 +36,14 @@ void carryOut(std::span<const Change> changes) {
             const rpcNetworkResult result = change.make();
             int outcome = 0;
             std::memcpy(&outcome, &result, sizeof outcome);
-            if (outcome != rpcNetworkDone)
+            if (outcome != rpcNetworkDone) {
                 throw Refused(fmt::format("the board refused to {}: {}", change.what,
                                           describeOutcome(outcome)));
+            }
         } catch (const Failure& failure) {
-            if (before.empty())
+            if (before.empty()) {
                 throw;
+            }
             throw Failure(failure.exit(),
                           fmt::format("{}; done before that: {}", failure.what(), before));
         }
@@ -77,8 +80,9 @@ void carryOutOrExplain(const Change& change, const std::function<std::string()>&
 }
 
 void readBack(Session& session, const std::function<void()>& show) {
-    if (session.settings.quiet)
+    if (session.settings.quiet) {
         return;
+    }
     try {
         show();
     } catch (const Failure& failure) {

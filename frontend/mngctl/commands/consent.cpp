@@ -13,15 +13,17 @@ std::shared_ptr<bool> addYesFlag(Command& command) {
 void obtainConsent(Session& session, const std::string& question,
                    const std::string& withoutTerminal) {
     Streams& streams = session.streams;
-    if (!streams.terminal)
+    if (!streams.terminal) {
         throw UsageError(withoutTerminal);
+    }
     streams.out << question << " [y/N] " << std::flush;
     std::string answer;
     std::getline(streams.in, answer);
     // The end of the input is no answer, and not the end of the prompt.
     streams.in.clear();
-    if (answer != "y" && answer != "Y" && answer != "yes")
+    if (answer != "y" && answer != "Y" && answer != "yes") {
         throw UsageError("nothing was changed");
+    }
 }
 
 }  // namespace mngctl

@@ -10,10 +10,11 @@ namespace mngctl {
 /// The reply's text. Throws Refused, with the board's reason, if it says no to `what`.
 inline std::string accepted(const controlReply& reply, std::string_view what) {
     std::string text = reply.reply == nullptr ? "" : reply.reply;
-    if (reply.result != 0)
+    if (reply.result != 0) {
         throw Refused(fmt::format(
             "the board refused to {}{}", what,
             text.empty() ? fmt::format(": result {}", reply.result) : ": " + printable(text)));
+    }
     return text;
 }
 

@@ -38,9 +38,10 @@ std::string sentLine(std::string_view what, const Json& sent) {
 void showIdentification(Session& session) {
     Decoded<controlDhcp> answer(xdr_controlDhcp);
     session.client.call(controlProgram, bll_control_dhcp_1, *answer);
-    if (answer->result != 0)
+    if (answer->result != 0) {
         throw Refused(fmt::format("the board refused to tell what its DHCP client sends: {}",
                                   answer->reply == nullptr ? "" : printable(answer->reply)));
+    }
     const Json json{{"vendorClass", sentText(answer->vendorClassOn, answer->vendorClass)},
                     {"circuitId", sentText(answer->option82On, answer->circuitId)}};
     session.print(json, sentLine("vendor class", json["vendorClass"]) +
@@ -62,11 +63,12 @@ void switchClient(Session& session, bool yes, bool on) {
     const std::string state = on ? "on" : "off";
     if (const auto way = wayIn(); way && !yes) {
         const rpcNetworkInfo info = readNetworkInfo(session);
-        if (way->server == info.ipAddress && on != (info.dhcpEnabled != 0))
+        if (way->server == info.ipAddress && on != (info.dhcpEnabled != 0)) {
             askBeforeCuttingOff(
                 session, yes, *way,
                 fmt::format("it came in over {}, which the board can lose when DHCP is switched {}",
                             formatIpv4(way->server), state));
+        }
     }
     carryOutAndShow(session, {"switch DHCP " + state,
                               request(session, rpc_network_set_protocol_1, on ? TRUE : FALSE)});

@@ -5,6 +5,7 @@
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <memory>
 
@@ -48,8 +49,9 @@ Json readIpv6(Session& session) {
 std::string serversLine(std::string_view family, const Json& servers) {
     std::string line;
     for (const char* const place : {"primary", "secondary"}) {
-        if (!servers[place].is_null())
+        if (!servers[place].is_null()) {
             line += " " + printable(servers[place].get_ref<const std::string&>());
+        }
     }
     return fmt::format("{} servers:{} ({})\n", family, line.empty() ? " none" : line,
                        servers["source"].get<std::string>());
@@ -77,12 +79,15 @@ void show(Session& session, Families families) {
 
 unsigned parseIpv4Server(std::string_view text) {
     const unsigned address = parseIpv4(text);
-    if (address == INADDR_ANY)
+    if (address == INADDR_ANY) {
         notAServer(text, "the unspecified address");
-    if (address == INADDR_BROADCAST)
+    }
+    if (address == INADDR_BROADCAST) {
         notAServer(text, "the broadcast address");
-    if (IN_MULTICAST(address))
+    }
+    if (IN_MULTICAST(address)) {
         notAServer(text, "a multicast address");
+    }
     return address;
 }
 
@@ -90,37 +95,43 @@ std::string parseIpv6Server(std::string_view text) {
     std::string canonical = parseIpv6(text);
     in6_addr address{};
     ::inet_pton(AF_INET6, canonical.c_str(), &address);
-    if (std::ranges::all_of(address.s6_addr, [](auto octet) { return octet == 0; }))
+    if (std::ranges::all_of(address.s6_addr, [](auto octet) { return octet == 0; })) {
         notAServer(text, "the unspecified address");
-    if (address.s6_addr[0] == 0xFF)
+    }
+    if (address.s6_addr[0] == 0xFF) {
         notAServer(text, "a multicast address");
+    }
     return canonical;
 }
 
 template <class Address>
 void addServer(Session& session, std::vector<Address>& servers, Address address,
                std::string_view text) {
-    if (std::ranges::find(servers, address) == servers.end())
+    if (std::ranges::find(servers, address) == servers.end()) {
         servers.push_back(std::move(address));
-    else
+    } else {
         session.streams.err << fmt::format("mngctl: {} is given twice; it is set once\n", text);
+    }
 }
 
 Servers parseServers(Session& session, const std::vector<std::string>& words) {
     Servers servers;
     for (const std::string& word : words) {
-        if (word.find(':') == std::string::npos)
+        if (word.find(':') == std::string::npos) {
             addServer(session, servers.ipv4, parseIpv4Server(word), word);
-        else
+        } else {
             addServer(session, servers.ipv6, parseIpv6Server(word), word);
+        }
     }
-    if (words.empty())
+    if (words.empty()) {
         throw UsageError("expected one or two addresses of name servers");
-    if (servers.ipv4.size() > serversPerFamily || servers.ipv6.size() > serversPerFamily)
+    }
+    if (servers.ipv4.size() > serversPerFamily || servers.ipv6.size() > serversPerFamily) {
         throw UsageError(fmt::format("the board keeps {} {} servers, {} are given",
                                      serversPerFamily,
                                      servers.ipv4.size() > serversPerFamily ? "IPv4" : "IPv6",
                                      std::max(servers.ipv4.size(), servers.ipv6.size())));
+    }
     return servers;
 }
 
@@ -145,22 +156,26 @@ rpcNetworkResult setIpv6(Session& session, std::vector<std::string> servers) {
 void set(Session& session, const std::vector<std::string>& words) {
     const Servers servers = parseServers(session, words);
     std::vector<Change> changes;
-    if (!servers.ipv4.empty())
+    if (!servers.ipv4.empty()) {
         changes.push_back({"set the IPv4 servers", [&] { return setIpv4(session, servers.ipv4); }});
-    if (!servers.ipv6.empty())
+    }
+    if (!servers.ipv6.empty()) {
         changes.push_back({"set the IPv6 servers", [&] { return setIpv6(session, servers.ipv6); }});
+    }
     carryOut(changes);
     readBack(session, [&] { show(session, {!servers.ipv4.empty(), !servers.ipv6.empty()}); });
 }
 
 void clear(Session& session, Families families) {
     std::vector<Change> changes;
-    if (families.ipv4)
+    if (families.ipv4) {
         changes.push_back(
             {"clear the IPv4 servers", request(session, rpc_network_delete_dns_servers_1)});
-    if (families.ipv6)
+    }
+    if (families.ipv6) {
         changes.push_back(
             {"clear the IPv6 servers", request(session, rpc_network_delete_ipv6dns_servers_1)});
+    }
     carryOut(changes);
     readBack(session, [&] { show(session, families); });
 }
@@ -192,9 +207,8 @@ void addDns(CommandTree& tree) {
                                  {"dns show", "dns set 192.0.2.1 192.0.2.2", "dns clear --ipv6"});
 
     noun.addCommand("show", "Show the name servers and where they come from",
-                    {"dns show", "dns show --json"}, [](Session& session) {
-                        show(session, {true, true});
-                    });
+                    {"dns show", "dns show --json"},
+                    [](Session& session) { show(session, {true, true}); });
 
     Command& setCommand = noun.addCommand(
         "set", "Set one or two name servers of a family; the other family is left as it is",

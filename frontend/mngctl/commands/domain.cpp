@@ -48,22 +48,25 @@ void show(Session& session, Families families) {
 void change(Session& session, Families families, std::string name) {
     const std::string verb = name.empty() ? "clear" : "set";
     std::vector<Change> changes;
-    if (families.ipv4)
+    if (families.ipv4) {
         changes.push_back({verb + " the IPv4 domain",
                            request(session, rpc_network_set_domainname_1, name.data())});
-    if (families.ipv6)
+    }
+    if (families.ipv6) {
         changes.push_back({verb + " the IPv6 domain",
                            request(session, rpc_network_set_ipv6domainname_1, name.data())});
+    }
     carryOut(changes);
     readBack(session, [&] { show(session, families); });
 }
 
 void set(Session& session, Families families, const std::string& name) {
     checkDomainName(name);
-    if (name.size() > shownMaximum)
+    if (name.size() > shownMaximum) {
         session.streams.err << fmt::format(
             "mngctl: the board keeps all {} characters of this name but shows the first {} only\n",
             name.size(), shownMaximum);
+    }
     change(session, families, name);
 }
 
@@ -74,9 +77,8 @@ void addDomain(CommandTree& tree) {
                                  {"domain show", "domain set access.example.net", "domain clear"});
 
     noun.addCommand("show", "Show the domain names and where they come from",
-                    {"domain show", "domain show --json"}, [](Session& session) {
-                        show(session, {true, true});
-                    });
+                    {"domain show", "domain show --json"},
+                    [](Session& session) { show(session, {true, true}); });
 
     Command& setCommand =
         noun.addCommand("set",

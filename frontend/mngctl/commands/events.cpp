@@ -32,8 +32,9 @@ std::string jsonLine(const Event& event) {
 std::string textLine(const Event& event) {
     const Notification told = readNotification(event.text);
     const std::string time = told.time ? printable(*told.time) + "  " : "";
-    if (!told.restartCause)
+    if (!told.restartCause) {
         return time + printable(event.text) + "\n";
+    }
     const std::string cause =
         told.restartCause->empty() ? "no cause recorded" : printable(*told.restartCause);
     return fmt::format("{}restarted: {}{}\n", time, cause,
@@ -45,9 +46,10 @@ void follow(Session& session, const Options& options) {
     std::size_t count = 0;
     const ChannelObserver observer{
         [&] {
-            if (session.streams.terminal && !settings.json && !settings.quiet)
+            if (session.streams.terminal && !settings.json && !settings.quiet) {
                 session.streams.err << "mngctl: following the board's events; Ctrl-C ends it\n"
                                     << std::flush;
+            }
         },
         [&](const Event& event) {
             session.streams.out << (settings.json ? jsonLine(event) : textLine(event));

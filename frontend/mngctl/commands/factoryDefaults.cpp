@@ -11,10 +11,11 @@ void addFactoryDefaults(CommandTree& tree) {
                         {"factory-defaults", "factory-defaults --yes"});
     const auto yes = addYesFlag(command);
     command.setAction([yes](Session& session) {
-        if (!*yes)
+        if (!*yes) {
             obtainConsent(
                 session, "Return every entity of the board to factory settings?",
                 "factory-defaults asks for consent on a terminal; give --yes where there is none");
+        }
         const std::string reply = ask(session, "return to factory settings", bll_apply_defaults_1);
         readBack(session, [&] { printReply(session, reply, "factory settings are in place"); });
     });

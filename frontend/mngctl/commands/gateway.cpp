@@ -34,19 +34,23 @@ void show(Session& session) {
 }
 
 unsigned parseGateway(const std::string& text) {
-    if (parseIpv4(text) == 0)
+    if (parseIpv4(text) == 0) {
         throw UsageError("'0.0.0.0' is no gateway: 'mngctl gateway clear' removes it");
+    }
     return parseHostAddress(text);
 }
 
 /// What the state of the board makes wrong.
 void checkGateway(const Addressing& state, unsigned gateway, const std::string& text) {
-    if (!state.hasAddress())
+    if (!state.hasAddress()) {
         return;
-    if (gateway == state.info.ipAddress)
+    }
+    if (gateway == state.info.ipAddress) {
         throw UsageError(fmt::format("'{}' is the board's own address, not a gateway", text));
-    if (state.network().contains(gateway))
+    }
+    if (state.network().contains(gateway)) {
         checkIsHostIn(state.network(), gateway, text);
+    }
 }
 
 /// The board removes the old route before it adds the new one.
@@ -61,12 +65,13 @@ void change(Session& session, bool yes, const Addressing& before, unsigned gatew
     const auto way = wayIn();
     const bool needed = way && way->server == before.info.ipAddress && before.gateway != 0 &&
                         !before.network().contains(way->client);
-    if (needed && gateway != before.gateway)
+    if (needed && gateway != before.gateway) {
         askBeforeCuttingOff(
             session, yes, *way,
             fmt::format(
                 "it is reached through the gateway {}, which {}", formatIpv4(before.gateway),
                 gateway == 0 ? "is to be removed" : formatIpv4(gateway) + " is to replace"));
+    }
     const bool outside = gateway != 0 && before.hasAddress() && !before.network().contains(gateway);
     const std::string what =
         gateway == 0 ? "remove the gateway" : "set the gateway " + formatIpv4(gateway);
@@ -109,10 +114,11 @@ void addGateway(CommandTree& tree) {
     const auto setYes = addYesFlag(setCommand);
     setCommand.setAction([&address, setYes](Session& session) {
         const std::string text = address.one();
-        if (looksLikeIpv6(text))
+        if (looksLikeIpv6(text)) {
             setIpv6Gateway(session, *setYes, parseIpv6Host(text));
-        else
+        } else {
             set(session, *setYes, text);
+        }
     });
 
     Command& clearCommand = noun.addCommand(
@@ -121,10 +127,12 @@ void addGateway(CommandTree& tree) {
     const auto clearYes = addYesFlag(clearCommand);
     const auto families = addFamilyFlags(clearCommand, "gateway");
     clearCommand.setAction([clearYes, families](Session& session) {
-        if (families->ipv4 || !families->ipv6)
+        if (families->ipv4 || !families->ipv6) {
             clear(session, *clearYes);
-        if (families->ipv6)
+        }
+        if (families->ipv6) {
             clearIpv6Gateway(session, *clearYes);
+        }
     });
 }
 

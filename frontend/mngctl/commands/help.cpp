@@ -37,8 +37,9 @@ void addAllCommands(CommandTree& tree, bool interactive) {
     addFactoryDefaults(tree);
     addRpc(tree);
     addHelp(tree);
-    if (interactive)
+    if (interactive) {
         addExit(tree);
+    }
 }
 
 }  // namespace mngctl

@@ -6,6 +6,7 @@
 #include "mngctl/commands/wayIn.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -33,8 +34,9 @@ Json describe(const Addressing& state) {
 }
 
 std::string orUnknown(const Json& value) {
-    if (value.is_null())
+    if (value.is_null()) {
         return "unknown";
+    }
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
@@ -61,9 +63,10 @@ void show(Session& session) {
 /// What a refused change of the address has left behind.
 std::string describeInForce(const Addressing& state) {
     const std::string dhcp = state.info.dhcpEnabled ? "DHCP on" : "DHCP off";
-    if (state.hasAddress())
+    if (state.hasAddress()) {
         return fmt::format("the address {}, {}, {}", formatNetwork(state.network()), dhcp,
                            describeGateway(state.gateway));
+    }
     return fmt::format(
         "no address, {}, {}: 'mngctl ip set' with an address that the board takes, or 'mngctl dhcp "
         "on', gives it one again",
@@ -72,24 +75,28 @@ std::string describeInForce(const Addressing& state) {
 
 void askBefore(Session& session, bool yes, const Addressing& before, const Ipv4Network& wanted) {
     const auto way = wayIn();
-    if (!way || way->server != before.info.ipAddress)
+    if (!way || way->server != before.info.ipAddress) {
         return;
-    if (wanted.address != way->server)
+    }
+    if (wanted.address != way->server) {
         return askBeforeCuttingOff(
             session, yes, *way,
             fmt::format("it came in over {}, which {} takes the place of",
                         formatNetwork(before.network()), formatNetwork(wanted)));
+    }
     if (reaches(before.network(), before.gateway, way->client) &&
-        !reaches(wanted, before.gateway, way->client))
+        !reaches(wanted, before.gateway, way->client)) {
         askBeforeCuttingOff(session, yes, *way,
                             fmt::format("no way leads back there from {} with {}",
                                         formatNetwork(wanted), describeGateway(before.gateway)));
+    }
 }
 
 /// The board sets the old gateway again, and says nothing if it cannot.
 void tellLostGateway(Session& session, const Addressing& before, const Addressing& after) {
-    if (before.gateway == 0 || after.gateway != 0)
+    if (before.gateway == 0 || after.gateway != 0) {
         return;
+    }
     session.streams.err << fmt::format(
         "mngctl: the gateway {} is gone{}; 'mngctl gateway set' sets another\n",
         formatIpv4(before.gateway),
@@ -142,10 +149,11 @@ void addIp(CommandTree& tree) {
     setCommand.setAction([&address, &mask, yes](Session& session) {
         const std::string text = address.one();
         const std::string length = mask.one();
-        if (looksLikeIpv6(text))
+        if (looksLikeIpv6(text)) {
             setIpv6Address(session, *yes, parseIpv6InterfaceAddress(text, length));
-        else
+        } else {
             set(session, *yes, text, length);
+        }
     });
 }
 

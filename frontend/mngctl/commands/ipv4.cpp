@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 #include <netinet/in.h>
+
 #include <algorithm>
 #include <bit>
 #include <charconv>
@@ -20,25 +21,32 @@ bool isDigits(std::string_view text) {
 std::optional<unsigned> lengthOf(std::string_view text) {
     unsigned length = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
-    if (error != std::errc{} || end != text.data() + text.size() || length > prefixLengthMaximum)
+    if (error != std::errc{} || end != text.data() + text.size() || length > prefixLengthMaximum) {
         return std::nullopt;
+    }
     return length;
 }
 
 /// Why the address cannot be that of a host, in any network; empty if it can.
 std::string_view unusableAsHost(unsigned address) {
-    if (address == INADDR_ANY)
+    if (address == INADDR_ANY) {
         return "the unspecified address";
-    if (address == INADDR_BROADCAST)
+    }
+    if (address == INADDR_BROADCAST) {
         return "the broadcast address";
-    if (address >> 24 == 0)
+    }
+    if (address >> 24 == 0) {
         return "an address of 0.0.0.0/8, which stands for no host";
-    if (address >> 24 == IN_LOOPBACKNET)
+    }
+    if (address >> 24 == IN_LOOPBACKNET) {
         return "a loopback address";
-    if (IN_MULTICAST(address))
+    }
+    if (IN_MULTICAST(address)) {
         return "a multicast address";
-    if (IN_BADCLASS(address))
+    }
+    if (IN_BADCLASS(address)) {
         return "a reserved address";
+    }
     return {};
 }
 
@@ -55,8 +63,9 @@ std::optional<unsigned> prefixLength(unsigned mask) {
 
 unsigned parseMask(std::string_view text) {
     if (isDigits(text)) {
-        if (const auto length = lengthOf(text))
+        if (const auto length = lengthOf(text)) {
             return maskOfLength(*length);
+        }
         throw UsageError(
             fmt::format("expected a prefix length from 0 to 32, not '{}'", printable(text)));
     }
@@ -68,17 +77,19 @@ unsigned parseMask(std::string_view text) {
             "expected a prefix length from 0 to 32 or a mask such as 255.255.255.0, not '{}'",
             printable(text)));
     }
-    if (!prefixLength(mask))
+    if (!prefixLength(mask)) {
         throw UsageError(fmt::format(
             "'{}' is no mask: expected ones followed by zeros, such as 255.255.255.0", text));
+    }
     return mask;
 }
 
 Ipv4Network parseNetwork(std::string_view text) {
     const std::size_t slash = text.find('/');
     const unsigned address = parseIpv4(text.substr(0, slash));
-    if (slash == std::string_view::npos)
+    if (slash == std::string_view::npos) {
         return {address, maskOfLength(prefixLengthMaximum)};
+    }
     return {address, parseMask(text.substr(slash + 1))};
 }
 
@@ -87,38 +98,43 @@ Ipv4Network parseInterfaceAddress(std::string_view address, std::string_view mas
     const bool hasPrefix = slash != std::string_view::npos;
     const std::string_view host = address.substr(0, slash);
     const unsigned value = parseHostAddress(host);
-    if (!hasPrefix && mask.empty())
+    if (!hasPrefix && mask.empty()) {
         throw UsageError(fmt::format(
             "'{}' lacks its network: expected ADDRESS/PREFIX such as {}/24, or ADDRESS MASK such "
             "as {} 255.255.255.0",
             address, address, address));
-    if (hasPrefix && !mask.empty())
+    }
+    if (hasPrefix && !mask.empty()) {
         throw UsageError(fmt::format("the network is given twice, as '{}' and as '{}'",
                                      printable(address.substr(slash)), printable(mask)));
+    }
     const std::string_view prefix = hasPrefix ? address.substr(slash + 1) : mask;
     const Ipv4Network network{value, parseMask(prefix)};
-    if (network.mask == 0)
+    if (network.mask == 0) {
         throw UsageError(fmt::format(
             "'{}' puts every address into the board's own network: expected a prefix length from "
             "1 to 32 or a mask such as 255.255.255.0",
             prefix));
+    }
     checkIsHostIn(network, value, host);
     return network;
 }
 
 unsigned parseHostAddress(std::string_view text) {
     const unsigned address = parseIpv4(text);
-    if (const auto reason = unusableAsHost(address); !reason.empty())
+    if (const auto reason = unusableAsHost(address); !reason.empty()) {
         throw UsageError(fmt::format(
             "'{}' is {}: expected the address of a host such as 192.0.2.10", text, reason));
+    }
     return address;
 }
 
 void checkIsHostIn(const Ipv4Network& network, unsigned address, std::string_view text) {
     const unsigned first = network.first();
     const unsigned last = network.last();
-    if (last - first < 2 || (address != first && address != last))
+    if (last - first < 2 || (address != first && address != last)) {
         return;
+    }
     throw UsageError(fmt::format(
         "'{}' is the {} address of {}: expected that of a host in it, {} to {}", text,
         address == first ? "network" : "broadcast", formatNetwork(network.withoutHostBits()),

@@ -42,14 +42,16 @@ void clear(Session& session, bool yes) {
 
 /// The board answers that all is well whatever has come of it: what it says afterwards counts.
 void switchClient(Session& session, bool yes, bool on) {
-    if (!on)
+    if (!on) {
         askBeforeLosing(session, yes, "which the board loses when DHCPv6 is switched off",
                         isLeased);
+    }
     const std::string what = fmt::format("switch DHCPv6 {}", on ? "on" : "off");
     const Change change{what, request(session, rpc_network_set_ipv6proto_1, on ? TRUE : FALSE)};
     carryOut(std::span(&change, 1));
-    if (readIpv6State(session).dhcp != on)
+    if (readIpv6State(session).dhcp != on) {
         throw Refused(fmt::format("the board did not {}; its log tells the cause", what));
+    }
     readBack(session, [&] { show(session); });
 }
 

@@ -7,6 +7,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <sstream>
 
@@ -27,13 +28,15 @@ bool isReachedThroughGateway(const Ipv6State& state, const WayIn6& way) {
 
 void askBeforeChangingGateway(Session& session, bool yes, const std::string& what) {
     const auto way = wayIn6();
-    if (!way || yes)
+    if (!way || yes) {
         return;
+    }
     const Ipv6State before = readIpv6State(session);
-    if (isReachedThroughGateway(before, *way))
+    if (isReachedThroughGateway(before, *way)) {
         askBeforeCuttingOff(
             session, yes, way->client,
             fmt::format("it is reached through the gateway {}, which {}", before.gateway, what));
+    }
 }
 
 void changeAndShow(Session& session, const Change& change) {
@@ -52,8 +55,9 @@ Ipv6State readIpv6State(Session& session) {
     const Json json = toJson(data);
     Ipv6State state;
     std::istringstream words(json["addresses"].get<std::string>());
-    for (std::string word; words >> word;)
+    for (std::string word; words >> word;) {
         state.addresses.push_back(word);
+    }
     state.gateway = json["gateway"].get<std::string>();
     bool_t dhcp = FALSE;
     session.client.call(networkProgram, rpc_network_get_ipv6proto_1, dhcp);
@@ -69,10 +73,12 @@ Json describe(const Ipv6State& state) {
 
 std::string lines(const Ipv6State& state, const std::string& prefix) {
     std::string text;
-    for (const std::string& address : state.addresses)
+    for (const std::string& address : state.addresses) {
         text += fmt::format("{}address: {}\n", prefix, printable(address));
-    if (state.addresses.empty())
+    }
+    if (state.addresses.empty()) {
         text += fmt::format("{}address: none\n", prefix);
+    }
     return text + fmt::format("{}gateway: {}\n{}DHCP client: {}\n", prefix,
                               state.gateway.empty() ? "none" : printable(state.gateway), prefix,
                               state.dhcp ? "on" : "off");
@@ -80,8 +86,9 @@ std::string lines(const Ipv6State& state, const std::string& prefix) {
 
 std::string describeInForce(const Ipv6State& state) {
     std::string addresses;
-    for (const std::string& address : state.addresses)
+    for (const std::string& address : state.addresses) {
         addresses += (addresses.empty() ? "" : ", ") + printable(address);
+    }
     return fmt::format(
         "{}, {}, DHCPv6 {}", addresses.empty() ? "no IPv6 address" : addresses,
         state.gateway.empty() ? "no gateway" : "the gateway " + printable(state.gateway),
@@ -90,8 +97,9 @@ std::string describeInForce(const Ipv6State& state) {
 
 std::optional<WayIn6> parseWayIn6(std::string_view connection) {
     const auto ends = connectionEnds(connection);
-    if (!ends)
+    if (!ends) {
         return std::nullopt;
+    }
     const auto& [client, server] = *ends;
     try {
         // A link-local end stands with the zone of the board's interface.
@@ -105,13 +113,15 @@ std::optional<WayIn6> parseWayIn6(std::string_view connection) {
 void askBeforeLosing(Session& session, bool yes, const std::string& reason,
                      const std::function<bool(const Ipv6Network&)>& isAtRisk) {
     const auto way = wayIn6();
-    if (!way || yes)
+    if (!way || yes) {
         return;
+    }
     for (const std::string& text : readIpv6State(session).addresses) {
         const Ipv6Network network = readIpv6Network(text);
-        if (network.length != 0 && network.address == way->server && isAtRisk(network))
+        if (network.length != 0 && network.address == way->server && isAtRisk(network)) {
             return askBeforeCuttingOff(session, yes, way->client,
                                        fmt::format("it came in over {}, {}", text, reason));
+        }
     }
 }
 

@@ -7,6 +7,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -25,8 +26,9 @@ void show(Session& session) {
 /// What is set by hand replaces what DHCP has brought.
 rpcSntpConfigHost readOwnConfig(Session& session) {
     const rpcSntpConfigWSHost read = readNtpConfig(session);
-    if (read.result != sourceDhcp)
+    if (read.result != sourceDhcp) {
         return read.config;
+    }
     rpcSntpConfigHost config{};
     config.mode = read.config.mode;
     return config;
@@ -40,28 +42,34 @@ std::string hostOf(const rpcSntpSrvHost& server) {
 
 /// An IPv4 or IPv6 address or a host name; answers what is sent.
 std::string parseServer(const std::string& text) {
-    if (text.find(':') != std::string::npos)
+    if (text.find(':') != std::string::npos) {
         return parseIpv6(text);
-    if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos)
+    }
+    if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos) {
         return formatIpv4(parseIpv4(text));
-    if (text.empty())
+    }
+    if (text.empty()) {
         throw UsageError("the server's name is empty");
+    }
     checkDomainName(text);
     return text;
 }
 
 int parseVersion(const std::string& text) {
-    if (text.empty())
+    if (text.empty()) {
         return 0;
-    if (text != "3" && text != "4")
+    }
+    if (text != "3" && text != "4") {
         throw UsageError(fmt::format("expected version 3 or 4, not '{}'", printable(text)));
+    }
     return parseInt(text);
 }
 
 bool isInForce(Session& session, const rpcSntpConfigHost& wanted) {
     const rpcSntpConfigHost now = readNtpConfig(session).config;
-    if (now.mode != wanted.mode)
+    if (now.mode != wanted.mode) {
         return false;
+    }
     return std::equal(std::begin(now.servers), std::end(now.servers), std::begin(wanted.servers),
                       [](const rpcSntpSrvHost& left, const rpcSntpSrvHost& right) {
                           return hostOf(left) == hostOf(right) && left.priority == right.priority &&
@@ -92,9 +100,10 @@ void addServer(Session& session, const std::string& text, int version, bool pref
     rpcSntpSrvHost* entry = find(config, host);
     if (entry == nullptr) {
         entry = std::find_if(std::begin(config.servers), std::end(config.servers), isEmpty);
-        if (entry == std::end(config.servers))
+        if (entry == std::end(config.servers)) {
             throw Refused(
                 fmt::format("the board keeps {} servers, which it has", std::size(config.servers)));
+        }
     }
     *entry = {};
     host.copy(&entry->host[0], sizeof entry->host - 1);
@@ -107,8 +116,9 @@ void removeServer(Session& session, const std::string& text) {
     const std::string host = parseServer(text);
     rpcSntpConfigHost config = readOwnConfig(session);
     rpcSntpSrvHost* const entry = find(config, host);
-    if (entry == nullptr)
+    if (entry == nullptr) {
         throw Refused(fmt::format("the board has no server {}", host));
+    }
     *entry = {};
     store(session, fmt::format("remove the server {}", host), config);
 }

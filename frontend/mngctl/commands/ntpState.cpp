@@ -4,6 +4,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <bit>
 #include <cstring>
 #include <iterator>
@@ -23,8 +24,9 @@ std::string textOf(const char (&field)[size]) {
 Json orNull(std::string text) { return text.empty() ? Json() : Json(std::move(text)); }
 
 std::string wordOf(int value, std::initializer_list<const char*> words) {
-    if (value < 0 || static_cast<std::size_t>(value) >= words.size())
+    if (value < 0 || static_cast<std::size_t>(value) >= words.size()) {
         return fmt::format("state {}", value);
+    }
     return *std::next(words.begin(), value);
 }
 
@@ -51,12 +53,13 @@ Json serverOf(const rpcSntpSrvHost& server, const rpcSntpSrvInfoHost* info) {
               {"version", server.ntpVersion == 0 ? Json() : Json(server.ntpVersion)},
               {"preferred", server.priority == 1},
               {"status", Json()}};
-    if (info != nullptr)
+    if (info != nullptr) {
         json["status"] = Json{{"state", serverState(info->state)},
                               {"stratum", info->stratum},
                               {"reachability", info->reachability},
                               {"offset", info->offset},
                               {"delay", info->delay}};
+    }
     return json;
 }
 
@@ -76,26 +79,31 @@ std::string serverLine(const Json& server) {
     } else {
         line += " " + printable(status["state"].get_ref<const std::string&>());
         const unsigned reach = status["reachability"].get<unsigned>() & 0xFFU;
-        if (reach != 0)
+        if (reach != 0) {
             line += fmt::format(", stratum {}, offset {:+} us, delay {} us",
                                 status["stratum"].get<int>(), status["offset"].get<int>(),
                                 status["delay"].get<int>());
+        }
         line +=
             fmt::format(", answered {} of the last {} requests", std::popcount(reach), requests);
     }
-    if (server["preferred"].get<bool>())
+    if (server["preferred"].get<bool>()) {
         line += ", preferred";
-    if (!server["version"].is_null())
+    }
+    if (!server["version"].is_null()) {
         line += fmt::format(", version {}", server["version"].get<int>());
+    }
     return line + "\n";
 }
 
 std::string statusLines(const Json& status) {
-    if (status.is_null())
+    if (status.is_null()) {
         return "state: unknown, the board cannot tell; its log has the cause\n";
+    }
     std::string text = fmt::format("state: {}\n", status["state"].get_ref<const std::string&>());
-    if (status["state"] != "synchronised")
+    if (status["state"] != "synchronised") {
         return text;
+    }
     const Json& server = status["server"];
     const Json& updated = status["lastUpdate"];
     text += fmt::format(
@@ -124,9 +132,10 @@ Json readNtp(Session& session, const rpcSntpConfigWSHost& config) {
     std::size_t place = 0;
     for (const rpcSntpSrvHost& server : config.config.servers) {
         const std::string host = textOf(server.host);
-        if (!host.empty())
+        if (!host.empty()) {
             servers.push_back(
                 serverOf(server, isKnown ? infoOf(answer.info, place, host) : nullptr));
+        }
         ++place;
     }
     return Json{{"enabled", config.config.mode != 0},
@@ -142,8 +151,9 @@ std::string describeNtp(const Json& json) {
     text += statusLines(json["status"]);
     const Json& servers = json["servers"];
     text += servers.empty() ? "servers: none\n" : "servers:\n";
-    for (const Json& server : servers)
+    for (const Json& server : servers) {
         text += serverLine(server);
+    }
     return text;
 }
 

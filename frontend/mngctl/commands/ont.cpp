@@ -18,8 +18,9 @@ rpcNetworkInfo read(Session& session) {
 
 /// A board that cannot read the interface answers with zeros, as for one that is off.
 std::string describe(const rpcNetworkInfo& info) {
-    if (info.ipAddress == 0)
+    if (info.ipAddress == 0) {
         return "off, or it cannot be read";
+    }
     return fmt::format("{} in VLAN {}", formatNetwork({info.ipAddress, info.netmask}),
                        info.mngVlanId);
 }
@@ -38,8 +39,9 @@ void show(Session& session) {
 /// The board refuses the VLAN of its own management port; anything else is the kernel's answer.
 std::string explain(Session& session, const rpcNetworkInfo& wanted) {
     std::string cause;
-    if (wanted.ipAddress != 0 && readNetworkInfo(session).mngVlanId == wanted.mngVlanId)
+    if (wanted.ipAddress != 0 && readNetworkInfo(session).mngVlanId == wanted.mngVlanId) {
         cause = fmt::format("VLAN {} is that of the management port; ", wanted.mngVlanId);
+    }
     return fmt::format("{}ONT management is {}", cause, describe(read(session)));
 }
 

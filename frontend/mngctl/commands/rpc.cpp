@@ -30,17 +30,18 @@ Json describe(const Procedure& procedure) {
 void addFieldLines(std::string& lines, const std::string& path, const Json& described) {
     for (const Json& field : described) {
         const std::string name = path + field["name"].get<std::string>();
-        if (field.contains("count"))
+        if (field.contains("count")) {
             addFieldLines(lines,
                           fmt::format("{}[0..{}].", name, field["count"].get<unsigned>() - 1),
                           field["fields"]);
-        else if (field.contains("fields"))
+        } else if (field.contains("fields")) {
             addFieldLines(lines, name + ".", field["fields"]);
-        else if (field.contains("maximum"))
+        } else if (field.contains("maximum")) {
             lines += fmt::format("    {}: text of at most {} bytes\n", name,
                                  field["maximum"].get<unsigned>());
-        else
+        } else {
             lines += fmt::format("    {}: {}\n", name, field["type"].get<std::string>());
+        }
     }
 }
 
@@ -72,20 +73,24 @@ void call(Session& session, const Procedure& procedure, const Json& argument) {
     const Json result = procedure.call(session.client, argument);
     session.print(result, result.empty() ? "answered\n" : toLines(result));
     const int outcome = refusal(procedure, result);
-    if (outcome != 0)
+    if (outcome != 0) {
         throw Refused(
             fmt::format("the board refused {}: {}", procedure.name, describeOutcome(outcome)));
+    }
 }
 
 void run(Session& session, const Options& options, const std::string& name,
          const std::vector<std::string>& words) {
-    if (name.empty() && options.list)
+    if (name.empty() && options.list) {
         return listAll(session);
-    if (name.empty())
+    }
+    if (name.empty()) {
         throw UsageError("expected the name of a procedure; 'mngctl rpc --list' shows all");
+    }
     const Procedure& procedure = findProcedure(name);
-    if (options.list)
+    if (options.list) {
         return listOne(session, procedure);
+    }
     const Json argument = argumentFromWords(procedure, words);
     if (options.dryRun) {
         const Json checked = procedure.checkArgument(argument);
@@ -106,8 +111,9 @@ void addRpc(CommandTree& tree) {
          "rpc sntp_update '{\"mode\":1,\"servers\":[{\"ipAddress\":\"192.0.2.1\"}]}'"});
     const auto options = std::make_shared<Options>();
     std::vector<std::string> names;
-    for (const Procedure& procedure : procedures())
+    for (const Procedure& procedure : procedures()) {
         names.emplace_back(procedure.name);
+    }
     const Argument& name =
         command.addOptionalArgument("NAME", "Name of the procedure", std::move(names));
     const Argument& words = command.addArguments(

@@ -33,9 +33,10 @@ bool isFtpOn(Session& session) {
     rpcNetworkResult answer{};
     session.client.call(networkProgram, rpc_network_is_ftp_enabled_1, answer);
     const int state = static_cast<int>(answer);
-    if (state != on && state != off)
+    if (state != on && state != off) {
         throw Refused(
             fmt::format("the board cannot tell whether FTP is on: {}", describeOutcome(state)));
+    }
     return state == on;
 }
 
@@ -55,8 +56,9 @@ std::string limitText(unsigned limit) {
 }
 
 std::string idleText(unsigned minutes) {
-    if (minutes == 0)
+    if (minutes == 0) {
         return "never";
+    }
     return fmt::format("{} minute{}", minutes, minutes == 1 ? "" : "s");
 }
 
@@ -85,20 +87,23 @@ void change(Session& session, const Service& service, bool on) {
 
 /// To switch telnet returns the limits to the board's own values.
 void changeTelnet(Session& session, const Service& service, bool on) {
-    if (session.settings.quiet)
+    if (session.settings.quiet) {
         return change(session, service, on);
+    }
     const rpcPtyConfig before = readLimits(session);
     change(session, service, on);
     readBack(session, [&] {
         const rpcPtyConfig after = readLimits(session);
-        if (after.maxSessions != before.maxSessions)
+        if (after.maxSessions != before.maxSessions) {
             session.streams.err << fmt::format(
                 "mngctl: switching telnet has set the limit from {} back to {}\n",
                 limitText(before.maxSessions), limitText(after.maxSessions));
-        if (after.value != before.value)
+        }
+        if (after.value != before.value) {
             session.streams.err << fmt::format(
                 "mngctl: switching telnet has set the idle timeout from {} back to {}\n",
                 idleText(before.value), idleText(after.value));
+        }
     });
 }
 
@@ -132,13 +137,15 @@ void showLimits(Session& session) {
 
 /// 0 stands for the board's own limit, as in the procedure.
 unsigned parseLimit(const std::string& text) {
-    if (text == "default")
+    if (text == "default") {
         return 0;
+    }
     const unsigned limit = parseUnsigned(text);
-    if (limit == 0)
+    if (limit == 0) {
         throw UsageError(
             "a limit of 0 would shut everybody out: 'mngctl telnet off' and 'mngctl "
             "ssh off' do that; 'default' stands for the board's own limit");
+    }
     return limit;
 }
 

@@ -3,6 +3,7 @@
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -36,20 +37,23 @@ void show(Session& session) {
 }
 
 void checkText(const SystemText& which, const std::string& text) {
-    if (text.size() > longestText)
+    if (text.size() > longestText) {
         throw UsageError(fmt::format("the {} has at most {} bytes, this one has {}", which.name,
                                      longestText, text.size()));
+    }
     const auto isControl = [](char c) {
         return (static_cast<unsigned char>(c) < ' ') || c == '\x7f';
     };
-    if (std::ranges::any_of(text, isControl))
+    if (std::ranges::any_of(text, isControl)) {
         throw UsageError(fmt::format("the {} has a control character", which.name));
+    }
 }
 
 std::string explainRefusal(Session& session, const SystemText& which, const std::string& text) {
     const Json now = readSnmpSystem(session)[which.name];
-    if (now == validUtf8(text))
+    if (now == validUtf8(text)) {
         return "it is stored, but not in force; the board's log tells the cause";
+    }
     return fmt::format("the {} is '{}' still", which.name,
                        printable(now.get_ref<const std::string&>()));
 }

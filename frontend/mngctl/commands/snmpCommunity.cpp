@@ -3,6 +3,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -13,10 +14,12 @@ constexpr std::size_t longestName = 29;
 constexpr std::size_t mostCommunities = 6;
 
 rpcSnmpCommunityAccess parseAccess(const std::string& text) {
-    if (text == "ro" || text == "read-only")
+    if (text == "ro" || text == "read-only") {
         return rpcSnmpCommunityReadOnly;
-    if (text == "rw" || text == "read-write")
+    }
+    if (text == "rw" || text == "read-write") {
         return rpcSnmpCommunityReadWrite;
+    }
     throw UsageError(fmt::format("expected ro or rw, not '{}'", printable(text)));
 }
 
@@ -33,12 +36,15 @@ const char* const otherCause = "the board's log tells the cause";
 
 std::string explainRefusedAdding(Session& session, const std::string& name, bool wasThere) {
     const Json communities = readSnmpCommunities(session);
-    if (wasThere)
+    if (wasThere) {
         return "there is a community of that name; 'mngctl snmp community access' changes it";
-    if (isThere(communities, name))
+    }
+    if (isThere(communities, name)) {
         return std::string("it is stored, but not in force; ") + otherCause;
-    if (communities.size() >= mostCommunities)
+    }
+    if (communities.size() >= mostCommunities) {
         return fmt::format("the board keeps {} communities, which it has", mostCommunities);
+    }
     return otherCause;
 }
 

@@ -4,6 +4,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -27,17 +28,19 @@ std::string orNone(const Json& text) {
 
 std::size_t widest(const Json& list, const char* key) {
     std::size_t width = 0;
-    for (const Json& each : list)
+    for (const Json& each : list) {
         width = std::max(width, printable(each[key].get_ref<const std::string&>()).size());
+    }
     return width;
 }
 
 std::string table(const Json& list, const char* left, const char* right) {
     const std::size_t width = widest(list, left);
     std::string text;
-    for (const Json& each : list)
+    for (const Json& each : list) {
         text += fmt::format("  {:<{}}  {}\n", printable(each[left].get_ref<const std::string&>()),
                             width, printable(each[right].get_ref<const std::string&>()));
+    }
     return text;
 }
 
@@ -56,8 +59,9 @@ Json readSnmpCommunities(Session& session) {
     session.client.call(networkProgram, rpc_network_snmpcommunity_get_1, config);
     Json list = Json::array();
     for (const rpcSnmpCommunity& each : config.communities) {
-        if (each.access != rpcSnmpCommunityNone && each.name[0] != '\0')
+        if (each.access != rpcSnmpCommunityNone && each.name[0] != '\0') {
             list.push_back({{"name", textOf(each.name)}, {"access", accessName(each.access)}});
+        }
     }
     return list;
 }
@@ -67,9 +71,10 @@ Json readSnmpTraps(Session& session) {
     session.client.call(networkProgram, rpc_network_get_snmptrap_1, config);
     Json managers = Json::array();
     for (const rpcSnmpManager& each : config.managers) {
-        if (each.ipAddress != 0)
+        if (each.ipAddress != 0) {
             managers.push_back(
                 {{"address", formatIpv4(each.ipAddress)}, {"community", textOf(each.community)}});
+        }
     }
     return Json{{"port", config.port}, {"managers", std::move(managers)}};
 }
@@ -80,8 +85,9 @@ std::string describeSnmpSystem(const Json& system) {
 }
 
 std::string describeSnmpCommunities(const Json& communities) {
-    if (communities.empty())
+    if (communities.empty()) {
         return "communities: none, the agent answers nobody\n";
+    }
     return "communities:\n" + table(communities, "name", "access");
 }
 
@@ -93,13 +99,16 @@ std::string describeSnmpTraps(const Json& traps) {
 }
 
 void checkCommunity(std::string_view text, std::size_t longest) {
-    if (text.empty())
+    if (text.empty()) {
         throw UsageError("the community is empty");
-    if (text.size() > longest)
+    }
+    if (text.size() > longest) {
         throw UsageError(fmt::format("a community here has at most {} characters, this one has {}",
                                      longest, text.size()));
-    if (!std::ranges::all_of(text, [](char c) { return c > ' ' && c < '\x7f'; }))
+    }
+    if (!std::ranges::all_of(text, [](char c) { return c > ' ' && c < '\x7f'; })) {
         throw UsageError("a community is made of visible ASCII characters, without blanks");
+    }
 }
 
 }  // namespace mngctl

@@ -5,6 +5,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -32,12 +33,15 @@ bool isThere(const Json& traps, unsigned address, const std::string& community) 
 std::string explainRefusedAdding(Session& session, unsigned address, const std::string& community,
                                  bool wasThere) {
     const Json traps = readSnmpTraps(session);
-    if (wasThere)
+    if (wasThere) {
         return "there is a manager of that address with that community";
-    if (isThere(traps, address, community))
+    }
+    if (isThere(traps, address, community)) {
         return fmt::format("it is stored, but not in force; {}", otherCause);
-    if (traps["managers"].size() >= mostManagers)
+    }
+    if (traps["managers"].size() >= mostManagers) {
         return fmt::format("the board keeps {} managers, which it has", mostManagers);
+    }
     return otherCause;
 }
 
@@ -76,9 +80,10 @@ void setPort(Session& session, const std::string& text) {
     } catch (const UsageError&) {
         // One sentence for all that is no port.
     }
-    if (port < 1 || port > highestPort)
+    if (port < 1 || port > highestPort) {
         throw UsageError(
             fmt::format("expected a port from 1 to {}, not '{}'", highestPort, printable(text)));
+    }
     const Change change{"set the trap port", request(session, rpc_network_snmptrap_port_1, port)};
     carryOutOrExplain(change, [] { return otherCause; });
     readBack(session, [&] { show(session); });
@@ -99,17 +104,20 @@ const char* nameOf(TrapOutcome::Kind kind) {
 
 std::string lineOf(const TrapTarget& target, const TrapOutcome& outcome) {
     std::string result = nameOf(outcome.kind);
-    if (outcome.kind == TrapOutcome::Sent)
+    if (outcome.kind == TrapOutcome::Sent) {
         result += "; nobody acknowledges a trap: only the manager can tell that it has arrived";
-    if (!outcome.detail.empty())
+    }
+    if (!outcome.detail.empty()) {
         result += ": " + printable(outcome.detail);
+    }
     return fmt::format("{}:{}: {}\n", target.address, target.port, result);
 }
 
 void test(Session& session, bool inform) {
     const Json traps = readSnmpTraps(session);
-    if (traps["managers"].empty())
+    if (traps["managers"].empty()) {
         throw Refused("there is no trap manager; 'mngctl snmp trap add' adds one");
+    }
     Json json = Json::array();
     std::string text;
     std::size_t failures = 0;
@@ -121,13 +129,15 @@ void test(Session& session, bool inform) {
                         {"outcome", nameOf(outcome.kind)},
                         {"detail", outcome.detail}});
         text += lineOf(target, outcome);
-        if (outcome.kind != TrapOutcome::Sent && outcome.kind != TrapOutcome::Acknowledged)
+        if (outcome.kind != TrapOutcome::Sent && outcome.kind != TrapOutcome::Acknowledged) {
             ++failures;
+        }
     }
     session.print(json, text);
-    if (failures != 0)
+    if (failures != 0) {
         throw NoAnswer(fmt::format("{} of {} managers: no notification has been delivered",
                                    failures, traps["managers"].size()));
+    }
 }
 
 struct ManagerArguments {

@@ -41,10 +41,11 @@ void show(Session& session) {
 }
 
 void set(Session& session, const std::vector<std::string>& words) {
-    if (words.size() != 2)
+    if (words.size() != 2) {
         throw UsageError(
             fmt::format("expected a date and a time such as 31/12/2024 23:59:30, got {} word{}",
                         words.size(), words.size() == 1 ? "" : "s"));
+    }
     const LocalTime time = parseCivilTime(words[0], words[1]);
     std::string text = boardTime(time);
     const Change change{"set the clock to " + formatCivilTime(time),

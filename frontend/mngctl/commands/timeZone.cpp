@@ -8,6 +8,7 @@
 #include "mngctl/zone/zoneDatabase.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -32,16 +33,18 @@ int offsetAfter(const ZoneSettings& zone, const ZoneChange& change) {
 
 Json describe(const ZoneSettings& zone, const Outlook& future) {
     Json changes = Json::array();
-    for (const ZoneChange& change : future.changes)
+    for (const ZoneChange& change : future.changes) {
         changes.push_back({{"from", formatCivilTime(change.before)},
                            {"to", formatCivilTime(change.after)},
                            {"offsetMinutes", offsetAfter(zone, change)}});
+    }
     Json dst;
-    if (zone.observesDst())
+    if (zone.observesDst()) {
         dst = Json{{"offsetMinutes", zone.dstOffset},
                    {"start", formatDate(zone.start)},
                    {"end", formatDate(zone.end)},
                    {"inForce", future.isDst}};
+    }
     return Json{{"name", zone.name},
                 {"rule", ruleOrNull(zone)},
                 {"offsetMinutes", zone.offset},
@@ -51,11 +54,12 @@ Json describe(const ZoneSettings& zone, const Outlook& future) {
 
 std::string changeLines(const ZoneSettings& zone, const Outlook& future) {
     std::string lines;
-    for (const ZoneChange& change : future.changes)
+    for (const ZoneChange& change : future.changes) {
         lines += fmt::format(
             "{}{} becomes {} ({})\n", lines.empty() ? "next changes: " : "              ",
             formatCivilTime(change.before), formatCivilTime(change.after).substr(11),
             utcOffset(offsetAfter(zone, change)));
+    }
     return lines.empty() ? "next changes: none\n" : lines;
 }
 
@@ -73,15 +77,18 @@ void show(Session& session) {
 
 /// A name as in the zone database; the board refuses what could lead out of it.
 void checkName(std::string_view name) {
-    if (name.empty())
+    if (name.empty()) {
         throw UsageError("the name of the time zone is empty");
-    if (name.size() > longestName)
+    }
+    if (name.size() > longestName) {
         throw UsageError(fmt::format("the name of a time zone has at most {} characters, not {}",
                                      longestName, name.size()));
+    }
     const bool isPlain = std::ranges::all_of(name, [](char c) { return c > ' ' && c < '\x7f'; });
-    if (!isPlain || name.starts_with('/') || name.find("..") != std::string_view::npos)
+    if (!isPlain || name.starts_with('/') || name.find("..") != std::string_view::npos) {
         throw UsageError(fmt::format("'{}' is no name of a time zone such as Europe/Vienna or CET",
                                      printable(name)));
+    }
 }
 
 template <class Date>
@@ -122,10 +129,11 @@ void set(Session& session, const std::string& name, const std::string& rule) {
     checkName(name);
     ZoneSettings zone = parseRule(rule.empty() ? ruleOfZone(name) : rule);
     zone.name = name;
-    if (name.size() > longestShown)
+    if (name.size() > longestShown) {
         session.streams.err << fmt::format(
             "mngctl: the board keeps all {} characters of this name but shows the first {} only\n",
             name.size(), longestShown);
+    }
     carryOut(changesTo(session, zone));
     readBack(session, [&] { show(session); });
 }
@@ -135,14 +143,16 @@ void set(Session& session, const std::string& name, const std::string& rule) {
 LocalTime readTime(Session& session) {
     rpcNetworkTimeResult answer{};
     session.client.call(networkProgram, rpc_network_get_time_info_1, answer);
-    if (answer.result != rpcNetworkDone)
+    if (answer.result != rpcNetworkDone) {
         throw Refused("the board cannot tell the time: " +
                       describeOutcome(static_cast<int>(answer.result)));
+    }
     const std::string text(answer.time, strnlen(answer.time, sizeof answer.time));
     const auto time = readBoardTime(text);
-    if (!time)
+    if (!time) {
         throw NoAnswer(
             fmt::format("the board tells the time as '{}', which cannot be read", printable(text)));
+    }
     return *time;
 }
 

@@ -7,6 +7,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -36,8 +37,9 @@ constexpr const char* variable = "1.3.6.1.4.1.8072.2.3.2.2.0";
 class PrivateDirectory {
 public:
     PrivateDirectory() : path((fs::temp_directory_path() / "mngctl-XXXXXX").string()) {
-        if (::mkdtemp(path.data()) == nullptr)
+        if (::mkdtemp(path.data()) == nullptr) {
             cannot(path, errno);
+        }
     }
     ~PrivateDirectory() {
         std::error_code ignored;
@@ -53,8 +55,9 @@ public:
 class OpenFile {
 public:
     OpenFile(const std::string& path, int flags) : number(::open(path.c_str(), flags, 0600)) {
-        if (number < 0)
+        if (number < 0) {
             cannot(path, errno);
+        }
     }
     ~OpenFile() { ::close(number); }
     OpenFile(const OpenFile&) = delete;
@@ -65,8 +68,9 @@ public:
 
 void writeTo(const std::string& path, const std::string& text) {
     const OpenFile file(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC);
-    if (::write(file.number, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+    if (::write(file.number, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
         cannot(path, errno);
+    }
 }
 
 /// What the program has said last, without the line end; before that it may talk of its files.
@@ -83,8 +87,9 @@ std::string lastLineOf(const std::string& path) {
 std::string quoted(const std::string& text) {
     std::string result = "\"";
     for (const char c : text) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             result += '\\';
+        }
         result += c;
     }
     return result + '"';
@@ -92,8 +97,9 @@ std::string quoted(const std::string& text) {
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
-    for (std::string& text : texts)
+    for (std::string& text : texts) {
         result.push_back(text.data());
+    }
     result.push_back(nullptr);
     return result;
 }
@@ -108,8 +114,9 @@ std::vector<std::string> environmentFor(const std::string& directory) {
                std::strncmp(each, "SNMP_PERSISTENT_DIR=", 20) == 0;
     };
     for (char** each = environ; each != nullptr && *each != nullptr; ++each) {
-        if (!isOwn(*each))
+        if (!isOwn(*each)) {
             result.emplace_back(*each);
+        }
     }
     return result;
 }
@@ -130,12 +137,14 @@ int runSnmptrap(std::vector<std::string> words, const std::string& directory,
     const int error =
         ::posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), variables.data());
     ::posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
+    if (error != 0) {
         cannot("snmptrap", error);
+    }
     int status = 0;
     while (::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR)
+        if (errno != EINTR) {
             cannot("snmptrap", errno);
+        }
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
@@ -147,15 +156,18 @@ TrapOutcome sendTestTrap(const TrapTarget& target, bool inform) {
     writeTo(directory.path + "/snmp.conf", "defCommunity " + quoted(target.community) + "\n");
     const std::string errors = directory.path + "/errors";
     std::vector<std::string> words{"snmptrap", "-v", "2c", "-t", "1", "-r", "1"};
-    if (inform)
+    if (inform) {
         words.emplace_back("-Ci");
+    }
     words.insert(words.end(), {fmt::format("udp:{}:{}", target.address, target.port), "",
                                notification, variable, "s", "test of the trap managers"});
-    if (runSnmptrap(words, directory.path, errors) == 0)
+    if (runSnmptrap(words, directory.path, errors) == 0) {
         return {inform ? TrapOutcome::Acknowledged : TrapOutcome::Sent, {}};
+    }
     const std::string said = lastLineOf(errors);
-    if (inform && said.find("Timeout") != std::string::npos)
+    if (inform && said.find("Timeout") != std::string::npos) {
         return {TrapOutcome::NoAnswer, {}};
+    }
     return {TrapOutcome::Failed, said};
 }
 

@@ -59,10 +59,12 @@ std::vector<std::string> readComponents(Session& session, Stub<int, rpcNetworkSW
     for (int index = 0, count = 0;; ++count) {
         rpcNetworkSWVersionComp component{};
         session.client.call(networkProgram, stub, index, component);
-        if (component.index < 0)
+        if (component.index < 0) {
             return components;
-        if (component.index <= index || count >= componentMaximum)
+        }
+        if (component.index <= index || count >= componentMaximum) {
             throw NoAnswer("the board's list of components does not end");
+        }
         components.push_back(textOf(component.line));
         index = component.index;
     }
@@ -70,8 +72,9 @@ std::vector<std::string> readComponents(Session& session, Stub<int, rpcNetworkSW
 
 std::string section(const std::string& title, const std::vector<std::string>& components) {
     std::string lines = fmt::format("{}:{}\n", title, components.empty() ? " none known" : "");
-    for (const std::string& component : components)
+    for (const std::string& component : components) {
         lines += fmt::format("  {}\n", printable(component));
+    }
     return lines;
 }
 

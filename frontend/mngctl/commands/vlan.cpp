@@ -11,10 +11,12 @@ namespace mngctl {
 namespace {
 
 rpcVlanMode parseMode(const std::string& text) {
-    if (text == "tagged")
+    if (text == "tagged") {
         return rpcVlanTagged;
-    if (text == "native")
+    }
+    if (text == "native") {
         return rpcVlanNative;
+    }
     throw UsageError(fmt::format("expected tagged or native, not '{}'", printable(text)));
 }
 

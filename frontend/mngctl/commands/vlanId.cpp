@@ -20,9 +20,10 @@ unsigned parseVlanId(const std::string& text) {
     } catch (const UsageError&) {
         // One sentence for all that is no VLAN id.
     }
-    if (vlan < 1 || vlan > highestVlan)
+    if (vlan < 1 || vlan > highestVlan) {
         throw UsageError(
             fmt::format("expected a VLAN id from 1 to {}, not '{}'", highestVlan, printable(text)));
+    }
     return vlan;
 }
 

@@ -4,6 +4,7 @@
 #include "mngctl/wire/records.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <functional>
 
@@ -27,8 +28,9 @@ std::string defaultVlanText(const Json& settings) {
 
 Json portsOf(const int* ports, unsigned count) {
     Json list = Json::array();
-    for (unsigned i = 0; i < count; ++i)
+    for (unsigned i = 0; i < count; ++i) {
         list.push_back(ports[i]);
+    }
     return list;
 }
 
@@ -55,8 +57,9 @@ Modes readModes(Session& session) {
     modes.profile = status->profileMode != FALSE;
     for (const controlFeature& feature :
          std::span(status->features.features_val, status->features.features_len)) {
-        if (feature.name == creatingFeature)
+        if (feature.name == creatingFeature) {
             modes.creating = feature.on != FALSE;
+        }
     }
     return modes;
 }
@@ -77,8 +80,9 @@ std::string joined(const std::function<std::string()>& reason,
     for (const auto& part : {reason, state}) {
         try {
             const std::string known = part();
-            if (!text.empty())
+            if (!text.empty()) {
                 text += "; ";
+            }
             text += known;
         } catch (const Failure&) {
             // The refusal is what the user has to hear of.
@@ -100,15 +104,17 @@ Json readVlanSettings(Session& session) {
 Json readVlanDatabase(Session& session) {
     Decoded<controlVlans> vlans(xdr_controlVlans);
     session.client.call(controlProgram, bll_control_vlans_1, *vlans);
-    if (vlans->result != 0)
+    if (vlans->result != 0) {
         throw Refused(fmt::format("the board refused to tell its VLANs: {}",
                                   vlans->reply == nullptr ? "" : printable(vlans->reply)));
+    }
     Json database = Json::array();
-    for (const controlVlan& vlan : std::span(vlans->vlans.vlans_val, vlans->vlans.vlans_len))
+    for (const controlVlan& vlan : std::span(vlans->vlans.vlans_val, vlans->vlans.vlans_len)) {
         database.push_back(Json{
             {"id", vlan.id},
             {"ports", portsOf(vlan.members.members_val, vlan.members.members_len)},
             {"pvidPorts", portsOf(vlan.pvidPorts.pvidPorts_val, vlan.pvidPorts.pvidPorts_len)}});
+    }
     return Json{{"storedManagementVlan", orNull(vlans->managementVlan)},
                 {"database", std::move(database)}};
 }
@@ -124,27 +130,31 @@ std::string defaultVlanLine(const Json& settings) {
 std::string databaseLines(const Json& database) {
     std::string lines =
         fmt::format("stored for profile mode: {}\n", shown(database["storedManagementVlan"]));
-    for (const Json& vlan : database["database"])
+    for (const Json& vlan : database["database"]) {
         lines += vlanLine(vlan);
+    }
     return lines;
 }
 
 std::string explainRefusedMove(Session& session, unsigned vlan) {
     const auto reason = [&]() -> std::string {
         const Modes modes = readModes(session);
-        if (!exists(readVlanDatabase(session), vlan))
+        if (!exists(readVlanDatabase(session), vlan)) {
             return missing(vlan) + (modes.creating
                                         ? ", and could not be created"
                                         : ", and the board creates none while feature 12 is off");
-        if (modes.profile)
+        }
+        if (modes.profile) {
             return "in profile mode, a VLAN that is native on the uplink carries no management "
                    "traffic unless it is the default VLAN; the board's log tells the cause";
+        }
         return "the board's log tells the cause";
     };
     const auto state = [&]() -> std::string {
         const Json settings = readVlanSettings(session);
-        if (settings["managementVlan"].is_null())
+        if (settings["managementVlan"].is_null()) {
             return "the management port is in no management VLAN now";
+        }
         return "the management VLAN is now " + shown(settings["managementVlan"]);
     };
     return joined(reason, state);
@@ -152,11 +162,13 @@ std::string explainRefusedMove(Session& session, unsigned vlan) {
 
 std::string explainRefusedDefault(Session& session, unsigned vlan) {
     const auto reason = [&]() -> std::string {
-        if (!readModes(session).profile)
+        if (!readModes(session).profile) {
             return "the default VLAN can be changed in profile mode only, which 'mngctl board "
                    "profile on' switches on";
-        if (!exists(readVlanDatabase(session), vlan))
+        }
+        if (!exists(readVlanDatabase(session), vlan)) {
             return missing(vlan);
+        }
         return "the VLANs of the uplink may be in conflict; the board's log tells the cause";
     };
     const auto state = [&] {

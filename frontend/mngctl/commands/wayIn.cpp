@@ -4,6 +4,7 @@
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
+
 #include <cstdlib>
 #include <sstream>
 
@@ -30,15 +31,17 @@ std::optional<std::pair<std::string, std::string>> connectionEnds(std::string_vi
     std::string clientPort;
     std::string server;
     std::string serverPort;
-    if (!(words >> client >> clientPort >> server >> serverPort))
+    if (!(words >> client >> clientPort >> server >> serverPort)) {
         return std::nullopt;
+    }
     return std::pair(client, server);
 }
 
 std::optional<WayIn> parseWayIn(std::string_view connection) {
     const auto ends = connectionEnds(connection);
-    if (!ends)
+    if (!ends) {
         return std::nullopt;
+    }
     try {
         return WayIn{parseEnd(ends->first), parseEnd(ends->second)};
     } catch (const UsageError&) {
@@ -50,8 +53,9 @@ std::optional<WayIn> wayIn() { return parseWayIn(sshConnection()); }
 
 void askBeforeCuttingOff(Session& session, bool yes, const std::string& client,
                          const std::string& reason) {
-    if (yes)
+    if (yes) {
         return;
+    }
     const std::string warning =
         fmt::format("this can end your own connection from {}: {}", client, reason);
     obtainConsent(session, warning + "\nDo it all the same?",

@@ -29,8 +29,9 @@ std::string describeInForce(Session& session, const WebPorts& ports, bool wanted
     std::string text = fmt::format("the web server set counts as {}, {}, {}", isOn ? "on" : "off",
                                    portState("the event server", state["eventServer"]),
                                    portState("the web server", state["webServer"]));
-    if (isOn && !wanted && !hasEvents)
+    if (isOn && !wanted && !hasEvents) {
         text += "; an event server that does not run cannot be ended: start it again first";
+    }
     return text;
 }
 

@@ -5,6 +5,7 @@
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -47,9 +48,10 @@ void addEventPortOption(Command& command, std::uint16_t& port) {
 bool readWebServer(Session& session) {
     rpcNetworkHttpResult answer{};
     session.client.call(networkProgram, rpc_network_http_get_1, answer);
-    if (answer.result != rpcNetworkDone)
+    if (answer.result != rpcNetworkDone) {
         throw Refused(fmt::format("the board refused to tell the state of the web server set: {}",
                                   describeOutcome(static_cast<int>(answer.result))));
+    }
     return answer.enabled != 0;
 }
 

@@ -8,6 +8,7 @@
 #include <curl/curl.h>
 #include <fmt/format.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <memory>
 #include <system_error>
@@ -38,14 +39,16 @@ using Url = std::unique_ptr<CURLU, FreeUrl>;
 /// libcurl's state for the whole process.
 void initialise() {
     static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
-    if (initialised != CURLE_OK)
+    if (initialised != CURLE_OK) {
         throw std::runtime_error("libcurl cannot be initialised");
+    }
 }
 
 template <class Made>
 Made made(Made object) {
-    if (!object)
+    if (!object) {
         throw std::bad_alloc();
+    }
     return object;
 }
 
@@ -60,11 +63,13 @@ Easy connectionTo(const char* scheme, const std::string& host, std::uint16_t por
     curl_url_set(url.get(), CURLUPART_SCHEME, scheme, 0);
     curl_url_set(url.get(), CURLUPART_PATH, eventPath, 0);
     curl_url_set(url.get(), CURLUPART_PORT, std::to_string(port).c_str(), 0);
-    if (curl_url_set(url.get(), CURLUPART_HOST, host.c_str(), 0) != CURLUE_OK)
+    if (curl_url_set(url.get(), CURLUPART_HOST, host.c_str(), 0) != CURLUE_OK) {
         throw UsageError(fmt::format("--host {}: this is no host name", printable(host)));
+    }
     char* text = nullptr;
-    if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK)
+    if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK) {
         throw std::bad_alloc();
+    }
     const std::unique_ptr<char, decltype(&curl_free)> owned(text, &curl_free);
     Easy easy = made(Easy(curl_easy_init()));
     curl_easy_setopt(easy.get(), CURLOPT_URL, text);
@@ -102,14 +107,17 @@ public:
         Interrupt interrupt;
         for (;;) {
             const bool isRunning = perform();
-            if (!tell())
+            if (!tell()) {
                 return;
-            if (!isRunning)
+            }
+            if (!isRunning) {
                 fail();
+            }
             curl_waitfd wait{interrupt.descriptor(), CURL_WAIT_POLLIN, 0};
             curl_multi_poll(multi.get(), &wait, 1, 1000, nullptr);
-            if (interrupt.take())
+            if (interrupt.take()) {
                 return;
+            }
         }
     }
 
@@ -117,8 +125,9 @@ private:
     static std::size_t receive(const char* bytes, std::size_t /*one*/, std::size_t count,
                                void* self) {
         auto& following = *static_cast<Following*>(self);
-        if (!following.isEventStream())
+        if (!following.isEventStream()) {
             return 0;
+        }
         following.isOpen = true;
         const auto events = following.parser.take({bytes, count});
         following.news.insert(following.news.end(), events.begin(), events.end());
@@ -148,8 +157,9 @@ private:
             observer.onOpen();
         }
         for (const Event& event : std::exchange(news, {})) {
-            if (!observer.onEvent(event))
+            if (!observer.onEvent(event)) {
                 return false;
+            }
         }
         return true;
     }
@@ -162,28 +172,36 @@ private:
         const auto why = [&] {
             return std::string(*reason != '\0' ? printable(reason) : curl_easy_strerror(code));
         };
-        if (code == CURLE_COULDNT_RESOLVE_HOST)
+        if (code == CURLE_COULDNT_RESOLVE_HOST) {
             throw UsageError(fmt::format("--host {}: no IPv4 address is known for this name",
                                          printable(server.host)));
-        if (code == CURLE_SSL_CACERT_BADFILE)
+        }
+        if (code == CURLE_SSL_CACERT_BADFILE) {
             throw UsageError(fmt::format("--certificate {}: the file holds no certificate",
                                          printable(server.certificate)));
-        if (isOpen && code == CURLE_OPERATION_TIMEDOUT)
+        }
+        if (isOpen && code == CURLE_OPERATION_TIMEDOUT) {
             throw ChannelFailure(fmt::format("the event channel is lost: {} sent nothing for {} s",
                                              place, longestSilence));
-        if (isOpen)
+        }
+        if (isOpen) {
             throw ChannelFailure(
                 fmt::format("the event channel is lost: {} closed the connection", place));
-        if (code == CURLE_COULDNT_CONNECT)
+        }
+        if (code == CURLE_COULDNT_CONNECT) {
             throw ChannelFailure(fmt::format("no event server listens at {}", place));
-        if (code == CURLE_OPERATION_TIMEDOUT)
+        }
+        if (code == CURLE_OPERATION_TIMEDOUT) {
             throw ChannelFailure(fmt::format("the event server at {} does not answer", place));
-        if (code == CURLE_PEER_FAILED_VERIFICATION)
+        }
+        if (code == CURLE_PEER_FAILED_VERIFICATION) {
             throw NoAnswer(
                 fmt::format("the event server at {} is not the one whose certificate is in {} ({})",
                             place, printable(server.certificate), why()));
-        if (code == CURLE_OK || code == CURLE_WRITE_ERROR)
+        }
+        if (code == CURLE_OK || code == CURLE_WRITE_ERROR) {
             throw NoAnswer(fmt::format("what answers at {} is no event server", place));
+        }
         throw NoAnswer(fmt::format("the event server at {} cannot be followed: {}", place, why()));
     }
 
@@ -199,10 +217,11 @@ private:
 };
 
 void checkCertificate(const EventServer& server) {
-    if (::access(server.certificate.c_str(), R_OK) != 0)
+    if (::access(server.certificate.c_str(), R_OK) != 0) {
         throw UsageError(fmt::format(
             "the event server's certificate {} cannot be read: {}; --certificate names a copy",
             printable(server.certificate), std::generic_category().message(errno)));
+    }
 }
 
 }  // namespace

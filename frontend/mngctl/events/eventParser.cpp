@@ -18,16 +18,18 @@ constexpr std::string_view causeEnd = "\"\n    }\n  }\n}";
 
 std::optional<std::string> behind(const std::string& text, std::string_view key) {
     const std::size_t start = text.find(key);
-    if (start == std::string::npos)
+    if (start == std::string::npos) {
         return std::nullopt;
+    }
     return text.substr(start + key.size());
 }
 
 /// The text of a field of a JSON object; nothing if there is none.
 std::optional<std::string> textAt(const Json& json, const char* key) {
     const auto found = json.find(key);
-    if (found == json.end() || !found->is_string())
+    if (found == json.end() || !found->is_string()) {
         return std::nullopt;
+    }
     return found->get<std::string>();
 }
 
@@ -35,15 +37,18 @@ std::optional<std::string> textAt(const Json& json, const char* key) {
 Notification readJson(const std::string& text) {
     const Json json = Json::parse(text, nullptr, false);
     Notification read;
-    if (!json.is_object() || !json.contains("ietf-restconf:notification"))
+    if (!json.is_object() || !json.contains("ietf-restconf:notification")) {
         return read;
+    }
     const Json& content = json["ietf-restconf:notification"];
-    if (!content.is_object())
+    if (!content.is_object()) {
         return read;
+    }
     read.time = textAt(content, "eventTime");
     const auto restart = content.find("VANTORIX-MSAN-MIB:RebootStatusIndication");
-    if (restart != content.end() && restart->is_object())
+    if (restart != content.end() && restart->is_object()) {
         read.restartCause = textAt(*restart, "lastRestartCause");
+    }
     return read;
 }
 
@@ -68,19 +73,22 @@ std::vector<Event> EventParser::take(std::string_view bytes) {
 }
 
 void EventParser::takeLine(std::string_view line) {
-    if (line.empty())
+    if (line.empty()) {
         return endEvent();
+    }
     const std::size_t colon = line.find(':');
     const std::string_view field = line.substr(0, colon);
     std::string_view value = colon == std::string_view::npos ? "" : line.substr(colon + 1);
-    if (value.starts_with(' '))
+    if (value.starts_with(' ')) {
         value.remove_prefix(1);
-    if (field == "data")
+    }
+    if (field == "data") {
         text.append(value).push_back('\n');
-    else if (field == "event")
+    } else if (field == "event") {
         name = value;
-    else if (field == "id")
+    } else if (field == "id") {
         lastId = value;
+    }
 }
 
 void EventParser::endEvent() {
@@ -94,11 +102,13 @@ void EventParser::endEvent() {
 
 Notification readNotification(const std::string& text) {
     std::optional<std::string> cause = behind(text, causeKey);
-    if (!cause)
+    if (!cause) {
         return readJson(text);
+    }
     Notification read;
-    if (const auto time = behind(text, timeKey))
+    if (const auto time = behind(text, timeKey)) {
         read.time = time->substr(0, time->find('"'));
+    }
     read.isCutOff = !cause->ends_with(causeEnd);
     if (!read.isCutOff) {
         cause->resize(cause->size() - causeEnd.size());

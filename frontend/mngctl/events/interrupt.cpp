@@ -2,6 +2,7 @@
 
 #include <sys/signalfd.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <system_error>
 
@@ -12,8 +13,9 @@ Interrupt::Interrupt() {
     ::sigemptyset(&interrupt);
     ::sigaddset(&interrupt, SIGINT);
     signals = ::signalfd(-1, &interrupt, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (signals < 0)
+    if (signals < 0) {
         throw std::system_error(errno, std::generic_category(), "signalfd");
+    }
     ::pthread_sigmask(SIG_BLOCK, &interrupt, &before);
 }
 
@@ -26,8 +28,9 @@ Interrupt::~Interrupt() {
 bool Interrupt::take() {
     signalfd_siginfo signal{};
     bool came = false;
-    while (::read(signals, &signal, sizeof signal) == static_cast<ssize_t>(sizeof signal))
+    while (::read(signals, &signal, sizeof signal) == static_cast<ssize_t>(sizeof signal)) {
         came = true;
+    }
     return came;
 }
 

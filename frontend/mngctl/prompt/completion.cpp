@@ -4,6 +4,7 @@
 #include "mngctl/prompt/words.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -24,26 +25,30 @@ std::string commonPrefix(const std::vector<std::string>& names) {
 Completion completeLine(std::string_view line) {
     const SplitLine split = splitLine(line);
     // A name needs no quotes, so a quoted word is none.
-    if (split.openQuote != 0)
+    if (split.openQuote != 0) {
         return {};
+    }
     Settings settings;
     CommandTree tree(settings);
     addAllCommands(tree, true);
     Completion completion;
     completion.candidates = tree.complete(split.words, split.last);
-    if (completion.candidates.empty())
+    if (completion.candidates.empty()) {
         return completion;
+    }
     completion.insert = commonPrefix(completion.candidates).substr(split.last.size());
-    if (completion.candidates.size() == 1)
+    if (completion.candidates.size() == 1) {
         completion.insert += ' ';
+    }
     return completion;
 }
 
 std::string inColumns(const std::vector<std::string>& names, std::size_t width) {
     constexpr std::size_t gap = 2;
     std::size_t widest = 1;
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         widest = std::max(widest, name.size());
+    }
     const std::size_t perLine = std::max<std::size_t>(1, (width + gap) / (widest + gap));
     std::string text;
     for (std::size_t i = 0; i < names.size(); ++i) {

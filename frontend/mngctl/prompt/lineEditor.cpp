@@ -6,6 +6,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -30,7 +31,7 @@ class InterruptNote {
 public:
     InterruptNote() {
         interrupted = 0;
-        struct sigaction note {};
+        struct sigaction note{};
         note.sa_handler = noteInterrupt;
         ::sigaction(SIGINT, &note, &actionBefore);
         sigset_t interrupt;
@@ -46,7 +47,7 @@ public:
     InterruptNote& operator=(const InterruptNote&) = delete;
 
 private:
-    struct sigaction actionBefore {};
+    struct sigaction actionBefore{};
     sigset_t maskBefore{};
 };
 
@@ -57,10 +58,12 @@ int readByte(char& byte) {
     ::sigdelset(&mask, SIGINT);
     for (;;) {
         pollfd wait{STDIN_FILENO, POLLIN, 0};
-        if (::ppoll(&wait, 1, nullptr, &mask) > 0)
+        if (::ppoll(&wait, 1, nullptr, &mask) > 0) {
             return static_cast<int>(::read(STDIN_FILENO, &byte, 1));
-        if (errno != EINTR || interrupted != 0)
+        }
+        if (errno != EINTR || interrupted != 0) {
             return -1;
+        }
     }
 }
 
@@ -70,14 +73,17 @@ int readCharacter(EditLine* /*line*/, wchar_t* character) {
     for (;;) {
         char byte = 0;
         const int got = readByte(byte);
-        if (got != 1)
+        if (got != 1) {
             return got;
+        }
         const std::size_t length = std::mbrtowc(character, &byte, 1, &state);
         constexpr auto incomplete = static_cast<std::size_t>(-2);
-        if (length <= 1)
+        if (length <= 1) {
             return 1;
-        if (length != incomplete)
+        }
+        if (length != incomplete) {
             state = {};  // no character begins like this: it is dropped
+        }
     }
 }
 
@@ -93,13 +99,15 @@ LineEditor::LineEditor(std::string prompt, std::filesystem::path historyPath)
       file(std::move(historyPath)),
       past(history_init()),
       editor(el_init("mngctl", stdin, stdout, stderr)) {
-    if (!past || !editor)
+    if (!past || !editor) {
         throw std::runtime_error("the line editor cannot be set up on this terminal");
+    }
     HistEvent event{};
     history(past.get(), &event, H_SETSIZE, historyLines);
     history(past.get(), &event, H_SETUNIQUE, 1);
-    if (!file.empty())
+    if (!file.empty()) {
         history(past.get(), &event, H_LOAD, file.c_str());
+    }
     el_set(editor.get(), EL_CLIENTDATA, this);
     el_set(editor.get(), EL_PROMPT, &LineEditor::promptOf);
     el_set(editor.get(), EL_EDITOR, "emacs");
@@ -125,10 +133,12 @@ unsigned char LineEditor::complete(EditLine* line, int /*key*/) {
         const LineInfo* const info = el_line(line);
         const Completion completion = completeLine(
             std::string_view(info->buffer, static_cast<std::size_t>(info->cursor - info->buffer)));
-        if (completion.candidates.empty())
+        if (completion.candidates.empty()) {
             return CC_REFRESH_BEEP;
-        if (!completion.insert.empty())
+        }
+        if (!completion.insert.empty()) {
             return el_insertstr(line, completion.insert.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+        }
         std::printf("\n%s", inColumns(completion.candidates, terminalWidth()).c_str());
         std::fflush(stdout);
         return CC_REDISPLAY;
@@ -144,22 +154,25 @@ std::optional<std::string> LineEditor::read() {
     int length = 0;
     const char* const line = el_gets(editor.get(), &length);
     if (line == nullptr || length <= 0) {
-        if (interrupted == 0)
+        if (interrupted == 0) {
             return std::nullopt;
+        }
         std::puts("^C");
         return "";
     }
     std::string_view text(line, static_cast<std::size_t>(length));
-    while (text.ends_with('\n') || text.ends_with('\r'))
+    while (text.ends_with('\n') || text.ends_with('\r')) {
         text.remove_suffix(1);
+    }
     return std::string(text);
 }
 
 void LineEditor::remember(const std::string& line) {
     HistEvent event{};
     history(past.get(), &event, H_ENTER, line.c_str());
-    if (!file.empty())
+    if (!file.empty()) {
         history(past.get(), &event, H_SAVE, file.c_str());
+    }
 }
 
 std::filesystem::path historyFile() {
@@ -170,14 +183,16 @@ std::filesystem::path historyFile() {
     std::filesystem::path state = variable("XDG_STATE_HOME");
     // A relative path is to be ignored (XDG base directories).
     if (!state.is_absolute()) {
-        if (!variable("HOME").is_absolute())
+        if (!variable("HOME").is_absolute()) {
             return {};
+        }
         state = variable("HOME") / ".local" / "state";
     }
     const std::filesystem::path directory = state / "mngctl";
     std::error_code error;
-    if (std::filesystem::create_directories(directory, error))
+    if (std::filesystem::create_directories(directory, error)) {
         std::filesystem::permissions(directory, std::filesystem::perms::owner_all, error);
+    }
     return error ? std::filesystem::path() : directory / "history";
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <histedit.h>
+
 #include <filesystem>
 #include <memory>
 #include <optional>

@@ -19,8 +19,9 @@ Exit runPrompt(Session& session, const RunLine& run) {
         }
         try {
             const auto words = splitWords(*line);
-            if (words.empty())
+            if (words.empty()) {
                 continue;
+            }
             editor.remember(*line);
             run(words, "");
         } catch (const UsageError& error) {
@@ -41,8 +42,9 @@ Exit runScript(Session& session, const RunLine& run) {
         try {
             const auto words = splitWords(line);
             const Exit exit = words.empty() ? Exit::Done : run(words, place);
-            if (exit != Exit::Done)
+            if (exit != Exit::Done) {
                 return exit;
+            }
         } catch (const UsageError& error) {
             session.streams.err << fmt::format("mngctl: {}{}\n", place, error.what());
             return error.exit();

@@ -17,25 +17,28 @@ SplitLine splitLine(std::string_view line) {
         } else if (split.openQuote != 0) {
             const bool escape = split.openQuote == '"' && c == '\\' && i + 1 < line.size() &&
                                 (line[i + 1] == '"' || line[i + 1] == '\\');
-            if (escape)
+            if (escape) {
                 split.last += line[++i];
-            else if (c == split.openQuote)
+            } else if (c == split.openQuote) {
                 split.openQuote = 0;
-            else
+            } else {
                 split.last += c;
+            }
         } else if (blank) {
-            if (split.inWord)
+            if (split.inWord) {
                 split.words.push_back(std::move(split.last));
+            }
             split.last.clear();
             split.inWord = false;
         } else if (c == '#' && !split.inWord) {
             break;
         } else {
             split.inWord = true;
-            if (c == '\'' || c == '"' || c == '\\')
+            if (c == '\'' || c == '"' || c == '\\') {
                 split.openQuote = c;
-            else
+            } else {
                 split.last += c;
+            }
         }
     }
     return split;
@@ -43,10 +46,12 @@ SplitLine splitLine(std::string_view line) {
 
 std::vector<std::string> splitWords(std::string_view line) {
     SplitLine split = splitLine(line);
-    if (split.openQuote != 0)
+    if (split.openQuote != 0) {
         throw UsageError(fmt::format("the line ends after an open {}", split.openQuote));
-    if (split.inWord)
+    }
+    if (split.inWord) {
         split.words.push_back(std::move(split.last));
+    }
     return std::move(split.words);
 }
 

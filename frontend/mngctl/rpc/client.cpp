@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 #include <netdb.h>
+
 #include <system_error>
 
 namespace mngctl {
@@ -22,8 +23,9 @@ double seconds(std::chrono::milliseconds duration) {
 
 void Client::configure(const Settings& settings) {
     if (settings.host != current.host || settings.protocol != current.protocol ||
-        settings.port != current.port || settings.controlPort != current.controlPort)
+        settings.port != current.port || settings.controlPort != current.controlPort) {
         handles.clear();
+    }
     current = settings;
 }
 
@@ -36,9 +38,10 @@ sockaddr_in Client::resolve() const {
     hints.ai_family = AF_INET;
     addrinfo* found = nullptr;
     const int error = ::getaddrinfo(current.host.c_str(), nullptr, &hints, &found);
-    if (error != 0)
+    if (error != 0) {
         throw UsageError(fmt::format("--host {}: no IPv4 address is known for this name ({})",
                                      current.host, ::gai_strerror(error)));
+    }
     sockaddr_in address{};
     std::memcpy(&address, found->ai_addr, sizeof address);
     ::freeaddrinfo(found);
@@ -55,8 +58,9 @@ Handle& Client::connected(const Program& program, bool& kept) {
     handles.erase(program.number);
     sockaddr_in address = resolve();
     std::uint16_t port = givenPort(program);
-    if (port == 0)
+    if (port == 0) {
         port = askPortMapper(address, program, current);
+    }
     address.sin_port = htons(port);
     try {
         return handles
@@ -68,21 +72,24 @@ Handle& Client::connected(const Program& program, bool& kept) {
 }
 
 void Client::unreachable(const Program& program, std::uint16_t port, int error) const {
-    if (error == ECONNREFUSED && givenPort(program) != 0)
+    if (error == ECONNREFUSED && givenPort(program) != 0) {
         throw NoAnswer(fmt::format(
             "nothing listens at {} port {}: check the port given for the {} program, or leave it "
             "out to ask the port mapper",
             current.host, port, program.name));
-    if (error == ECONNREFUSED)
+    }
+    if (error == ECONNREFUSED) {
         throw NoAnswer(fmt::format(
             "the port mapper at {} names port {} for the {} program, but nothing listens there: "
             "the board's business-logic process has ended; start it again",
             current.host, port, program.name));
-    if (error == ETIMEDOUT)
+    }
+    if (error == ETIMEDOUT) {
         throw NoAnswer(fmt::format(
             "no connection to {} port {} within {} s: check --host and the way to it, or allow "
             "more time with --timeout",
             current.host, port, seconds(current.timeout)));
+    }
     throw NoAnswer(fmt::format("{} port {} cannot be reached: {}", current.host, port,
                                std::generic_category().message(error)));
 }
@@ -93,11 +100,13 @@ Client::Attempt Client::failed(const Program& program, clnt_stat status, bool ma
     clnt_geterr(handle.mapped().get(), &error);
     std::uint16_t port = 0;
     sockaddr_in address{};
-    if (clnt_control(handle.mapped().get(), CLGET_SERVER_ADDR, &address))
+    if (clnt_control(handle.mapped().get(), CLGET_SERVER_ADDR, &address)) {
         port = ntohs(address.sin_port);
+    }
     // Over TCP a text that can be encoded at all fails only where it could not be sent.
-    if (status == RPC_CANTENCODEARGS && current.protocol == Protocol::Tcp)
+    if (status == RPC_CANTENCODEARGS && current.protocol == Protocol::Tcp) {
         status = RPC_CANTSEND;
+    }
     switch (status) {
         case RPC_TIMEDOUT:
             throw NoAnswer(fmt::format(
@@ -108,8 +117,9 @@ Client::Attempt Client::failed(const Program& program, clnt_stat status, bool ma
         case RPC_CANTRECV:
             // A datagram that was turned away reached nobody.
             if (current.protocol == Protocol::Udp && error.re_errno == ECONNREFUSED) {
-                if (mayRepeat)
+                if (mayRepeat) {
                     return Attempt::NotDelivered;
+                }
                 unreachable(program, port, ECONNREFUSED);
             }
             throw NoAnswer(

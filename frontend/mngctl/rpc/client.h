@@ -5,6 +5,7 @@
 #include <control.h>
 #include <network.h>
 #include <rpc/rpc_com.h>
+
 #include <map>
 #include <string>
 #include <type_traits>
@@ -71,8 +72,9 @@ public:
 private:
     template <class Call>
     void perform(const Program& program, const Call& call) {
-        if (attempt(program, call, true) == Attempt::NotDelivered)
+        if (attempt(program, call, true) == Attempt::NotDelivered) {
             attempt(program, call, false);
+        }
     }
 
     enum class Attempt { Done, NotDelivered };

@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -31,12 +32,14 @@ public:
               AF_INET,
               (protocol == Protocol::Tcp ? SOCK_STREAM : SOCK_DGRAM) | SOCK_CLOEXEC | SOCK_NONBLOCK,
               0)) {
-        if (descriptor < 0)
+        if (descriptor < 0) {
             fail(errno, "socket");
+        }
     }
     ~Socket() {
-        if (descriptor >= 0)
+        if (descriptor >= 0) {
             ::close(descriptor);
+        }
     }
     Socket(const Socket&) = delete;
     Socket& operator=(const Socket&) = delete;
@@ -53,32 +56,39 @@ void waitUntilConnected(int descriptor, Clock::time_point deadline) {
             std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
         pollfd wait{descriptor, POLLOUT, 0};
         const int ready = left > 0 ? ::poll(&wait, 1, static_cast<int>(left)) : 0;
-        if (ready == 0)
+        if (ready == 0) {
             fail(ETIMEDOUT, "connect");
-        if (ready > 0)
+        }
+        if (ready > 0) {
             break;
-        if (errno != EINTR)
+        }
+        if (errno != EINTR) {
             fail(errno, "poll");
+        }
     }
     int error = 0;
     socklen_t length = sizeof error;
-    if (::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &length) != 0)
+    if (::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &length) != 0) {
         error = errno;
-    if (error != 0)
+    }
+    if (error != 0) {
         fail(error, "connect");
+    }
 }
 
 void connect(int descriptor, const sockaddr_in& address, std::chrono::milliseconds timeout) {
     const auto deadline = Clock::now() + timeout;
     if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-        if (errno != EINPROGRESS)
+        if (errno != EINPROGRESS) {
             fail(errno, "connect");
+        }
         waitUntilConnected(descriptor, deadline);
     }
     // The RPC library expects a blocking stream; SO_SNDTIMEO then bounds its writes.
     int nonBlocking = 0;
-    if (::ioctl(descriptor, FIONBIO, &nonBlocking) != 0)
+    if (::ioctl(descriptor, FIONBIO, &nonBlocking) != 0) {
         fail(errno, "ioctl");
+    }
 }
 
 }  // namespace
@@ -115,16 +125,18 @@ Handle::Handle(const sockaddr_in& address, Protocol transport, const Program& pr
 void Handle::setTimeout(std::chrono::milliseconds timeout) {
     timeval limit = toTimeval(timeout);
     clnt_control(client.get(), CLSET_TIMEOUT, &limit);
-    if (protocol == Protocol::Tcp)
+    if (protocol == Protocol::Tcp) {
         ::setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-    else
+    } else {
         // Nothing is sent again: a change that is under way must not be made twice.
         clnt_control(client.get(), CLSET_RETRY_TIMEOUT, &limit);
+    }
 }
 
 bool Handle::stale() const {
-    if (protocol == Protocol::Udp)
+    if (protocol == Protocol::Udp) {
         return false;
+    }
     // Between calls nothing is on its way: whatever can be read is the end or out of order.
     pollfd wait{descriptor, POLLIN | POLLRDHUP, 0};
     return ::poll(&wait, 1, 0) != 0;

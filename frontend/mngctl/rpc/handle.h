@@ -4,6 +4,7 @@
 
 #include <netinet/in.h>
 #include <rpc/rpc.h>
+
 #include <memory>
 #include <string_view>
 

@@ -28,15 +28,17 @@ void Describer::fixedText(std::string_view name, std::span<char> characters) {
 
 void Describer::text(std::string_view name, char*& /*value*/, std::size_t maximum) {
     Json& field = add(name, "text");
-    if (maximum != unlimited)
+    if (maximum != unlimited) {
         field["maximum"] = maximum;
+    }
 }
 
 void Describer::namedNumber(std::string_view name, int& /*value*/,
                             std::span<const Choice> choices) {
     std::string names;
-    for (const Choice& choice : choices)
+    for (const Choice& choice : choices) {
         names += (names.empty() ? "" : "|") + std::string(choice.name);
+    }
     add(name, names);
 }
 
@@ -57,8 +59,9 @@ void Describer::openList(std::string_view name, std::size_t count) {
 
 void Describer::openItem(std::size_t index) {
     // All items have the same fields: the first describes them.
-    if (index > 0)
+    if (index > 0) {
         discarded = Json::array();
+    }
     open.push_back(index == 0 ? open.back() : &discarded);
 }
 

@@ -4,6 +4,7 @@
 
 #include <network.h>
 #include <rpc/rpc.h>
+
 #include <cstddef>
 #include <cstring>
 #include <limits>

@@ -2,8 +2,9 @@
 
 #include "mngctl/wire/fields.h"
 
-#include <deque>
 #include <nlohmann/json.hpp>
+
+#include <deque>
 #include <set>
 
 namespace mngctl {

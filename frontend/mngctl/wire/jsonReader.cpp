@@ -2,6 +2,7 @@
 #include "mngctl/wire/json.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -15,8 +16,9 @@ void JsonReader::push(const Json* node, std::string path) {
 const Json* JsonReader::find(std::string_view name) {
     Level& level = open.back();
     level.known.emplace(name);
-    if (level.node == nullptr)
+    if (level.node == nullptr) {
         return nullptr;
+    }
     const auto found = level.node->find(std::string(name));
     return found == level.node->end() ? nullptr : &*found;
 }
@@ -28,8 +30,9 @@ void JsonReader::fail(std::string_view name, const std::string& reason) const {
 template <class Parse>
 void JsonReader::read(std::string_view name, const Parse& parse) {
     const Json* const node = find(name);
-    if (node == nullptr)
+    if (node == nullptr) {
         return;
+    }
     try {
         parse(*node);
     } catch (const UsageError& error) {
@@ -44,14 +47,17 @@ Integer JsonReader::whole(const Json& node, Integer (*parseText)(std::string_vie
 }
 
 const std::string& JsonReader::textOf(const Json& node, std::size_t maximum) const {
-    if (!node.is_string())
+    if (!node.is_string()) {
         throw UsageError("expected a text");
+    }
     const auto& text = node.get_ref<const std::string&>();
-    if (text.find('\0') != std::string::npos)
+    if (text.find('\0') != std::string::npos) {
         throw UsageError("a text cannot hold a zero character");
-    if (text.size() > maximum)
+    }
+    if (text.size() > maximum) {
         throw UsageError(fmt::format("a text of {} bytes is too long: the board takes at most {}",
                                      text.size(), maximum));
+    }
     return text;
 }
 
@@ -98,28 +104,33 @@ void JsonReader::namedNumber(std::string_view name, int& value, std::span<const 
 
 void JsonReader::openRecord(std::string_view name) {
     const Json* const node = find(name);
-    if (node != nullptr && !node->is_object())
+    if (node != nullptr && !node->is_object()) {
         fail(name, "expected an object with fields");
+    }
     push(node, fmt::format("{}{}.", open.back().path, name));
 }
 
 void JsonReader::openList(std::string_view name, std::size_t count) {
     const Json* const node = find(name);
-    if (node != nullptr && !node->is_array())
+    if (node != nullptr && !node->is_array()) {
         fail(name, "expected an array");
-    if (node != nullptr && node->size() > count)
+    }
+    if (node != nullptr && node->size() > count) {
         fail(name,
              fmt::format("holds {} items, where the board has room for {}", node->size(), count));
+    }
     push(node, fmt::format("{}{}", open.back().path, name));
 }
 
 void JsonReader::openItem(std::size_t index) {
     const Level& level = open.back();
     const Json* node = nullptr;
-    if (level.node != nullptr && index < level.node->size())
+    if (level.node != nullptr && index < level.node->size()) {
         node = &(*level.node)[index];
-    if (node != nullptr && !node->is_object())
+    }
+    if (node != nullptr && !node->is_object()) {
         fail(fmt::format("[{}]", index), "expected an object with fields");
+    }
     push(node, fmt::format("{}[{}].", level.path, index));
 }
 
@@ -127,8 +138,9 @@ void JsonReader::close() {
     const Level& level = open.back();
     if (level.node != nullptr && level.node->is_object()) {
         for (const auto& [name, value] : level.node->items()) {
-            if (level.known.contains(name))
+            if (level.known.contains(name)) {
                 continue;
+            }
             const std::vector<std::string> known(level.known.begin(), level.known.end());
             throw UsageError(fmt::format("{}{}: there is no such field; expected {}", level.path,
                                          printable(name), joinNames(known)));

@@ -1,6 +1,7 @@
 #include "mngctl/wire/json.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 
 namespace mngctl {
@@ -28,10 +29,11 @@ void JsonWriter::text(std::string_view name, char*& value, std::size_t /*maximum
 
 void JsonWriter::namedNumber(std::string_view name, int& value, std::span<const Choice> choices) {
     const auto found = std::ranges::find(choices, value, &Choice::value);
-    if (found == choices.end())
+    if (found == choices.end()) {
         at(name) = value;
-    else
+    } else {
         at(name) = found->name;
+    }
 }
 
 void JsonWriter::openRecord(std::string_view name) {
@@ -55,19 +57,22 @@ namespace {
 
 void addLines(std::string& lines, const std::string& path, const Json& value) {
     if (value.is_object()) {
-        for (const auto& [name, child] : value.items())
+        for (const auto& [name, child] : value.items()) {
             addLines(lines, path.empty() ? name : fmt::format("{}.{}", path, name), child);
+        }
     } else if (value.is_array()) {
-        for (std::size_t i = 0; i < value.size(); ++i)
+        for (std::size_t i = 0; i < value.size(); ++i) {
             addLines(lines, fmt::format("{}[{}]", path, i), value[i]);
+        }
     } else {
         std::string shown;
-        if (value.is_string())
+        if (value.is_string()) {
             shown = printable(value.get_ref<const std::string&>());
-        else if (value.is_boolean())
+        } else if (value.is_boolean()) {
             shown = value.get<bool>() ? "on" : "off";
-        else
+        } else {
             shown = value.dump();
+        }
         lines += shown.empty() ? path + ":\n" : fmt::format("{}: {}\n", path, shown);
     }
 }

@@ -1,4 +1,5 @@
 #include "mngctl/wire/records.h"
+
 #include "mngctl/wire/choices.h"
 
 namespace mngctl {

@@ -4,6 +4,7 @@
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
+
 #include <array>
 #include <vector>
 
@@ -23,16 +24,19 @@ std::vector<int> numbers(std::string_view text, char separator,
     std::vector<int> result;
     for (const std::size_t size : sizes) {
         if (!result.empty()) {
-            if (text.empty() || text.front() != separator)
+            if (text.empty() || text.front() != separator) {
                 return {};
+            }
             text.remove_prefix(1);
         }
-        if (text.size() < size)
+        if (text.size() < size) {
             return {};
+        }
         int value = 0;
         for (const char c : text.substr(0, size)) {
-            if (c < '0' || c > '9')
+            if (c < '0' || c > '9') {
                 return {};
+            }
             value = 10 * value + (c - '0');
         }
         result.push_back(value);
@@ -45,19 +49,23 @@ std::optional<year_month_day> readDate(std::string_view text) {
     const auto make = [](int y, int m, int d) {
         return year(y) / month(static_cast<unsigned>(m)) / day(static_cast<unsigned>(d));
     };
-    if (const auto iso = numbers(text, '-', {4, 2, 2}); !iso.empty())
+    if (const auto iso = numbers(text, '-', {4, 2, 2}); !iso.empty()) {
         return make(iso[0], iso[1], iso[2]);
-    if (const auto dayFirst = numbers(text, '/', {2, 2, 4}); !dayFirst.empty())
+    }
+    if (const auto dayFirst = numbers(text, '/', {2, 2, 4}); !dayFirst.empty()) {
         return make(dayFirst[2], dayFirst[1], dayFirst[0]);
+    }
     return std::nullopt;
 }
 
 std::optional<seconds> readTime(std::string_view text) {
     auto parts = numbers(text, ':', {2, 2, 2});
-    if (parts.empty())
+    if (parts.empty()) {
         parts = numbers(text, ':', {2, 2});
-    if (parts.empty() || parts[0] > 23 || parts[1] > 59 || (parts.size() > 2 && parts[2] > 59))
+    }
+    if (parts.empty() || parts[0] > 23 || parts[1] > 59 || (parts.size() > 2 && parts[2] > 59)) {
         return std::nullopt;
+    }
     return hours(parts[0]) + minutes(parts[1]) + seconds(parts.size() > 2 ? parts[2] : 0);
 }
 
@@ -80,31 +88,37 @@ std::string clockText(const hh_mm_ss<seconds>& time) {
 
 LocalTime parseCivilTime(std::string_view date, std::string_view time) {
     const auto onDay = readDate(date);
-    if (!onDay)
+    if (!onDay) {
         throw UsageError(
             fmt::format("expected a date such as 31/12/2024 (day first) or 2024-12-31, not '{}'",
                         printable(date)));
-    if (!onDay->ok())
+    }
+    if (!onDay->ok()) {
         throw UsageError(fmt::format("the calendar has no day {}", date));
+    }
     const int inYear = static_cast<int>(onDay->year());
-    if (inYear < firstYear || inYear > lastYear)
+    if (inYear < firstYear || inYear > lastYear) {
         throw UsageError(fmt::format("the clock can be set to the years {} to {}, not {}",
                                      firstYear, lastYear, inYear));
+    }
     const auto atTime = readTime(time);
-    if (!atTime)
+    if (!atTime) {
         throw UsageError(
             fmt::format("expected a time from 00:00:00 to 23:59:59, not '{}'", printable(time)));
+    }
     return local_days(*onDay) + *atTime;
 }
 
 std::optional<LocalTime> readBoardTime(std::string_view text) {
     const std::size_t blank = text.find(' ');
-    if (blank == std::string_view::npos)
+    if (blank == std::string_view::npos) {
         return std::nullopt;
+    }
     const auto time = readTime(text.substr(0, blank));
     const auto date = readDate(text.substr(blank + 1));
-    if (!time || !date || !date->ok())
+    if (!time || !date || !date->ok()) {
         return std::nullopt;
+    }
     return local_days(*date) + *time;
 }
 

@@ -3,6 +3,7 @@
 #include "mngctl/zone/zoneSettings.h"
 
 #include <fmt/format.h>
+
 #include <optional>
 
 namespace mngctl {
@@ -25,17 +26,20 @@ public:
         ZoneSettings zone;
         zone.name = readName();
         zone.offset = -readOffset();
-        if (rest.empty())
+        if (rest.empty()) {
             return zone;
+        }
         readName();
         const bool saysOffset = !rest.empty() && rest.front() != ',';
         zone.dstOffset = saysOffset ? -readOffset() - zone.offset : minutesPerHour;
-        if (rest.empty())
+        if (rest.empty()) {
             cannotKeep("it does not say when daylight-saving time starts and ends");
+        }
         zone.start = readDate();
         zone.end = readDate();
-        if (!rest.empty())
+        if (!rest.empty()) {
             wrong(fmt::format("'{}' follows its end", printable(rest)));
+        }
         return zone;
     }
 
@@ -54,8 +58,9 @@ private:
     }
 
     bool take(char c) {
-        if (rest.empty() || rest.front() != c)
+        if (rest.empty() || rest.front() != c) {
             return false;
+        }
         rest.remove_prefix(1);
         return true;
     }
@@ -66,14 +71,17 @@ private:
         const auto belongs = [&](char c) {
             return isLetter(c) || (isQuoted && (isDigit(c) || c == '+' || c == '-'));
         };
-        while (size < rest.size() && belongs(rest[size]))
+        while (size < rest.size() && belongs(rest[size])) {
             ++size;
+        }
         std::string name(rest.substr(0, size));
         rest.remove_prefix(size);
-        if (size < 3)
+        if (size < 3) {
             wrong("a name has three letters or more");
-        if (isQuoted && !take('>'))
+        }
+        if (isQuoted && !take('>')) {
             wrong("a name that begins with < ends with >");
+        }
         return name;
     }
 
@@ -81,10 +89,12 @@ private:
         constexpr std::size_t longest = 3;
         int value = 0;
         std::size_t size = 0;
-        while (size < rest.size() && isDigit(rest[size]) && size < longest)
+        while (size < rest.size() && isDigit(rest[size]) && size < longest) {
             value = 10 * value + (rest[size++] - '0');
-        if (size == 0 || value > highest)
+        }
+        if (size == 0 || value > highest) {
             wrong(fmt::format("expected {}, at most {}", what, highest));
+        }
         rest.remove_prefix(size);
         return value;
     }
@@ -92,13 +102,16 @@ private:
     /// [+-]hours[:minutes[:seconds]], in minutes.
     int readTime(int highestHour) {
         const bool isNegative = take('-');
-        if (!isNegative)
+        if (!isNegative) {
             take('+');
+        }
         int minutes = minutesPerHour * readNumber(highestHour, "hours");
-        if (take(':'))
+        if (take(':')) {
             minutes += readNumber(minutesPerHour - 1, "minutes");
-        if (take(':') && readNumber(minutesPerHour - 1, "seconds") != 0)
+        }
+        if (take(':') && readNumber(minutesPerHour - 1, "seconds") != 0) {
             cannotKeep("it has seconds");
+        }
         return isNegative ? -minutes : minutes;
     }
 
@@ -108,19 +121,24 @@ private:
     }
 
     SwitchDate readDate() {
-        if (!take(','))
+        if (!take(',')) {
             wrong("a comma and a date are missing");
-        if (!rest.empty() && (rest.front() == 'J' || isDigit(rest.front())))
+        }
+        if (!rest.empty() && (rest.front() == 'J' || isDigit(rest.front()))) {
             cannotKeep("it counts days of the year, and the board weeks of a month");
-        if (!take('M'))
+        }
+        if (!take('M')) {
             wrong("expected a date such as M3.5.0, month, week and day");
+        }
         SwitchDate date;
         date.month = readNumber(12, "a month");
-        if (!take('.'))
+        if (!take('.')) {
             wrong("expected a dot after the month");
+        }
         date.week = readNumber(5, "a week");
-        if (!take('.'))
+        if (!take('.')) {
             wrong("expected a dot after the week");
+        }
         const int day = readNumber(6, "a day, 0 for Sunday");
         date.day = day == 0 ? sunday : day;
         date.time = 2 * hourFactor;
@@ -128,11 +146,13 @@ private:
             constexpr int week = 167;
             const int minutes = readTime(week);
             date.time = minutes / minutesPerHour * hourFactor + minutes % minutesPerHour;
-            if (minutes < 0 || minutes >= 24 * minutesPerHour)
+            if (minutes < 0 || minutes >= 24 * minutesPerHour) {
                 cannotKeep("a change is not on the day that the rule names");
+            }
         }
-        if (!date.isValid())
+        if (!date.isValid()) {
             wrong("months and weeks count from 1");
+        }
         return date;
     }
 };

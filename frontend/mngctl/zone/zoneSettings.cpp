@@ -1,6 +1,7 @@
 #include "mngctl/zone/zoneSettings.h"
 
 #include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -88,40 +89,46 @@ std::string formatOffset(int offset) {
 
 std::string formatDate(const SwitchDate& date) {
     std::string text = fmt::format("M{}.{}.{}", date.month, date.week, date.day % daysPerWeek);
-    if (date.time % hourFactor != 0)
+    if (date.time % hourFactor != 0) {
         text += fmt::format("/{}:{:02}", date.time / hourFactor, date.time % hourFactor);
-    else if (date.time != customaryTime)
+    } else if (date.time != customaryTime) {
         text += fmt::format("/{}", date.time / hourFactor);
+    }
     return text;
 }
 
 std::string formatRule(const ZoneSettings& zone) {
     std::string rule;
-    if (isAbbreviation(zone.name))
+    if (isAbbreviation(zone.name)) {
         rule = zone.name;
-    else
+    } else {
         rule = zone.offset == 0 && !zone.observesDst() ? "UTC" : numericName(zone.offset);
+    }
     rule += ruleOffset(zone.offset);
-    if (!zone.observesDst())
+    if (!zone.observesDst()) {
         return rule;
+    }
     const int dst = zone.offset + zone.dstOffset;
     rule += numericName(dst);
-    if (zone.dstOffset != customaryDstOffset)
+    if (zone.dstOffset != customaryDstOffset) {
         rule += ruleOffset(dst);
+    }
     return fmt::format("{},{},{}", rule, formatDate(zone.start), formatDate(zone.end));
 }
 
 Outlook outlook(const ZoneSettings& zone, LocalTime now, std::size_t count) {
     Outlook result;
-    if (!zone.observesDst())
+    if (!zone.observesDst()) {
         return result;
+    }
     const year_month_day today{floor<days>(now)};
     const auto moments = momentsAround(zone, today.year(), static_cast<int>(count) + 1);
     const auto isDstAt = [&](LocalTime utc) {
         bool isDst = false;
         for (const Moment& moment : moments) {
-            if (moment.utc <= utc)
+            if (moment.utc <= utc) {
                 isDst = moment.toDst;
+            }
         }
         return isDst;
     };
@@ -129,8 +136,9 @@ Outlook outlook(const ZoneSettings& zone, LocalTime now, std::size_t count) {
     result.isDst = isDstAt(inDst);
     const LocalTime utc = result.isDst ? inDst : now - minutes(zone.offset);
     for (const Moment& moment : moments) {
-        if (moment.utc <= utc || result.changes.size() == count)
+        if (moment.utc <= utc || result.changes.size() == count) {
             continue;
+        }
         const minutes standard(zone.offset);
         const minutes dst(zone.offset + zone.dstOffset);
         result.changes.push_back({moment.utc + (moment.toDst ? standard : dst),

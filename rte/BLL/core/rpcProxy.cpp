@@ -3,12 +3,10 @@
 #include "framework/BLLManager.h"
 #include "rte/BLL/core/datagramBound.h"
 
-#include <rpc/pmap_clnt.h>
-
 #include <boost/bind/bind.hpp>
 #include <boost/date_time/posix_time/posix_time_types.hpp>
-
 #include <netinet/in.h>
+#include <rpc/pmap_clnt.h>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <rpc/rpc.h>
-
 #include <boost/thread/thread.hpp>
+#include <rpc/rpc.h>
 
 #include <cstdint>
 #include <string>

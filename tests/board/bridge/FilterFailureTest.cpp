@@ -1,12 +1,10 @@
 // What happens when the kernel refuses, or holds something else than it should.
 
 #include "FilterFixture.h"
-
 #include "board/bridge/rulesDocument.h"
 #include "platform/zubridge.h"
 
 #include <gmock/gmock.h>
-
 #include <linux/capability.h>
 #include <sys/syscall.h>
 #include <unistd.h>

@@ -1,7 +1,6 @@
 // Access lists on the kernel's packet filter, with packets.
 
 #include "FilterFixture.h"
-
 #include "board/bridge/ipv4Text.h"
 #include "board/framework/Framework.h"
 

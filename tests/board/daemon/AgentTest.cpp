@@ -1,9 +1,8 @@
 #include "board/snmp/Agent.h"
+#include "tests/board/daemon/support.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/board/daemon/support.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "board/ntp/configuration.h"
 #include "tests/board/daemon/support.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -67,9 +67,10 @@ TEST(ChronyConfiguration, TakesTheLongestHostText) {
 }
 
 TEST(ChronyConfiguration, IsNotMadeOfTextsThatAreNoHosts) {
-    for (const std::string host : {"a b", "a\nallow", "a#b", "fe80::1%mng0", "a\"b", "\xE9"})
+    for (const std::string host : {"a b", "a\nallow", "a#b", "fe80::1%mng0", "a\"b", "\xE9"}) {
         EXPECT_THROW(ntp::configurationOf(withServer(host), files, "mng0"), std::runtime_error)
             << host;
+    }
 }
 
 TEST(ChronyConfiguration, IsNotMadeForPathsThatCannotServe) {

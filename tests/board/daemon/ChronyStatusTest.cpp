@@ -1,10 +1,10 @@
+#include "board/ntp/status.h"
+#include "tests/board/daemon/support.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <ctime>
-
-#include "board/ntp/status.h"
-#include "tests/board/daemon/support.h"
 
 namespace {
 
@@ -123,8 +123,9 @@ TEST(ChronyStatus, KeepsValuesInTheirRange) {
 TEST(ChronyStatus, IsNotMadeOfAnythingElse) {
     for (const std::string report : {"", "506 Cannot talk to daemon\n", "a,b,c\n",
                                      "C0000201,192.0.2.1,x,1,1,1,1,1,1,1,1,1,1,"
-                                     "Normal\n"})
+                                     "Normal\n"}) {
         EXPECT_THROW(ntp::statusOf(configuration(), {report, ""}), std::runtime_error) << report;
+    }
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "board/daemon/Daemon.h"
+#include "tests/board/daemon/support.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,8 +7,6 @@
 
 #include <fstream>
 #include <string>
-
-#include "tests/board/daemon/support.h"
 
 namespace {
 

@@ -16,8 +16,9 @@ namespace fs = std::filesystem;
 
 Directory::Directory() {
     std::string name = (fs::temp_directory_path() / "daemon-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
+    if (::mkdtemp(name.data()) == nullptr) {
         throw std::system_error(errno, std::generic_category(), name);
+    }
     path = name;
 }
 
@@ -48,8 +49,9 @@ bool Lines::contain(const std::string& text) const {
 bool eventually(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (std::chrono::steady_clock::now() >= deadline) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/daemon/Log.h"
+
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -7,8 +9,6 @@
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "board/daemon/Log.h"
 
 namespace daemontest {
 

@@ -1,7 +1,6 @@
 #include "board/framework/callWithin.h"
 
 #include <gtest/gtest.h>
-
 #include <pthread.h>
 
 #include <array>

@@ -1,15 +1,13 @@
-#include "board/framework/controlActions.h"
-
 #include "board/framework/Framework.h"
+#include "board/framework/controlActions.h"
 #include "files.h"
 #include "framework/BLLManager.h"
 #include "framework/CliConfig.h"
 #include "framework/sysInfo.h"
 #include "support.h"
 
-#include <gmock/gmock.h>
-
 #include <boost/bind/bind.hpp>
+#include <gmock/gmock.h>
 
 #include <stdexcept>
 #include <utility>

@@ -1,5 +1,4 @@
 #include "board/framework/EntityRegistry.h"
-
 #include "support.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,6 @@
 // The framework's classes, as an entity library sees them.
 
 #include "board/framework/Framework.h"
-
 #include "files.h"
 #include "framework/BLLManager.h"
 #include "framework/CliConfig.h"
@@ -12,7 +11,6 @@
 #include "support.h"
 
 #include <gmock/gmock.h>
-
 #include <pthread.h>
 
 #include <array>

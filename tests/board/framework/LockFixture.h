@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/framework/ReentrantSharedLock.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -9,8 +11,6 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
-
-#include "board/framework/ReentrantSharedLock.h"
 
 namespace test {
 

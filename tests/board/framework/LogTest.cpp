@@ -1,12 +1,10 @@
-#include "framework/Log.h"
-
 #include "board/framework/Framework.h"
 #include "board/framework/stderrLog.h"
+#include "framework/Log.h"
 #include "support.h"
 
-#include <gmock/gmock.h>
-
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <array>

@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "board/framework/managementPort.h"
 #include "platform/interfaces.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -30,8 +30,9 @@ TEST_F(ManagementPort, NameNeedsRoomForItsTerminator) {
 
 TEST_F(ManagementPort, OtherPortsAreUnknown) {
     char name[9] = "untouch.";
-    for (const int port : {0, 2, -1})
+    for (const int port : {0, 2, -1}) {
         EXPECT_NE(interfaceLinuxnameGet(port, sizeof name, name), 0);
+    }
     EXPECT_NE(interfaceLinuxnameGet(1, -1, name), 0);
     EXPECT_STREQ(name, "untouch.");
     EXPECT_NE(interfaceLinuxnameGet(1, 9, nullptr), 0);

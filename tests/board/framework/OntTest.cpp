@@ -8,9 +8,8 @@
 #include "platform/zubridge.h"
 #include "support.h"
 
-#include <gmock/gmock.h>
-
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <linux/if_tun.h>
 #include <net/if.h>
 #include <net/if_arp.h>

@@ -1,5 +1,4 @@
 #include "board/framework/ownedFilter.h"
-
 #include "control.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,7 @@
 // Who waits for the lock, in which order, and how long.
 
-#include "board/framework/ReentrantSharedLock.h"
-
 #include "LockFixture.h"
+#include "board/framework/ReentrantSharedLock.h"
 #include "support.h"
 
 #include <gmock/gmock.h>

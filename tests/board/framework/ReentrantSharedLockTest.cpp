@@ -1,6 +1,5 @@
-#include "board/framework/ReentrantSharedLock.h"
-
 #include "LockFixture.h"
+#include "board/framework/ReentrantSharedLock.h"
 
 #include <barrier>
 #include <chrono>

@@ -1,6 +1,5 @@
-#include "framework/relayAgents.h"
-
 #include "board/framework/systemTexts.h"
+#include "framework/relayAgents.h"
 #include "support.h"
 
 #include <gmock/gmock.h>

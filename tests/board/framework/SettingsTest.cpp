@@ -1,10 +1,8 @@
 #include "board/framework/Settings.h"
-
 #include "files.h"
 #include "support.h"
 
 #include <gmock/gmock.h>
-
 #include <sys/resource.h>
 
 #include <csignal>

@@ -1,7 +1,6 @@
-#include "platform/sysConfig.h"
-
 #include "board/framework/softwareVersion.h"
 #include "files.h"
+#include "platform/sysConfig.h"
 #include "support.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,7 @@
 #include "board/services/SessionServers.h"
+#include "tests/board/varo/TemporaryDirectory.h"
+#include "tests/board/varo/network/namespaces.h"
+#include "tests/board/varo/support.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
@@ -15,10 +18,6 @@
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/network/namespaces.h"
-#include "tests/board/varo/support.h"
 
 namespace {
 
@@ -94,11 +93,14 @@ public:
         std::string line;
         while (line.empty() || line.back() != '\n') {
             pollfd one{socket.get(), POLLIN, 0};
-            if (::poll(&one, 1, static_cast<int>(std::chrono::milliseconds(patience).count())) != 1)
+            if (::poll(&one, 1, static_cast<int>(std::chrono::milliseconds(patience).count())) !=
+                1) {
                 return "nothing has come";
+            }
             char c = 0;
-            if (::read(socket.get(), &c, 1) != 1)
+            if (::read(socket.get(), &c, 1) != 1) {
                 break;
+            }
             line += c;
         }
         return line;
@@ -152,8 +154,9 @@ protected:
 
 TEST_F(SessionServersTest, AreOffUntilTheyAreSwitchedOn) {
     start();
-    for (const std::uint16_t port : {telnetPort, sshPort, ftpPort})
+    for (const std::uint16_t port : {telnetPort, sshPort, ftpPort}) {
         EXPECT_EQ(connectError(port), ECONNREFUSED);
+    }
     telnet(0);
     EXPECT_EQ(connectError(telnetPort), ECONNREFUSED);
 }

@@ -1,4 +1,7 @@
 #include "board/services/timeZoneFiles.h"
+#include "board/services/timeZoneRule.h"
+#include "tests/board/varo/TemporaryDirectory.h"
+#include "tests/board/varo/VaroTest.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +10,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include "board/services/timeZoneRule.h"
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 

@@ -1,8 +1,7 @@
 #include "board/services/timeZoneRule.h"
+#include "tests/board/varo/VaroTest.h"
 
 #include <gtest/gtest.h>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -48,8 +47,9 @@ TEST(TimeZoneRule, TakesANameThatIsAnAbbreviation) {
     for (const std::string& name :
          {std::string("CE"), std::string("ABCDEFG"), std::string("C+T"),
           std::string("Europe/Vienna"), std::string(), std::string(99, 'z'), std::string(150, 'z'),
-          std::string(199, 'z')})
+          std::string(199, 'z')}) {
         EXPECT_EQ(rule(zone(name, 60)), "<+01>-1") << name;
+    }
 }
 
 TEST(TimeZoneRule, StatesDaylightSavingTime) {

@@ -1,7 +1,7 @@
-#include <csignal>
-
 #include "support/isolatedTests.h"
 #include "tests/board/varo/network/namespaces.h"
+
+#include <csignal>
 
 int main(int argumentCount, char** arguments) {
     std::signal(SIGPIPE, SIG_IGN);

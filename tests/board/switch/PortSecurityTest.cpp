@@ -1,6 +1,5 @@
-#include "framework/PortSecurity.h"
-
 #include "SwitchTest.h"
+#include "framework/PortSecurity.h"
 
 #include <sched.h>
 

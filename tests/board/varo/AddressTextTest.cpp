@@ -1,8 +1,8 @@
+#include "platform/CZuUtil.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "platform/CZuUtil.h"
 
 namespace {
 
@@ -10,12 +10,15 @@ namespace {
 /// name; "-" for none.
 std::string valid(const std::string& text) {
     std::string kinds;
-    if (CZuUtil::checkIpv4Addr(text))
+    if (CZuUtil::checkIpv4Addr(text)) {
         kinds += '4';
-    if (CZuUtil::checkIpv6Addr(text))
+    }
+    if (CZuUtil::checkIpv6Addr(text)) {
         kinds += '6';
-    if (CZuUtil::checkIpHostname(text))
+    }
+    if (CZuUtil::checkIpHostname(text)) {
         kinds += 'n';
+    }
     return kinds.empty() ? "-" : kinds;
 }
 

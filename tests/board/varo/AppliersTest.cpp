@@ -1,9 +1,9 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -48,8 +48,9 @@ protected:
     }
 
     void note(const std::string& line) {
-        if (line.starts_with(broken))
+        if (line.starts_with(broken)) {
             throw std::runtime_error("it is broken");
+        }
         applied.push_back(line);
     }
 

@@ -1,3 +1,5 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,8 +8,6 @@
 #include <unistd.h>
 
 #include <utility>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -33,8 +33,9 @@ class Waiting {
 public:
     Waiting() : process(::fork()) {
         if (process == 0) {
-            for (;;)
+            for (;;) {
                 ::pause();
+            }
         }
     }
     ~Waiting() {
@@ -100,8 +101,9 @@ TEST_F(Board, RefusesAPidFileThatNamesNoProcess) {
 }
 
 TEST_F(Board, RefusesSignalsThatThereAreNot) {
-    for (const int signal : {-1, 0, 65, 1000})
+    for (const int signal : {-1, 0, 65, 1000}) {
         EXPECT_EQ(varoSendSigToAcs(signal), varo::invalidValue) << signal;
+    }
 }
 
 TEST_F(ClosedVaroTest, BoardPositionIsOneUnlessConfigured) {

@@ -1,3 +1,5 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -5,8 +7,6 @@
 #include <barrier>
 #include <thread>
 #include <vector>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -50,8 +50,9 @@ void together(const std::vector<std::function<void()>>& bodies) {
             body();
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
+    }
 }
 
 class Concurrency : public ClosedVaroTest {
@@ -143,10 +144,11 @@ TEST_F(Concurrency, AnswersEveryCallOrSaysThatItIsClosed) {
     std::atomic<int> failures{0};
     std::atomic<int> answered{0};
     const auto check = [&](int result) {
-        if (result == varo::success)
+        if (result == varo::success) {
             ++answered;
-        else if (result != varo::notOpen)
+        } else if (result != varo::notOpen) {
             ++failures;
+        }
     };
     const auto call = [&] {
         std::uint32_t value = 0;
@@ -160,8 +162,9 @@ TEST_F(Concurrency, AnswersEveryCallOrSaysThatItIsClosed) {
     const auto closeAndOpen = [&] {
         for (int i = 0; i < 20; ++i) {
             varoLibDestroy();
-            if (varoLibInit() != varo::success)
+            if (varoLibInit() != varo::success) {
                 ++failures;
+            }
         }
         done = true;
     };
@@ -179,14 +182,16 @@ TEST_F(Concurrency, OpensOnceWhenManyThreadsAreFirst) {
     const auto write = [&](int source) {
         return [&failures, source] {
             auto record = dnsOf(static_cast<std::uint32_t>(source));
-            if (varoUpdateDnsWS(source, &record) != varo::success)
+            if (varoUpdateDnsWS(source, &record) != varo::success) {
                 ++failures;
+            }
         };
     };
     const auto read = [&] {
         varoLib_s_internalConfig record{};
-        if (varoGetInternalConfig(&record) != varo::success || record.severity != 3)
+        if (varoGetInternalConfig(&record) != varo::success || record.severity != 3) {
             ++failures;
+        }
     };
     together({write(1), write(2), read, read, read, read});
     EXPECT_EQ(failures, 0);

@@ -1,12 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <fstream>
-
 #include "board/varo/Failure.h"
 #include "board/varo/RecordStore.h"
 #include "board/varo/groups.h"
 #include "tests/board/varo/VaroTest.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
 
 namespace {
 
@@ -125,8 +125,9 @@ TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
     EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
     std::string asideLog;
     for (const std::string& name : filesIn(directory.path())) {
-        if (name.starts_with("varo.db.damaged-") && name.ends_with("Z-wal"))
+        if (name.starts_with("varo.db.damaged-") && name.ends_with("Z-wal")) {
             asideLog = name;
+        }
     }
     ASSERT_NE(asideLog, "");
     EXPECT_EQ(readFile(directory.path() / asideLog), wal.substr(1));
@@ -135,16 +136,18 @@ TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
 TEST_F(RecordStoreFile, IsNotNeededForItsLogToBeSetAside) {
     for (const bool emptied : {false, true}) {
         std::filesystem::remove(file);
-        if (emptied)
+        if (emptied) {
             writeFile(file, "");
+        }
         writeFile(file.string() + "-wal", "the last values");
         auto store = open();
         EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
         EXPECT_THAT(log.take()[0], HasSubstr("its write-ahead log is there"));
         std::vector<std::string> kept;
         for (const std::string& name : filesIn(directory.path())) {
-            if (name.starts_with("varo.db.damaged-") && name.ends_with("-wal"))
+            if (name.starts_with("varo.db.damaged-") && name.ends_with("-wal")) {
                 kept.push_back(readFile(directory.path() / name));
+            }
         }
         EXPECT_THAT(kept, SizeIs(emptied ? 2 : 1));
         EXPECT_THAT(kept, testing::Each("the last values"));
@@ -158,8 +161,9 @@ TEST_F(RecordStoreFile, SetAsideTwiceInASecondGetsTwoNames) {
     }
     std::vector<std::string> kept;
     for (const std::string& name : filesIn(directory.path())) {
-        if (name != "varo.db")
+        if (name != "varo.db") {
             kept.push_back(readFile(directory.path() / name));
+        }
     }
     EXPECT_THAT(kept, testing::UnorderedElementsAre("first", "second", "third"));
 }

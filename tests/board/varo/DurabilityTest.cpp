@@ -1,3 +1,8 @@
+#include "board/varo/RecordStore.h"
+#include "board/varo/groups.h"
+#include "tests/board/varo/SyncedImage.h"
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -5,11 +10,6 @@
 #include <unistd.h>
 
 #include <cstdint>
-
-#include "board/varo/RecordStore.h"
-#include "board/varo/groups.h"
-#include "tests/board/varo/SyncedImage.h"
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -40,13 +40,16 @@ protected:
 /// Writes rising values and acknowledges each through the pipe, until it is killed.
 [[noreturn]] void writeUntilKilled(int acknowledgements, std::uint32_t first,
                                    int (*update)(std::uint32_t)) {
-    if (varoLibInit() != varo::success)
+    if (varoLibInit() != varo::success) {
         ::_exit(1);
+    }
     for (std::uint32_t value = first;; ++value) {
-        if (update(value) != varo::success)
+        if (update(value) != varo::success) {
             ::_exit(2);
-        if (::write(acknowledgements, &value, sizeof value) != sizeof value)
+        }
+        if (::write(acknowledgements, &value, sizeof value) != sizeof value) {
             ::_exit(3);
+        }
     }
 }
 
@@ -68,8 +71,9 @@ TEST_F(Durability, WhatWasAcknowledgedSurvivesAKill) {
             last = value;
         }
         ::kill(child, SIGKILL);
-        while (::read(ends[0], &value, sizeof value) == sizeof value)
+        while (::read(ends[0], &value, sizeof value) == sizeof value) {
             last = value;
+        }
         ::close(ends[0]);
         const int status = waitFor(child);
         ASSERT_TRUE(WIFSIGNALED(status)) << status;

@@ -1,17 +1,16 @@
-#include "board/varo/Group.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "board/varo/Failure.h"
+#include "board/varo/Group.h"
 #include "board/varo/RecordStore.h"
 #include "tests/board/varo/TemporaryDirectory.h"
 #include "tests/board/varo/VaroTest.h"
 #include "tests/board/varo/support.h"
 #include "varo/records.h"
 #include "varo/sntpRecords.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
 
 namespace {
 

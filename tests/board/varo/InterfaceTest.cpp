@@ -1,3 +1,6 @@
+#include "board/varo/Descriptor.h"
+#include "tests/board/varo/VaroTest.h"
+
 #include <arpa/inet.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -9,9 +12,6 @@
 
 #include <cstring>
 #include <stdexcept>
-
-#include "board/varo/Descriptor.h"
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -27,8 +27,9 @@ void set(unsigned long what, const char* name, const char* text) {
     address.sin_family = AF_INET;
     inet_pton(AF_INET, text, &address.sin_addr);
     std::memcpy(&request.ifr_addr, &address, sizeof address);
-    if (::ioctl(socket.get(), what, &request) != 0)
+    if (::ioctl(socket.get(), what, &request) != 0) {
         throw std::runtime_error("cannot set the address");
+    }
 }
 
 std::string described(const varoLib_s_interface& record) {

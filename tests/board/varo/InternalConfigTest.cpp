@@ -1,9 +1,9 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 

@@ -1,12 +1,11 @@
 // IPv6 texts, and the calls where there is no interface to act on: they keep what is set.
 
+#include "board/varo/Failure.h"
 #include "board/varo/ipv6.h"
+#include "tests/board/varo/VaroTest.h"
 
 #include <array>
 #include <functional>
-
-#include "board/varo/Failure.h"
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -35,9 +34,10 @@ TEST(Ipv6Text, BecomesCanonical) {
 
 TEST(Ipv6Text, ThatIsNoAddressIsNamed) {
     for (const char* const text : {"", " ", "2001:db8::g", "2001:db8::1::2", "192.0.2.1",
-                                   "2001:db8::1/64", "fe80::1%mng0", "::1 ", "1:2:3:4:5:6:7:8:9"})
+                                   "2001:db8::1/64", "fe80::1%mng0", "::1 ", "1:2:3:4:5:6:7:8:9"}) {
         EXPECT_EQ(refusal([&] { varo::checkedPrefix(text, 64); }),
                   '"' + std::string(text) + "\" is not an IPv6 address");
+    }
     EXPECT_EQ(refusal([] { varo::checkedIpv6Gateway(std::string("fe80::1\0x", 9)); }),
               "\"fe80::1\\x00x\" is not an IPv6 address");
     EXPECT_EQ(refusal([] { varo::checkedIpv6Gateway(std::string(99, '1')); }),
@@ -55,9 +55,10 @@ TEST(Ipv6Text, OfNoHostIsRefused) {
 }
 
 TEST(Ipv6Text, HasAPrefixOf1To128) {
-    for (const std::uint32_t length : {0U, 129U, 65536U, 4294967295U})
+    for (const std::uint32_t length : {0U, 129U, 65536U, 4294967295U}) {
         EXPECT_EQ(refusal([&] { varo::checkedPrefix("2001:db8::1", length); }),
                   "the prefix length " + std::to_string(length) + " is not in 1 to 128");
+    }
 }
 
 TEST(Ipv6Text, OfAllRoutersOfANetworkIsNoHosts) {

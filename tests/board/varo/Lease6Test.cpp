@@ -14,8 +14,9 @@ using testing::IsEmpty;
 
 std::string message(const std::vector<std::string>& parts) {
     std::string text;
-    for (const std::string& part : parts)
+    for (const std::string& part : parts) {
         text += part + '\0';
+    }
     return text;
 }
 
@@ -24,8 +25,9 @@ varo::Dhcp6Report granted(std::vector<std::string> more) {
     more.insert(more.begin(), "BOUND6");
     // The first of a name counts.
     for (const char* const value :
-         {"new_ip6_address=2001:db8::100", "new_max_life=7500", "new_preferred_life=7200"})
+         {"new_ip6_address=2001:db8::100", "new_max_life=7500", "new_preferred_life=7200"}) {
         more.emplace_back(value);
+    }
     return varo::readReport6(message(more));
 }
 
@@ -74,8 +76,9 @@ TEST(Lease6, Ends) {
 }
 
 TEST(Lease6, HasEventsThatChangeNothing) {
-    for (const char* const event : {"PREINIT6", "DEPREF6", "FAIL6"})
+    for (const char* const event : {"PREINIT6", "DEPREF6", "FAIL6"}) {
         EXPECT_EQ(varo::readReport6(message({event})).event, varo::Dhcp6Event::other);
+    }
 }
 
 TEST(Lease6, IsPreferredNoLongerThanItIsValid) {
@@ -107,9 +110,10 @@ TEST(Lease6, WithoutAUsableAddressOrLifetimeIsRefused) {
     EXPECT_EQ(with("2001:db8::1", "10", "10"), "nothing");
     EXPECT_EQ(with("192.0.2.1", "10", "10"), "the address \"192.0.2.1\" is none");
     EXPECT_EQ(with("", "10", "10"), "the address \"\" is none");
-    for (const char* const address : {"::1", "ff02::1", "fe80::1"})
+    for (const char* const address : {"::1", "ff02::1", "fe80::1"}) {
         EXPECT_EQ(with(address, "10", "10"),
                   std::string(address) + " is not the address of a host beyond the link");
+    }
     EXPECT_EQ(with("2001:db8::1", "0", "0"), "2001:db8::1 is granted for no time");
     for (const char* const seconds : {"", "-1", "x", "10 ", "4294967296"}) {
         EXPECT_EQ(with("2001:db8::1", seconds, "1"),

@@ -18,8 +18,9 @@ using varo::readReport;
 
 std::string message(const std::vector<std::string>& parts) {
     std::string result;
-    for (const std::string& part : parts)
+    for (const std::string& part : parts) {
         result += part + '\0';
+    }
     return result;
 }
 
@@ -87,9 +88,10 @@ TEST(Lease, WithAnAddressOrTimeThatIsNoneIsRefused) {
               "the mask 255.255.0.255 has holes");
     EXPECT_EQ(refusal({"bound", "ip=192.0.2.7", "subnet=24", "lease=60"}),
               "the mask \"24\" is none");
-    for (const char* lease : {"lease=", "lease=0", "lease=-1", "lease=60s", "lease=4294967296"})
+    for (const char* lease : {"lease=", "lease=0", "lease=-1", "lease=60s", "lease=4294967296"}) {
         EXPECT_THAT(refusal({"bound", "ip=192.0.2.7", lease}), HasSubstr("the lease time"))
             << lease;
+    }
 }
 
 TEST(Lease, LeavesOutWhatCannotBeUsed) {

@@ -1,10 +1,10 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <stdexcept>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -29,21 +29,26 @@ int firstUse() {
     const TemporaryDirectory directory;
     LogLines log;
     varo::configure({{}, {}, log.receiver()});
-    if (readDns() != varo::notConfigured || writeDns("a") != varo::notConfigured)
+    if (readDns() != varo::notConfigured || writeDns("a") != varo::notConfigured) {
         return 1;
+    }
     if (log.lines() !=
         std::vector<std::string>{"3 varoGetDnsWS: no state directory is configured",
-                                 "3 varoUpdateDnsWS: no state directory is configured"})
+                                 "3 varoUpdateDnsWS: no state directory is configured"}) {
         return 2;
+    }
     const auto resolverFile = directory.path() / "resolv.conf";
     varo::configure({directory.path(), resolverFile, log.receiver()});
-    if (readDns() != varo::success || !std::filesystem::exists(directory.path() / "varo.db"))
+    if (readDns() != varo::success || !std::filesystem::exists(directory.path() / "varo.db")) {
         return 3;
+    }
     // What is stored comes into force when the store opens.
-    if (!std::filesystem::exists(resolverFile))
+    if (!std::filesystem::exists(resolverFile)) {
         return 4;
-    if (writeDns("a") != varo::success || varoLibInit() != varo::success)
+    }
+    if (writeDns("a") != varo::success || varoLibInit() != varo::success) {
         return 5;
+    }
     varoLibDestroy();
     return readDns() == varo::notOpen ? 0 : 6;
 }
@@ -53,8 +58,9 @@ int useWithoutConfiguration() {
     setText(record.domain, "before");
     int source = 2;
     if (varoLibInit() != varo::notConfigured ||
-        varoGetDnsWS(&source, &record) != varo::notConfigured)
+        varoGetDnsWS(&source, &record) != varo::notConfigured) {
         return 1;
+    }
     return std::string(record.domain) == "before" ? 0 : 2;
 }
 
@@ -90,7 +96,7 @@ TEST_F(Library, AnswersNoCallWhileItIsClosed) {
     varoLib_s_internalConfig config{.severity = 99};
     varoLib_s_dns dns{};
     varoLib_s_dns6 dns6{};
-    varoLib_s_interface interface {};
+    varoLib_s_interface interface{};
     setText(interface.name, "lo");
     int source = 0;
     EXPECT_EQ(varoGetInternalConfig(&config), varo::notOpen);

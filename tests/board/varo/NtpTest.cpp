@@ -1,7 +1,7 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -19,8 +19,9 @@ protected:
     static Hosts hosts(const std::vector<std::string>& names) {
         Hosts config{};
         config.mode = 1;
-        for (std::size_t place = 0; place < names.size(); ++place)
+        for (std::size_t place = 0; place < names.size(); ++place) {
             setText(config.servers[place].host, names[place]);
+        }
         return config;
     }
 
@@ -44,19 +45,21 @@ protected:
     /// "host version priority type" of the entries.
     static std::vector<std::string> shown(const Hosts& config) {
         std::vector<std::string> all;
-        for (const rpcSntpSrvHost& server : config.servers)
+        for (const rpcSntpSrvHost& server : config.servers) {
             all.push_back(std::string(server.host) + " " + std::to_string(server.ntpVersion) + " " +
                           std::to_string(server.priority) + " " +
                           std::to_string(server.addressType));
+        }
         return all;
     }
 
     static std::vector<std::string> shown(const Addresses& config) {
         std::vector<std::string> all;
-        for (const rpcSntpSrv& server : config.servers)
+        for (const rpcSntpSrv& server : config.servers) {
             all.push_back(std::to_string(server.ipAddress == 0 ? 0 : server.ipAddress - host1 + 1) +
                           " " + std::to_string(server.ntpVersion) + " " +
                           std::to_string(server.priority));
+        }
         return all;
     }
 };
@@ -93,8 +96,9 @@ TEST_F(Ntp, KeepsHostsOfEachSourceOverARestart) {
 
 TEST_F(Ntp, FindsTheAddressTypeItselfAndClearsEntriesWithoutAServer) {
     Hosts config = hosts({"192.0.2.1", "::1", "host"});
-    for (rpcSntpSrvHost& server : config.servers)
+    for (rpcSntpSrvHost& server : config.servers) {
         server.addressType = 99;
+    }
     config.servers[3].ntpVersion = 77;
     config.servers[3].priority = 77;
     ASSERT_EQ(store(2, config), varo::success);
@@ -153,8 +157,9 @@ TEST_F(Ntp, RefusesServersThatAreNoHosts) {
     ASSERT_EQ(store(2, hosts({"ntp.example.net"})), varo::success);
     for (const char* bad :
          {"192.0.2.256", "224.0.1.1", "255.255.255.255", "0.0.0.0", "::", "ff02::101",
-          "fe80::1%eth0", "ntp_server", "ntp.example.net.", "-a", "a b", "12345::"})
+          "fe80::1%eth0", "ntp_server", "ntp.example.net.", "-a", "a b", "12345::"}) {
         EXPECT_EQ(store(2, hosts({"good.example", bad})), varo::invalidValue) << bad;
+    }
     EXPECT_EQ(log.take().at(0),
               "3 varoUpdateNtpHost: a server is neither a host name nor the address of one host");
     Hosts config = hosts({});

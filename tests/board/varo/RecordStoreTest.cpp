@@ -1,12 +1,11 @@
+#include "board/varo/Failure.h"
 #include "board/varo/RecordStore.h"
+#include "board/varo/groups.h"
+#include "tests/board/varo/VaroTest.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include "board/varo/Failure.h"
-#include "board/varo/groups.h"
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -95,7 +94,7 @@ TEST_F(RecordStore, CanBeReadByItsOwnerOnly) {
     auto store = open();
     store.session().write(dnsGroup(), 2, dnsOf("example.net", 1));
     for (const char* suffix : {"", "-wal", "-shm"}) {
-        struct stat status {};
+        struct stat status{};
         ASSERT_EQ(::stat((file.string() + suffix).c_str(), &status), 0) << suffix;
         EXPECT_EQ(status.st_mode & 07777, 0600U) << suffix;
     }

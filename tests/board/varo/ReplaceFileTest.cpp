@@ -1,4 +1,6 @@
 #include "board/varo/replaceFile.h"
+#include "tests/board/varo/TemporaryDirectory.h"
+#include "tests/board/varo/support.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,9 +8,6 @@
 #include <sys/stat.h>
 
 #include <system_error>
-
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/support.h"
 
 namespace {
 
@@ -22,7 +21,7 @@ protected:
     const std::filesystem::path file = directory.path() / "resolv.conf";
 
     static struct stat statusOf(const std::filesystem::path& path) {
-        struct stat status {};
+        struct stat status{};
         EXPECT_EQ(::stat(path.c_str(), &status), 0);
         return status;
     }

@@ -1,9 +1,8 @@
 #include "board/varo/resolverFile.h"
+#include "tests/board/varo/VaroTest.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 

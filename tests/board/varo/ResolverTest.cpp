@@ -1,9 +1,9 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <vector>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -70,8 +70,9 @@ using Families = testing::Types<Ipv4, Ipv6>;
 TYPED_TEST_SUITE(Resolver, Families);
 
 TYPED_TEST(Resolver, HasNoDomainAndNoServersFromTheFactory) {
-    for (const int source : {0, 1, 2})
+    for (const int source : {0, 1, 2}) {
         EXPECT_TRUE(this->equal(this->read(source), {})) << source;
+    }
 }
 
 TYPED_TEST(Resolver, KeepsTheRecordOfEachSourceOverARestart) {
@@ -108,8 +109,9 @@ TYPED_TEST(Resolver, ReadsTheNamedSourceWhateverIsInForce) {
 
 TYPED_TEST(Resolver, RefusesToStoreForAnyOtherSource) {
     auto record = this->domain("example.net");
-    for (const int source : {0, 3, -1})
+    for (const int source : {0, 3, -1}) {
         EXPECT_EQ(TypeParam::update(source, &record), varo::noSuchSource) << source;
+    }
     EXPECT_EQ(this->log.lines().size(), 3U);
     EXPECT_EQ(this->log.lines()[0].substr(this->log.lines()[0].find(": ")),
               ": there is no configuration source 0");
@@ -151,8 +153,9 @@ TYPED_TEST(Resolver, RefusesADomainThatIsNotTerminatedAndKeepsTheOldOne) {
 
 TYPED_TEST(Resolver, KeepsEveryByteOfATextThatIsNotUtf8) {
     std::string bytes;
-    for (int byte = 1; byte < 256; ++byte)
+    for (int byte = 1; byte < 256; ++byte) {
         bytes += static_cast<char>(byte);
+    }
     this->store(2, this->domain(bytes));
     EXPECT_EQ(this->read(2).domain, bytes);
     // The file is not taken for a damaged one.
@@ -176,7 +179,7 @@ TYPED_TEST(Resolver, IsClearedByAnEmptyRecord) {
 using ResolverIpv6 = Resolver<Ipv6>;
 
 TEST_F(ResolverIpv6, RefusesServersThatAreNotTerminated) {
-    for (char(varoLib_s_dns6::*server)[256] :
+    for (char(varoLib_s_dns6::* server)[256] :
          {&varoLib_s_dns6::ipv6_pri, &varoLib_s_dns6::ipv6_sec}) {
         varoLib_s_dns6 record{};
         std::memset(record.*server, '1', sizeof(record.*server));

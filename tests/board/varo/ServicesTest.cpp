@@ -1,9 +1,9 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <climits>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -131,12 +131,15 @@ TEST_F(Services, FillsFactoryValuesAndStoresNothing) {
 }
 
 TEST_F(Services, RefusesNullRecords) {
-    for (const auto call : {varoGetTelnetSrv, varoUpdateTelnetSrv, varoDefTelnetSrv})
+    for (const auto call : {varoGetTelnetSrv, varoUpdateTelnetSrv, varoDefTelnetSrv}) {
         EXPECT_EQ(call(nullptr), varo::invalidArgument);
-    for (const auto call : {varoGetSshSrv, varoUpdateSshSrv, varoDefSshSrv})
+    }
+    for (const auto call : {varoGetSshSrv, varoUpdateSshSrv, varoDefSshSrv}) {
         EXPECT_EQ(call(nullptr), varo::invalidArgument);
-    for (const auto call : {varoGetFtpSrv, varoUpdateFtpSrv, varoDefFtpSrv})
+    }
+    for (const auto call : {varoGetFtpSrv, varoUpdateFtpSrv, varoDefFtpSrv}) {
         EXPECT_EQ(call(nullptr), varo::invalidArgument);
+    }
 }
 
 TEST_F(Services, AnswersNotOpenOnceClosed) {

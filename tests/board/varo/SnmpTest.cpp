@@ -1,7 +1,7 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -24,11 +24,12 @@ protected:
         const varoLib_s_snmpCommunity record = read();
         for (int place = 0; place < 6; ++place) {
             const auto& community = record.communities[place];
-            if (community.name[0] != '\0')
+            if (community.name[0] != '\0') {
                 all.push_back(std::to_string(place) + " " + community.name + " " +
                               community.access);
-            else
+            } else {
                 EXPECT_STREQ(community.access, "");
+            }
         }
         return all;
     }
@@ -52,8 +53,9 @@ TEST_F(Communities, AreKeptWithTheirAccessOverARestart) {
 }
 
 TEST_F(Communities, AreSixAtMostAndReuseTheFirstEmptyEntry) {
-    for (const char* name : {"a", "b", "c", "d", "e", "f"})
+    for (const char* name : {"a", "b", "c", "d", "e", "f"}) {
         ASSERT_EQ(varoAddSnmpCommunity(name, 1), varo::success);
+    }
     EXPECT_EQ(varoAddSnmpCommunity("g", 1), varo::tableFull);
     EXPECT_THAT(log.lines(),
                 ElementsAre("3 varoAddSnmpCommunity: there are 6 communities already"));
@@ -122,8 +124,9 @@ TEST_F(Communities, AreReplacedByAWholeRecordOrNotAtAll) {
     std::memset(bad[4].communities[5].name, 'x', sizeof bad[4].communities[5].name);
     const int codes[] = {varo::invalidValue, varo::invalidValue, varo::invalidValue,
                          varo::alreadyThere, varo::invalidValue};
-    for (std::size_t index = 0; index < bad.size(); ++index)
+    for (std::size_t index = 0; index < bad.size(); ++index) {
         EXPECT_EQ(varoUpdateSnmpCommunity(&bad[index]), codes[index]) << index;
+    }
     EXPECT_EQ(log.lines().size(), bad.size());
     EXPECT_THAT(entries(), ElementsAre("0 old ro"));
     EXPECT_EQ(varoUpdateSnmpCommunity(&record), varo::success);
@@ -160,8 +163,9 @@ TEST_F(SnmpSystem, KeepsTheTextOfEachSelectorOverARestart) {
 }
 
 TEST_F(SnmpSystem, RefusesOtherSelectorsAndBadTexts) {
-    for (const int selector : {0, 4, -1})
+    for (const int selector : {0, 4, -1}) {
         EXPECT_EQ(varoChangeSnmpSystem("text", selector), varo::invalidValue) << selector;
+    }
     EXPECT_EQ(varoChangeSnmpSystem(std::string(32, 'n').c_str(), 3), varo::invalidValue);
     EXPECT_EQ(varoChangeSnmpSystem("two\nlines", 1), varo::invalidValue);
     EXPECT_EQ(varoChangeSnmpSystem(nullptr, 1), varo::invalidArgument);

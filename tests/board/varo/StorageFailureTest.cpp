@@ -1,3 +1,5 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,8 +9,6 @@
 #include <fstream>
 #include <memory>
 #include <stdexcept>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -50,8 +50,9 @@ protected:
 
     std::string logText() {
         std::string text;
-        for (const std::string& line : log.take())
+        for (const std::string& line : log.take()) {
             text += line + "\n";
+        }
         return text;
     }
 };
@@ -137,8 +138,9 @@ public:
         database.reset(opened);
     }
     void run(const char* sql) {
-        if (sqlite3_exec(database.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+        if (sqlite3_exec(database.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
             throw std::runtime_error(sqlite3_errmsg(database.get()));
+        }
     }
 
 private:

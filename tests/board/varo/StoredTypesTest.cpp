@@ -1,7 +1,7 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 

@@ -1,5 +1,7 @@
 #include "tests/board/varo/SyncedImage.h"
 
+#include "tests/board/varo/support.h"
+
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -8,8 +10,6 @@
 #include <climits>
 #include <mutex>
 #include <string>
-
-#include "tests/board/varo/support.h"
 
 namespace varotest {
 
@@ -29,8 +29,9 @@ std::string contentOf(int descriptor, off_t size) {
     while (done < content.size()) {
         const ssize_t count = ::pread(descriptor, content.data() + done, content.size() - done,
                                       static_cast<off_t>(done));
-        if (count <= 0)
+        if (count <= 0) {
             break;
+        }
         done += static_cast<std::size_t>(count);
     }
     content.resize(done);
@@ -40,33 +41,38 @@ std::string contentOf(int descriptor, off_t size) {
 /// A synchronised directory has forgotten its removed files for good.
 void forgetRemovedFiles() {
     for (const std::string& name : filesIn(imageDirectory)) {
-        if (!fs::exists(watchedDirectory / name))
+        if (!fs::exists(watchedDirectory / name)) {
             fs::remove(imageDirectory / name);
+        }
     }
 }
 
 void keepContent(int descriptor) {
     const std::lock_guard lock(mutex);
-    if (watchedDirectory.empty())
+    if (watchedDirectory.empty()) {
         return;
+    }
     char name[PATH_MAX];
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
     const ssize_t length = ::readlink(link.c_str(), name, sizeof name);
-    struct stat status {};
-    if (length < 0 || ::fstat(descriptor, &status) != 0)
+    struct stat status{};
+    if (length < 0 || ::fstat(descriptor, &status) != 0) {
         return;
+    }
     const fs::path file(std::string(name, static_cast<std::size_t>(length)));
-    if (file == watchedDirectory)
+    if (file == watchedDirectory) {
         forgetRemovedFiles();
-    else if (file.parent_path() == watchedDirectory)
+    } else if (file.parent_path() == watchedDirectory) {
         writeFile(imageDirectory / file.filename(), contentOf(descriptor, status.st_size));
+    }
 }
 
 int synchronise(long call, int descriptor) {
     const int result = static_cast<int>(::syscall(call, descriptor));
     const int error = errno;
-    if (result == 0)
+    if (result == 0) {
         keepContent(descriptor);
+    }
     errno = error;
     return result;
 }

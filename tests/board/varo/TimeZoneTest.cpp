@@ -1,9 +1,9 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -157,8 +157,9 @@ TEST_F(TimeZone, HasANameThatStaysBelowTheZoneDirectory) {
     expectTaken([](Zone& zone) { setText(zone.name, "Etc/GMT+1"); });
     const std::string reason = "name: it is not that of a time zone";
     for (const char* name :
-         {"/etc/passwd", "../passwd", "Europe/../../passwd", "a b", "a\n", "\xc3\xa9"})
+         {"/etc/passwd", "../passwd", "Europe/../../passwd", "a b", "a\n", "\xc3\xa9"}) {
         expectRefused([&](Zone& zone) { setText(zone.name, name); }, reason);
+    }
     expectRefused([](Zone& zone) { std::memset(zone.name, 'z', sizeof zone.name); },
                   "name: the text is not terminated within its 200 bytes");
 }

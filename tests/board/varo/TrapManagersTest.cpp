@@ -1,10 +1,10 @@
+#include "tests/board/varo/VaroTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
-
-#include "tests/board/varo/VaroTest.h"
 
 namespace {
 
@@ -30,18 +30,20 @@ protected:
         const varoLib_s_subag record = read();
         for (int place = 0; place < 10; ++place) {
             const auto& manager = record.managers[place];
-            if (manager.ipAddress != 0)
+            if (manager.ipAddress != 0) {
                 all.push_back(std::to_string(place) + " " + manager.community + " " +
                               std::to_string(manager.ipAddress - firstHost));
-            else
+            } else {
                 EXPECT_STREQ(manager.community, "");
+            }
         }
         return all;
     }
 
     static void fill() {
-        for (std::uint32_t host = 0; host < 10; ++host)
+        for (std::uint32_t host = 0; host < 10; ++host) {
             ASSERT_EQ(varoAddSubag("public", firstHost + host), varo::success);
+        }
     }
 };
 
@@ -150,8 +152,9 @@ TEST_F(TrapManagers, SharePortsOfUdpOnly) {
     EXPECT_EQ(varoChangePortSubag(1), varo::success);
     EXPECT_EQ(read().port, 1);
     EXPECT_EQ(varoChangePortSubag(65535), varo::success);
-    for (const unsigned int port : {0U, 65536U, 0x80000000U, 0xFFFFFFFFU})
+    for (const unsigned int port : {0U, 65536U, 0x80000000U, 0xFFFFFFFFU}) {
         EXPECT_EQ(varoChangePortSubag(port), varo::invalidValue) << port;
+    }
     EXPECT_EQ(log.lines().at(1), "3 varoChangePortSubag: port: 65536 is not in 1 to 65535");
     EXPECT_EQ(read().port, 65535);
 }
@@ -184,8 +187,9 @@ TEST_F(TrapManagers, RefuseARecordWithABadEntryAsAWhole) {
     bad[5].port = -1;
     const int codes[] = {varo::invalidValue, varo::invalidValue, varo::invalidValue,
                          varo::alreadyThere, varo::invalidValue, varo::invalidValue};
-    for (std::size_t index = 0; index < bad.size(); ++index)
+    for (std::size_t index = 0; index < bad.size(); ++index) {
         EXPECT_EQ(varoUpdateSubag(&bad[index]), codes[index]) << index;
+    }
     EXPECT_EQ(log.lines().size(), bad.size());
     EXPECT_THAT(entries(), IsEmpty());
     EXPECT_EQ(read().port, 162);
@@ -195,13 +199,16 @@ TEST_F(TrapManagers, RefuseARecordWithABadEntryAsAWhole) {
 TEST_F(TrapManagers, LoseNoneWhenManyAreAddedAtOnce) {
     std::vector<std::thread> threads;
     std::atomic<int> failures{0};
-    for (std::uint32_t host = 0; host < 10; ++host)
+    for (std::uint32_t host = 0; host < 10; ++host) {
         threads.emplace_back([&failures, host] {
-            if (varoAddSubag("public", firstHost + host) != varo::success)
+            if (varoAddSubag("public", firstHost + host) != varo::success) {
                 ++failures;
+            }
         });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(entries().size(), 10U);
 }

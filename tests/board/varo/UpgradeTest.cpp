@@ -1,12 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <optional>
-
 #include "board/varo/Failure.h"
 #include "board/varo/RecordStore.h"
 #include "board/varo/groups.h"
 #include "tests/board/varo/VaroTest.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
 
 namespace {
 
@@ -155,8 +155,9 @@ TEST_F(Upgrade, LeavesTheLogOfANewerFileAsItIs) {
     {
         auto newer = open(version3);
         newer.session().write(newGroup, varo::singleRow, New{1, "new"});
-        for (const char* suffix : {"", "-wal"})
+        for (const char* suffix : {"", "-wal"}) {
             std::filesystem::copy_file(file.string() + suffix, file.string() + ".copy" + suffix);
+        }
     }
     const std::filesystem::path copy = file.string() + ".copy";
     const std::string before = readFile(copy.string() + "-wal");

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-
 #include "board/varo/codes.h"
 #include "tests/board/varo/TemporaryDirectory.h"
 #include "tests/board/varo/support.h"
 #include "varo/varoLib.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
 
 namespace varotest {
 

@@ -1,5 +1,7 @@
 #include "tests/board/varo/support.h"
 
+#include "tests/board/varo/TemporaryDirectory.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sched.h>
@@ -18,8 +20,6 @@
 #include <system_error>
 #include <utility>
 
-#include "tests/board/varo/TemporaryDirectory.h"
-
 namespace varotest {
 
 namespace fs = std::filesystem;
@@ -35,17 +35,21 @@ void unshareAsRoot(int flags) {
     const uid_t user = ::getuid();
     const gid_t group = ::getgid();
     if (user == 0) {
-        if (::unshare(flags) != 0)
+        if (::unshare(flags) != 0) {
             fail("unshare");
+        }
     } else {
-        if (::unshare(flags | CLONE_NEWUSER) != 0)
+        if (::unshare(flags | CLONE_NEWUSER) != 0) {
             fail("unshare with a user namespace");
+        }
         writeFile("/proc/self/setgroups", "deny");
         writeFile("/proc/self/uid_map", fmt::format("0 {} 1", user));
         writeFile("/proc/self/gid_map", fmt::format("0 {} 1", group));
     }
-    if ((flags & CLONE_NEWNS) != 0 && ::mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+    if ((flags & CLONE_NEWNS) != 0 &&
+        ::mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
         fail("make the mounts private");
+    }
 }
 
 std::string readAll(int descriptor) {
@@ -53,10 +57,11 @@ std::string readAll(int descriptor) {
     char buffer[4096];
     for (;;) {
         const ssize_t count = ::read(descriptor, buffer, sizeof buffer);
-        if (count > 0)
+        if (count > 0) {
             content.append(buffer, static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
+        } else if (count == 0 || errno != EINTR) {
             return content;
+        }
     }
 }
 
@@ -64,8 +69,9 @@ std::string readAll(int descriptor) {
 
 TemporaryDirectory::TemporaryDirectory() {
     std::string name = (fs::temp_directory_path() / "varo-test-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
+    if (::mkdtemp(name.data()) == nullptr) {
         fail("mkdtemp");
+    }
     directory = name;
 }
 
@@ -93,22 +99,25 @@ std::vector<std::string> LogLines::take() {
 
 std::string readFile(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot read " + file.string());
+    }
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void writeFile(const fs::path& file, const std::string& content) {
     std::ofstream stream(file, std::ios::binary);
     stream << content << std::flush;
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot write " + file.string());
+    }
 }
 
 std::vector<std::string> filesIn(const fs::path& directory) {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(directory))
+    for (const auto& entry : fs::directory_iterator(directory)) {
         names.push_back(entry.path().filename().string());
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -117,30 +126,36 @@ std::string sql(const fs::path& file, const std::string& statements) {
     sqlite3* opened = nullptr;
     const int result = sqlite3_open(file.c_str(), &opened);
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> database(opened, sqlite3_close);
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         throw std::runtime_error(sqlite3_errstr(result));
+    }
 
     std::string output;
     const auto collect = [](void* context, int count, char** values, char**) {
         auto& rows = *static_cast<std::string*>(context);
-        if (!rows.empty())
+        if (!rows.empty()) {
             rows += '\n';
-        for (int i = 0; i < count; ++i)
+        }
+        for (int i = 0; i < count; ++i) {
             rows += std::string(i == 0 ? "" : "|") + (values[i] ? values[i] : "NULL");
+        }
         return 0;
     };
-    if (sqlite3_exec(opened, statements.c_str(), collect, &output, nullptr) != SQLITE_OK)
+    if (sqlite3_exec(opened, statements.c_str(), collect, &output, nullptr) != SQLITE_OK) {
         throw std::runtime_error(sqlite3_errmsg(opened));
+    }
     return output;
 }
 
 std::string inOwnNamespaces(int flags, const std::function<std::string()>& body) {
     int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0)
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
         fail("pipe");
+    }
     const pid_t child = ::fork();
-    if (child < 0)
+    if (child < 0) {
         fail("fork");
+    }
     if (child == 0) {
         std::string answer;
         try {
@@ -156,33 +171,39 @@ std::string inOwnNamespaces(int flags, const std::function<std::string()>& body)
     ::close(ends[1]);
     std::string answer = readAll(ends[0]);
     ::close(ends[0]);
-    if (const int status = waitFor(child); status != 0)
+    if (const int status = waitFor(child); status != 0) {
         answer += fmt::format(" [child ended with status {:#x}]", status);
+    }
     return answer;
 }
 
 int waitFor(pid_t child) {
     int status = 0;
     while (::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR)
+        if (errno != EINTR) {
             fail("waitpid");
+        }
     }
     return status;
 }
 
 void mountTmpfs(const fs::path& directory, std::size_t bytes) {
-    if (::mount("tmpfs", directory.c_str(), "tmpfs", 0, fmt::format("size={}", bytes).c_str()) != 0)
+    if (::mount("tmpfs", directory.c_str(), "tmpfs", 0, fmt::format("size={}", bytes).c_str()) !=
+        0) {
         fail("mount tmpfs");
+    }
 }
 
 void bindMount(const fs::path& source, const fs::path& target) {
-    if (::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr) != 0)
+    if (::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr) != 0) {
         fail("bind mount");
+    }
 }
 
 void remountReadOnly(const fs::path& directory) {
-    if (::mount("", directory.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0)
+    if (::mount("", directory.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0) {
         fail("remount read-only");
+    }
 }
 
 }  // namespace varotest

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
+
 #include <sys/types.h>
 
 #include <filesystem>
@@ -7,8 +9,6 @@
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "board/varo/Configuration.h"
 
 namespace varotest {
 

@@ -1,7 +1,6 @@
 // Fixed character arrays: one unit a character, the very bytes of the RPC library's primitives.
 
 #include "network/rpc/xdrFields.h"
-
 #include "referenceCharacters.h"
 #include "streams.h"
 

@@ -2,7 +2,6 @@
 
 #include "comparison.h"
 #include "encoding.h"
-
 #include "network/rpc/xdrFields.h"
 
 #include <array>

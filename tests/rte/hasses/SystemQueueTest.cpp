@@ -4,15 +4,14 @@
 #include "support/CapturedOutput.h"
 #include "support/privateNamespaces.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cerrno>
 #include <optional>

@@ -1,5 +1,10 @@
 // The process as a whole: its start, its surroundings, its control program and its end.
 
+#include "../files.h"
+#include "ControlClient.h"
+#include "Process.h"
+#include "mappers.h"
+
 #include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <sys/mount.h>
@@ -12,11 +17,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "../files.h"
-#include "ControlClient.h"
-#include "Process.h"
-#include "mappers.h"
 
 using test::ControlClient;
 using test::PowerlessMapper;

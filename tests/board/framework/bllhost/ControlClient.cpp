@@ -2,9 +2,8 @@
 
 #include "rte/BLL/core/rpcDispatch.h"
 
-#include <rpc/pmap_clnt.h>
-
 #include <netinet/in.h>
+#include <rpc/pmap_clnt.h>
 #include <sys/time.h>
 
 #include <sstream>

@@ -1,5 +1,7 @@
 #include "mappers.h"
 
+#include "rte/BLL/core/rpcDispatch.h"
+
 #include <netinet/in.h>
 #include <rpc/pmap_clnt.h>
 #include <rpc/pmap_prot.h>
@@ -12,8 +14,6 @@
 #include <chrono>
 #include <csignal>
 #include <stdexcept>
-
-#include "rte/BLL/core/rpcDispatch.h"
 
 namespace test {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include "Process.h"
+
+#include <sys/types.h>
 
 namespace test {
 

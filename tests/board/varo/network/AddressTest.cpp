@@ -1,9 +1,9 @@
+#include "tests/board/varo/network/NetworkTest.h"
+
 #include <arpa/inet.h>
 #include <fmt/format.h>
 
 #include <array>
-
-#include "tests/board/varo/network/NetworkTest.h"
 
 namespace {
 

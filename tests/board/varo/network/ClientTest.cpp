@@ -1,6 +1,8 @@
 // How the DHCP client's process is run and what is made of its reports, with clients that behave as
 // a test needs them to.
 
+#include "tests/board/varo/network/DhcpTest.h"
+
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
@@ -9,8 +11,6 @@
 #include <cstring>
 #include <thread>
 #include <vector>
-
-#include "tests/board/varo/network/DhcpTest.h"
 
 namespace {
 
@@ -181,12 +181,14 @@ TEST_F(Client, IsStartedAndEndedByManyCallersAtOnce) {
     std::vector<std::thread> callers;
     for (int caller = 0; caller < 4; ++caller) {
         callers.emplace_back([caller] {
-            for (int round = 0; round < 5; ++round)
+            for (int round = 0; round < 5; ++round) {
                 EXPECT_EQ(switchDhcp((caller + round) % 2 == 0), varo::success);
+            }
         });
     }
-    for (std::thread& caller : callers)
+    for (std::thread& caller : callers) {
         caller.join();
+    }
     EXPECT_EQ(switchDhcp(false), varo::success);
     EXPECT_THAT(clients(), IsEmpty());
     EXPECT_EQ(switchDhcp(true), varo::success);

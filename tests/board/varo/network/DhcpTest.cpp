@@ -27,8 +27,9 @@ std::string readOf(const std::string& process, const char* file) {
 pid_t parentOf(const std::string& process) {
     const std::string text = readOf(process, "stat");
     const std::size_t nameEnd = text.rfind(')');
-    if (nameEnd == std::string::npos)
+    if (nameEnd == std::string::npos) {
         return 0;
+    }
     std::istringstream fields(text.substr(nameEnd + 1));
     char state = 0;
     pid_t parent = 0;
@@ -91,8 +92,9 @@ std::vector<pid_t> DhcpTest::clients() {
         const std::string name = entry.path().filename().string();
         if (name.find_first_not_of("0123456789") == std::string::npos &&
             parentOf(name) == ::getpid() &&
-            readOf(name, "cmdline").find("mng0") != std::string::npos)
+            readOf(name, "cmdline").find("mng0") != std::string::npos) {
             found.push_back(std::stoi(name));
+        }
     }
     return found;
 }

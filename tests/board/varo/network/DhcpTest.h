@@ -1,13 +1,13 @@
 #pragma once
 
+#include "tests/board/framework/bllhost/Process.h"
+#include "tests/board/varo/network/NetworkTest.h"
+
 #include <sys/types.h>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "tests/board/framework/bllhost/Process.h"
-#include "tests/board/varo/network/NetworkTest.h"
 
 namespace varotest {
 

@@ -126,8 +126,9 @@ TEST_F(Ipv6OnInterface, GatewayThatIsNoNeighbourIsRefusedByTheKernel) {
 TEST_F(Ipv6OnInterface, GatewayThatNoNeighbourCanHaveIsRefused) {
     ASSERT_EQ(setAddress("2001:db8::7", 64), varo::success);
     for (const char* const text :
-         {"::", "::1", "ff02::2", "ff05::1", "2001:db8::7", "192.0.2.1", "", "x"})
+         {"::", "::1", "ff02::2", "ff05::1", "2001:db8::7", "192.0.2.1", "", "x"}) {
         EXPECT_EQ(setGateway(text), varo::invalidValue) << text;
+    }
     EXPECT_EQ(lines.count("the gateway 2001:db8::7 is the board's own address"), 1);
     EXPECT_EQ(ipv6Gateways(), "");
 }
@@ -215,9 +216,10 @@ TEST_F(Ipv6OnInterface, SettingsThatNoCallHasWrittenAreReportedAndReplaced) {
 
 TEST_F(Ipv6OnInterface, ListHasWholeAddressesOnly) {
     std::string batch;
-    for (int i = 1; i <= 60; ++i)
+    for (int i = 1; i <= 60; ++i) {
         batch += "address add 2001:db8:1111:2222:3333:4444:5555:" + std::to_string(1000 + i) +
                  "/64 dev mng0 nodad\\n";
+    }
     shell("printf '" + batch + "' | ip -6 -batch -");
     const varoLib_s_ipv6 record = read();
     const std::string list = record.ipv6AddrList;

@@ -1,8 +1,8 @@
 // The DHCPv6 client and its leases, with a real client and a real server.
 
-#include <signal.h>
-
 #include "tests/board/varo/network/Ipv6Test.h"
+
+#include <signal.h>
 
 namespace {
 

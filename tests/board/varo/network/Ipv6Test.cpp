@@ -14,8 +14,9 @@ std::string wordsAfter(const std::string& output, const std::string& key) {
     std::istringstream words(output);
     std::string result;
     for (std::string word; words >> word;) {
-        if (word == key && words >> word)
+        if (word == key && words >> word) {
             result += (result.empty() ? "" : " ") + word;
+        }
     }
     return result;
 }
@@ -75,8 +76,9 @@ std::string Ipv6Test::globalAddresses() {
     std::string result;
     for (std::string line; std::getline(output, line);) {
         result += (result.empty() ? "" : " ") + wordsAfter(line, "inet6");
-        if (line.find(" dynamic ") != std::string::npos)
+        if (line.find(" dynamic ") != std::string::npos) {
             result += " dynamic";
+        }
     }
     return result;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "tests/board/varo/network/DhcpTest.h"
+
+#include <string>
 
 namespace varotest {
 

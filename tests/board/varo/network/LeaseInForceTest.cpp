@@ -1,10 +1,10 @@
 // The DHCP client and its leases, with a real client and a real server.
 
+#include "tests/board/varo/network/DhcpTest.h"
+
 #include <signal.h>
 
 #include <chrono>
-
-#include "tests/board/varo/network/DhcpTest.h"
 
 namespace {
 

@@ -70,8 +70,9 @@ std::string AwaitedLog::all() const {
 bool eventually(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (std::chrono::steady_clock::now() >= deadline) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return true;
@@ -79,8 +80,9 @@ bool eventually(const std::function<bool()>& condition) {
 
 std::uint32_t ipv4(const std::string& address) {
     in_addr parsed{};
-    if (inet_pton(AF_INET, address.c_str(), &parsed) != 1)
+    if (inet_pton(AF_INET, address.c_str(), &parsed) != 1) {
         throw std::invalid_argument(address);
+    }
     return ntohl(parsed.s_addr);
 }
 
@@ -99,8 +101,9 @@ ClosedNetworkTest::~ClosedNetworkTest() {
     varoLibDestroy();
     // The receiver goes with the test.
     varo::configure({});
-    if (HasFailure())
+    if (HasFailure()) {
         std::fputs((lines.all() + "\n").c_str(), stderr);
+    }
     cutCable();
 }
 
@@ -118,8 +121,9 @@ void ClosedNetworkTest::logEverything() const {
     storeOnly.stateDirectory = state;
     varo::configure(storeOnly);
     varoLib_s_internalConfig config{};
-    if (varoLibInit() != 0 || varoUpdateInternalConfig(&config, 7) != 0)
+    if (varoLibInit() != 0 || varoUpdateInternalConfig(&config, 7) != 0) {
         throw std::runtime_error("the log level cannot be stored");
+    }
     varoLibDestroy();
 }
 
@@ -169,8 +173,9 @@ std::string ClosedNetworkTest::addresses(const std::string& name) {
         std::string number, interface, family, address;
         fields >> number >> interface >> family >> address;
         result += (result.empty() ? "" : " ") + address;
-        if (line.find(" dynamic ") != std::string::npos)
+        if (line.find(" dynamic ") != std::string::npos) {
             result += " dynamic";
+        }
     }
     return result;
 }

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
+#include "tests/board/varo/VaroTest.h"
+#include "tests/board/varo/network/namespaces.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,10 +13,6 @@
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "board/varo/Configuration.h"
-#include "tests/board/varo/VaroTest.h"
-#include "tests/board/varo/network/namespaces.h"
 
 namespace varotest {
 

@@ -1,6 +1,6 @@
-#include <fmt/format.h>
-
 #include "tests/board/varo/network/NetworkTest.h"
+
+#include <fmt/format.h>
 
 namespace {
 
@@ -88,8 +88,9 @@ TEST_F(Route, RecordIsChecked) {
     EXPECT_EQ(varoAddRoute(nullptr), varo::invalidArgument);
     EXPECT_EQ(varoDeleteRoute(nullptr), varo::invalidArgument);
     EXPECT_EQ(varoGetRouteByDst(nullptr), varo::invalidArgument);
-    for (const char* gateway : {"0.0.0.0", "127.0.0.1", "224.0.0.5", "255.255.255.255"})
+    for (const char* gateway : {"0.0.0.0", "127.0.0.1", "224.0.0.5", "255.255.255.255"}) {
         EXPECT_EQ(addRoute(gateway), varo::invalidValue) << gateway;
+    }
     varoLib_s_route record{};
     record.destination = ipv4("198.51.100.0");
     record.gateway = ipv4("192.0.2.1");

@@ -4,7 +4,8 @@
 
 int main(int argumentCount, char** arguments) {
     // The DHCP clients of the tests report by way of this program.
-    if (varo::isDhcpEvent(argumentCount, arguments))
+    if (varo::isDhcpEvent(argumentCount, arguments)) {
         return varo::passDhcpEvent(arguments);
+    }
     return runIsolatedTests(argumentCount, arguments, varotest::enterNamespaces);
 }

@@ -13,8 +13,9 @@ namespace varotest {
 namespace {
 
 void check(bool succeeded, const char* what) {
-    if (!succeeded)
+    if (!succeeded) {
         throw std::system_error(errno, std::generic_category(), what);
+    }
 }
 
 }  // namespace
@@ -24,13 +25,16 @@ std::string shell(const std::string& command) {
     check(stream != nullptr, "popen");
     std::string output;
     char buffer[1024];
-    while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, stream))
+    while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, stream)) {
         output.append(buffer, size);
+    }
     const int status = ::pclose(stream);
-    if (!output.empty() && output.back() == '\n')
+    if (!output.empty() && output.back() == '\n') {
         output.pop_back();
-    if (status != 0)
+    }
+    if (status != 0) {
         throw std::runtime_error(command + ": " + output);
+    }
     return output;
 }
 

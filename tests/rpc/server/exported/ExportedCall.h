@@ -46,7 +46,8 @@ std::string shown(Number number) {
     return fmt::format("{}", number);
 }
 template <class Enumeration>
-requires std::is_enum_v<Enumeration> std::string shown(Enumeration value) {
+    requires std::is_enum_v<Enumeration>
+std::string shown(Enumeration value) {
     return fmt::format("{}", static_cast<int>(value));
 }
 inline std::string shown(const char* text) { return text == nullptr ? "null" : fake::quoted(text); }
@@ -111,8 +112,10 @@ private:
     void putText(char* place, std::size_t size);
     void putFlag(bool_t& flag) { flag = telling.flag(++filled) ? TRUE : FALSE; }
     template <class Enumeration>
-    requires std::is_enum_v<Enumeration>
-    void put(Enumeration& value) { value = static_cast<Enumeration>(telling.number(++filled)); }
+        requires std::is_enum_v<Enumeration>
+    void put(Enumeration& value) {
+        value = static_cast<Enumeration>(telling.number(++filled));
+    }
     template <std::size_t size>
     void put(char (&text)[size]) {
         putText(text, size);

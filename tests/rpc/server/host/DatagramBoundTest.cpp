@@ -1,12 +1,10 @@
 // The bound of arguments by their datagram, on a transport that keeps the bytes of earlier ones.
 
 #include "rte/BLL/core/datagramBound.h"
-
 #include "rte/BLL/core/rpcDispatch.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <sys/socket.h>
 #include <unistd.h>
 

@@ -2,9 +2,8 @@
 
 #include "HostTest.h"
 
-#include <unistd.h>
-
 #include <fmt/core.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>

@@ -111,10 +111,10 @@ std::string answer(const std::string& command, fake::Platform& platform) {
 
 /// Signals go to the serving thread, where they end waits but nothing else.
 void directSignals() {
-    struct sigaction ignored {};
+    struct sigaction ignored{};
     ignored.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &ignored, nullptr);
-    struct sigaction noticed {};
+    struct sigaction noticed{};
     noticed.sa_handler = [](int) {};
     sigaction(SIGUSR1, &noticed, nullptr);
 }
