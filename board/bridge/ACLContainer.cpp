@@ -18,8 +18,8 @@ using bridge::AccessLists;
 template <class Operation>
 int guarded(const char* function, const std::string& name, Operation operation) {
     const auto refuse = [&](bridge::Code code, const char* reason) {
-        board::logLine(LogImpl::levelError,
-                       std::string(function) + " of access list \"" + name + "\": " + reason);
+        framework::logLine(LogImpl::levelError,
+                           std::string(function) + " of access list \"" + name + "\": " + reason);
         return code;
     };
     try {

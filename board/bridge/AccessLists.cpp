@@ -58,8 +58,9 @@ AccessLists& AccessLists::instance() {
 
 void AccessLists::configure(Configuration given) {
     const std::lock_guard guard(mutex);
-    store.open(given.stateDirectory,
-               [](const std::string& message) { board::logLine(LogImpl::levelError, message); });
+    store.open(given.stateDirectory, [](const std::string& message) {
+        framework::logLine(LogImpl::levelError, message);
+    });
     portName = std::move(given.portName);
     filter.reset();
     if (!given.filterTable.empty()) {
@@ -210,10 +211,11 @@ void AccessLists::replay(const AddRemoteAccessRule& add) {
         file = store.file().string();
     }
     if (!add && !rules.empty()) {
-        board::logLine(LogImpl::levelError,
-                       fmt::format("the library has no operation to add remote-access rules: {} "
-                                   "stored rules are not in force; they stay in {}",
-                                   rules.size(), file));
+        framework::logLine(
+            LogImpl::levelError,
+            fmt::format("the library has no operation to add remote-access rules: {} "
+                        "stored rules are not in force; they stay in {}",
+                        rules.size(), file));
     }
     std::vector<WaitingRule> all;
     std::vector<WaitingRule> failed;
@@ -233,7 +235,7 @@ void AccessLists::replay(const AddRemoteAccessRule& add) {
             store.endReplay({}, std::move(all));
         }
     } catch (const Failure& failure) {
-        board::logLine(LogImpl::levelError, failure.what());
+        framework::logLine(LogImpl::levelError, failure.what());
     }
 }
 
@@ -246,7 +248,7 @@ bool AccessLists::replayOne(const AddRemoteAccessRule& add, const WaitingRule& s
     const int result = add(rule.address, ~rule.wildcard, rule.permit ? 1 : 0, 0);
     const bool isInList = keptRuleCount() > before;
     if (result != 0 || !isInList) {
-        board::logLine(
+        framework::logLine(
             LogImpl::levelError,
             fmt::format("stored remote-access rule {} ({}) {} (result {}); it stays in {}",
                         stored.place, describe(rule),
@@ -257,21 +259,21 @@ bool AccessLists::replayOne(const AddRemoteAccessRule& add, const WaitingRule& s
     return isInList;
 }
 
-std::vector<board::RuleCounter> AccessLists::counters() const {
+std::vector<framework::RuleCounter> AccessLists::counters() const {
     const std::lock_guard guard(mutex);
     if (!filter) {
         throw Failure(unsupported, "nothing is filtered here, and nothing counted");
     }
-    std::vector<board::RuleCounter> result;
-    std::optional<board::RuleCounter> last;
+    std::vector<framework::RuleCounter> result;
+    std::optional<framework::RuleCounter> last;
     if (const AccessList* const kept = keptList(lists)) {
         const std::map<std::string, Count> counts = filter->counts();
         for (const AccessRule& rule : kept->rules()) {
             const auto found = counts.find(counterName(rule.id));
             const Count count = found == counts.end() ? Count() : found->second;
             const auto condition = rule.condition.value_or(zubridge_acl_condition{});
-            const board::RuleCounter counter{condition.address, ~condition.wildcard, rule.permit,
-                                             count.packets, count.bytes};
+            const framework::RuleCounter counter{condition.address, ~condition.wildcard,
+                                                 rule.permit, count.packets, count.bytes};
             if (kept->isCatchAll(rule)) {
                 last = counter;
                 last->netmask = 0;
@@ -311,7 +313,7 @@ void AccessLists::change(const std::function<void(Lists&)>& edit) {
             try {
                 store.save(old);
             } catch (const Failure& failure) {
-                board::logLine(
+                framework::logLine(
                     LogImpl::levelError,
                     std::string("a change that was not made stays stored: ") + failure.what());
             }

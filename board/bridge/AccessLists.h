@@ -56,7 +56,7 @@ public:
 
     /// The rules of the kept list in the order in which they are asked, the catch-all last. Throws
     /// Failure when there are no counters.
-    std::vector<board::RuleCounter> counters() const;
+    std::vector<framework::RuleCounter> counters() const;
 
 private:
     using Lists = std::map<std::pair<Owner, std::string>, AccessList>;

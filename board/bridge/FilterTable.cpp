@@ -64,8 +64,8 @@ void FilterTable::change(const TableContent& now, const std::vector<FilterChain>
 /// A change that is refused because someone else has been at the table is made all the same.
 void FilterTable::repair(const std::vector<FilterChain>& wanted, const Failure& cause) {
     const auto warn = [this](const std::string& what) {
-        board::logLine(LogImpl::levelWarning,
-                       "the table " + table + " of the packet filter was " + what);
+        framework::logLine(LogImpl::levelWarning,
+                           "the table " + table + " of the packet filter was " + what);
     };
     const std::optional<TableContent> found = list();
     if (!found) {

@@ -27,7 +27,7 @@ using Context = std::unique_ptr<nft_ctx, Closer>;
 
 /// The library ends the process where it gets no socket, so it is tried beforehand.
 void checkKernel() {
-    const board::Descriptor probe(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_NETFILTER));
+    const support::Descriptor probe(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_NETFILTER));
     if (!probe) {
         throw Failure(filterFailed,
                       std::string("the kernel has no packet filter: ") + std::strerror(errno));

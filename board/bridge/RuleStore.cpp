@@ -23,11 +23,11 @@ void RuleStore::open(const fs::path& stateDirectory,
     const fs::path opened = stateDirectory.empty() ? fs::path() : stateDirectory / fileName;
     SavedRules read;
     if (!opened.empty() && fs::exists(opened)) {
-        const std::string text = board::readFile(opened);
+        const std::string text = support::readFile(opened);
         try {
             read = parseRules(text);
         } catch (const std::exception& error) {
-            const fs::path kept = board::setAside(opened);
+            const fs::path kept = support::setAside(opened);
             report(opened.string() + " is damaged and was renamed to " + kept.filename().string() +
                    "; the remote-access list starts without rules: " + error.what());
             read = {};
@@ -79,7 +79,7 @@ void RuleStore::write(SavedRules rules) {
         try {
             // Also unchanged rules: a new rule is written once it has its condition, and a store
             // that cannot take it must be known before.
-            board::rewriteFile(path, formatRules(rules));
+            support::rewriteFile(path, formatRules(rules));
         } catch (const std::exception& error) {
             throw Failure(storageFailed,
                           std::string("the rules cannot be stored: ") + error.what());

@@ -8,7 +8,7 @@ namespace bridge {
 
 void configure(Configuration configuration) {
     AccessLists::instance().configure(std::move(configuration));
-    board::framework().ruleCounters = [] { return AccessLists::instance().counters(); };
+    framework::framework().ruleCounters = [] { return AccessLists::instance().counters(); };
 }
 
 void replayRemoteAccessRules(const AddRemoteAccessRule& add) {

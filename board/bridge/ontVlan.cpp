@@ -12,10 +12,10 @@ constexpr int failed = 1;
 
 int zubridge::gponOntMngVlanSet(unsigned int vlanId) {
     try {
-        board::framework().settings.setOntManagementVlan(vlanId);
+        framework::framework().settings.setOntManagementVlan(vlanId);
         return 0;
     } catch (const std::exception& error) {
-        board::logLine(
+        framework::logLine(
             LogImpl::levelError,
             std::string("the VLAN of the ONT's management is not changed: ") + error.what());
         return failed;
@@ -26,6 +26,6 @@ int zubridge::gponOntMngVlanGet(unsigned int* vlanId) {
     if (vlanId == nullptr) {
         return failed;
     }
-    *vlanId = board::framework().settings.values().ontManagementVlan;
+    *vlanId = framework::framework().settings.values().ontManagementVlan;
     return 0;
 }

@@ -51,7 +51,7 @@ std::string managementPortName() {
 
 /// Throws std::runtime_error.
 MacAddress macOf(const std::string& interface) {
-    const board::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const support::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     if (!socket) {
         throw std::system_error(errno, std::generic_category(), "socket");
     }
@@ -123,8 +123,8 @@ int zubridge::mngSystemMacGet(const zuHandle_t& handle, unsigned char* mac) {
         std::copy(address.begin(), address.end(), mac);
         return 0;
     } catch (const std::exception& error) {
-        board::logLine(LogImpl::levelError,
-                       std::string("the system's MAC address is not known: ") + error.what());
+        framework::logLine(LogImpl::levelError,
+                           std::string("the system's MAC address is not known: ") + error.what());
         return bridge::failed;
     }
 }

@@ -40,8 +40,8 @@ int zubridge::applyDefaultSettings() {
         bridge::AccessLists::instance().applyDefaults();
         return succeeded;
     } catch (const bridge::Failure& failure) {
-        board::logLine(LogImpl::levelError,
-                       std::string("the access lists cannot be removed: ") + failure.what());
+        framework::logLine(LogImpl::levelError,
+                           std::string("the access lists cannot be removed: ") + failure.what());
         return failed;
     }
 }

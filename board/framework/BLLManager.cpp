@@ -7,34 +7,34 @@ template class singleton<BLLManager>;
 BLLManager::BLLManager() = default;
 BLLManager::~BLLManager() = default;
 
-void BLLManager::registerEntity(BLEntity& entity) { board::framework().entities.add(entity); }
+void BLLManager::registerEntity(BLEntity& entity) { framework::framework().entities.add(entity); }
 
 void BLLManager::registerThread(const std::string& name) {
-    board::framework().threads.nameThisThread(name);
+    framework::framework().threads.nameThisThread(name);
 }
 
 // The text is taken by value, as the entities of the process were built to hand it over.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool BLLManager::isFeatureSupported(std::string feature) const {
-    return board::framework().settings.hasFeature(feature);
+    return framework::framework().settings.hasFeature(feature);
 }
 
 BLLManager::ExternalMessageEvent& BLLManager::externalMessage() { return externalMessageEvent; }
 
 BLLManager::sharedLock_t::sharedLock_t()
-    : obtained(board::framework().configurationLock.lockShared()) {}
+    : obtained(framework::framework().configurationLock.lockShared()) {}
 
 BLLManager::sharedLock_t::~sharedLock_t() {
     if (obtained) {
-        board::framework().configurationLock.unlockShared();
+        framework::framework().configurationLock.unlockShared();
     }
 }
 
 BLLManager::exclusiveLock_t::exclusiveLock_t()
-    : obtained(board::framework().configurationLock.lockExclusive()) {}
+    : obtained(framework::framework().configurationLock.lockExclusive()) {}
 
 BLLManager::exclusiveLock_t::~exclusiveLock_t() {
     if (obtained) {
-        board::framework().configurationLock.unlockExclusive();
+        framework::framework().configurationLock.unlockExclusive();
     }
 }

@@ -5,9 +5,11 @@
 
 template class singleton<CliConfig>;
 
-CliConfig::settings_t::settings_t() : maxSessions(board::factoryTerminalSessions) {}
+CliConfig::settings_t::settings_t() : maxSessions(platform::factoryTerminalSessions) {}
 
 CliConfig::CliConfig() = default;
 CliConfig::~CliConfig() = default;
 
-bool CliConfig::isClearConfigInProgress() const { return board::framework().clearConfigInProgress; }
+bool CliConfig::isClearConfigInProgress() const {
+    return framework::framework().clearConfigInProgress;
+}

@@ -9,7 +9,7 @@
 #include <list>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -217,4 +217,4 @@ void EntityRegistry::setState(std::size_t index, EntityState state) {
     }
 }
 
-}  // namespace board
+}  // namespace framework

@@ -10,7 +10,7 @@
 
 class BLEntity;
 
-namespace board {
+namespace framework {
 
 enum class EntityState {
     registered,  ///< not started yet
@@ -81,4 +81,4 @@ private:
     std::vector<std::size_t> started;  ///< indexes, in the order of start
 };
 
-}  // namespace board
+}  // namespace framework

@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -28,4 +28,4 @@ void logLine(LogImpl::logLevel_t level, const std::string& message) {
     Log::instance().setMsgLevel(level) << message + "\n";
 }
 
-}  // namespace board
+}  // namespace framework

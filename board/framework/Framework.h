@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace board {
+namespace framework {
 
 /// The state behind the framework's classes, one for the process.
 struct Framework {
@@ -36,4 +36,4 @@ Framework& framework();
 /// Writes a line of the framework's own to its log; `message` has no line end.
 void logLine(LogImpl::logLevel_t level, const std::string& message);
 
-}  // namespace board
+}  // namespace framework

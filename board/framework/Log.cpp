@@ -44,7 +44,7 @@ private:
     void write() {
         const std::string whole = std::move(text);
         text.clear();
-        board::framework().log.write(threadLevel, whole);
+        framework::framework().log.write(threadLevel, whole);
     }
 
     std::string text;
@@ -68,7 +68,7 @@ Log::Log() = default;
 Log::~Log() = default;
 
 Log& Log::setMsgLevel(logLevel_t level) {
-    board::endLogMessage();
+    framework::endLogMessage();
     threadLevel = level;
     return *this;
 }
@@ -80,7 +80,7 @@ Log& Log::operator<<(const std::string& text) {
     return *this;
 }
 
-bool Log::hasSink() const { return board::framework().log.listensTo(threadLevel); }
+bool Log::hasSink() const { return framework::framework().log.listensTo(threadLevel); }
 
 void Log::writeImpl(const std::string& text) {
     if (threadIsEnding) {
@@ -90,7 +90,7 @@ void Log::writeImpl(const std::string& text) {
     }
 }
 
-void board::endLogMessage() {
+void framework::endLogMessage() {
     if (!threadIsEnding) {
         threadMessage.end();
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 void LogOutput::setSink(Sink newSink, LogImpl::logLevel_t leastSevere) {
     auto shared = newSink ? std::make_shared<const Sink>(std::move(newSink)) : nullptr;
@@ -28,4 +28,4 @@ void LogOutput::write(LogImpl::logLevel_t level, const std::string& message) con
     }
 }
 
-}  // namespace board
+}  // namespace framework

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// Where the framework log goes: one sink, and the least severe level that it listens to.
 class LogOutput {
@@ -41,4 +41,4 @@ private:
 /// itself at a line end, when the thread sets a level, and when the thread ends.
 void endLogMessage();
 
-}  // namespace board
+}  // namespace framework

@@ -6,7 +6,7 @@
 #include <semaphore>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -45,4 +45,4 @@ bool ManagerLoop::stop(std::chrono::milliseconds limit) {
     return hasEnded;
 }
 
-}  // namespace board
+}  // namespace framework

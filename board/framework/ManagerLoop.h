@@ -5,7 +5,7 @@
 #include <chrono>
 #include <functional>
 
-namespace board {
+namespace framework {
 
 /// The thread that serves the requests of every RPC service of the process, and the control program
 /// registered on it. One for the process.
@@ -31,4 +31,4 @@ private:
     RPCProxy proxy;
 };
 
-}  // namespace board
+}  // namespace framework

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-namespace board {
+namespace framework {
 
 ReentrantSharedLock::ReentrantSharedLock(std::chrono::milliseconds waitLimit) : limit(waitLimit) {}
 
@@ -81,4 +81,4 @@ void ReentrantSharedLock::admitWaiters() {
     }
 }
 
-}  // namespace board
+}  // namespace framework

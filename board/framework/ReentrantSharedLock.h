@@ -9,7 +9,7 @@
 #include <thread>
 #include <unordered_map>
 
-namespace board {
+namespace framework {
 
 /// A re-entrant reader/writer lock whose waits are limited.
 ///
@@ -78,4 +78,4 @@ private:
     bool isHeldExclusively = false;
 };
 
-}  // namespace board
+}  // namespace framework

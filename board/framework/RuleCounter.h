@@ -1,6 +1,6 @@
 #pragma once
 
-namespace board {
+namespace framework {
 
 /// A rule of the remote-access list and what it has matched. Addresses are in host byte order.
 struct RuleCounter {
@@ -11,4 +11,4 @@ struct RuleCounter {
     unsigned long long bytes;
 };
 
-}  // namespace board
+}  // namespace framework

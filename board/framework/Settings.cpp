@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -25,11 +25,11 @@ void Settings::load(const fs::path& stateDirectory,
     std::string text;
     SettingsValues read;
     if (fs::exists(path)) {
-        text = readFile(path);
+        text = support::readFile(path);
         try {
             read = parseSettings(text);
         } catch (const std::exception& error) {
-            const fs::path kept = setAside(path);
+            const fs::path kept = support::setAside(path);
             report(path.string() + " is damaged and was renamed to " + kept.filename().string() +
                    "; factory settings are used: " + error.what());
             read = {};
@@ -95,11 +95,11 @@ bool Settings::change(const std::function<void(SettingsValues&)>& edit) {
     }
     if (!file.empty()) {
         std::string text = formatSettings(document, changed);
-        replaceFile(file, text);
+        support::replaceFile(file, text);
         document = std::move(text);
     }
     current = std::move(changed);
     return true;
 }
 
-}  // namespace board
+}  // namespace framework

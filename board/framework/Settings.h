@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// The framework's settings, kept across restarts in the file `framework.json` of a state
 /// directory. Until load() they have their factory values and are kept in memory only.
@@ -49,4 +49,4 @@ private:
     SettingsValues current;
 };
 
-}  // namespace board
+}  // namespace framework

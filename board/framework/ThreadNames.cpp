@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -51,4 +51,4 @@ void setSystemThreadName(const std::string& name) {
     pthread_setname_np(pthread_self(), name.substr(0, systemNameLength).c_str());
 }
 
-}  // namespace board
+}  // namespace framework

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// The names that threads gave themselves, each until its thread ends.
 class ThreadNames {
@@ -33,4 +33,4 @@ private:
 /// Names the calling thread for the system, which keeps the first 15 bytes.
 void setSystemThreadName(const std::string& name);
 
-}  // namespace board
+}  // namespace framework

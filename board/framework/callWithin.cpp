@@ -9,7 +9,7 @@
 #include <thread>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::optional<int> callWithin(std::chrono::milliseconds limit, const std::string
     return call->result;
 }
 
-}  // namespace board
+}  // namespace framework

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// Runs a function on a thread of its own, named `threadName` (15 bytes count), and waits for its
 /// end up to `limit`. Returns its result, rethrows what it threw, and throws std::system_error when
@@ -16,4 +16,4 @@ namespace board {
 std::optional<int> callWithin(std::chrono::milliseconds limit, const std::string& threadName,
                               std::function<int()> function);
 
-}  // namespace board
+}  // namespace framework

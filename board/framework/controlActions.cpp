@@ -7,7 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace board::control {
+namespace framework::control {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::vector<RuleCounter> ruleCounters() {
     return framework().ruleCounters();
 }
 
-}  // namespace board::control
+}  // namespace framework::control

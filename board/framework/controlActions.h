@@ -7,7 +7,7 @@
 
 /// What the control program offers, apart from its transport. A function returns the reply of what
 /// was done and throws std::exception, whose text is the reason, for what was refused or failed.
-namespace board::control {
+namespace framework::control {
 
 /// Asks the pre-handlers of the external-message event, and then tells its post-handlers. Returns
 /// what they wrote.
@@ -26,4 +26,4 @@ std::string applyDefaults();
 /// The rules of the remote-access list in the order in which they are asked, the catch-all last.
 std::vector<RuleCounter> ruleCounters();
 
-}  // namespace board::control
+}  // namespace framework::control

@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -36,4 +36,4 @@ controlDhcp* answerDhcp() {
     return &answer.record;
 }
 
-}  // namespace board
+}  // namespace framework

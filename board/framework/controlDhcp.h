@@ -2,10 +2,10 @@
 
 #include "control.h"
 
-namespace board {
+namespace framework {
 
 /// Answers what the DHCP client tells of the board. The answer is valid until the next call; one
 /// thread at a time.
 controlDhcp* answerDhcp();
 
-}  // namespace board
+}  // namespace framework

@@ -19,7 +19,7 @@
 #include <utility>
 #include <vector>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -203,4 +203,4 @@ void serveControlRequest(svc_req* request, SVCXPRT* transport) {
     }
 }
 
-}  // namespace board
+}  // namespace framework

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace board {
+namespace framework {
 
 /// Sets what happens when a client asks the process for an orderly end: called after the answer has
 /// been sent. To be set before the program is registered.
@@ -14,4 +14,4 @@ void setControlStopHandler(std::function<void()> handler);
 /// the main loop.
 void serveControlRequest(svc_req* request, SVCXPRT* transport);
 
-}  // namespace board
+}  // namespace framework

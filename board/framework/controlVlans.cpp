@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -49,4 +49,4 @@ controlVlans* answerVlans() {
     return &answer.record;
 }
 
-}  // namespace board
+}  // namespace framework

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// What front ends are told of the DHCP client: how it identifies the board to the server.
 struct DhcpReport {
@@ -20,4 +20,4 @@ void setDhcpReporter(std::function<DhcpReport()> reporter);
 /// Asks the reporter. Throws what it throws, and std::runtime_error when there is none.
 DhcpReport dhcpReport();
 
-}  // namespace board
+}  // namespace framework

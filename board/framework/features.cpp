@@ -5,7 +5,7 @@
 #include <string>
 
 bool isActive(int feature) {
-    return board::framework().settings.hasFeature(std::to_string(feature));
+    return framework::framework().settings.hasFeature(std::to_string(feature));
 }
 
-int checkProfileMode() { return board::framework().settings.values().profileMode ? 1 : 0; }
+int checkProfileMode() { return framework::framework().settings.values().profileMode ? 1 : 0; }

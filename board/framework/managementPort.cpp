@@ -2,7 +2,7 @@
 
 #include "platform/interfaces.h"
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -16,19 +16,19 @@ std::string& linuxName() {
 
 void nameManagementPort(const std::string& name) { linuxName() = name; }
 
-}  // namespace board
+}  // namespace framework
 
 int interfaceMngGet(int* portId) {
     if (portId == nullptr) {
         return -1;
     }
-    *portId = board::managementPort;
+    *portId = framework::managementPort;
     return 0;
 }
 
 int interfaceLinuxnameGet(int portId, int size, char* name) {
-    const std::string& known = board::linuxName();
-    if (portId != board::managementPort || name == nullptr || size < 0 ||
+    const std::string& known = framework::linuxName();
+    if (portId != framework::managementPort || name == nullptr || size < 0 ||
         known.size() >= static_cast<std::size_t>(size)) {
         return -1;
     }

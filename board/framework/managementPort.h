@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// Port id of the management port, the only one that this board has a registry entry for.
 inline constexpr int managementPort = 1;
@@ -15,4 +15,4 @@ inline constexpr std::size_t longestPortName = 8;
 /// ask for it.
 void nameManagementPort(const std::string& linuxName);
 
-}  // namespace board
+}  // namespace framework

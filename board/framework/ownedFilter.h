@@ -2,7 +2,7 @@
 
 #include <rpc/rpc.h>
 
-namespace board {
+namespace framework {
 
 /// The same filter, except that a decoding that fails leaves nothing behind: the texts decoded
 /// before the failure are released, which generated filters leave to the caller, and the RPC
@@ -20,4 +20,4 @@ bool_t ownedFilter(XDR* xdrs, Record* record) {
     return FALSE;
 }
 
-}  // namespace board
+}  // namespace framework

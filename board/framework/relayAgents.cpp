@@ -8,7 +8,7 @@
 template class singleton<dhcpra>;
 template class singleton<pppoeia>;
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -54,36 +54,36 @@ Agent& pppoeAgent() {
 SystemTexts dhcpRelaySystemTexts() { return dhcpRelay().texts(); }
 SystemTexts pppoeAgentSystemTexts() { return pppoeAgent().texts(); }
 
-}  // namespace board
+}  // namespace framework
 
-using board::SystemTexts;
+using framework::SystemTexts;
 
 dhcpra::dhcpra() = default;
 dhcpra::~dhcpra() = default;
 
 void dhcpra::setSystemContact(const std::string& text) {
-    board::dhcpRelay().set(&SystemTexts::contact, "contact", text);
+    framework::dhcpRelay().set(&SystemTexts::contact, "contact", text);
 }
 
 void dhcpra::setSystemLocation(const std::string& text) {
-    board::dhcpRelay().set(&SystemTexts::location, "location", text);
+    framework::dhcpRelay().set(&SystemTexts::location, "location", text);
 }
 
 void dhcpra::setSystemName(const std::string& text) {
-    board::dhcpRelay().set(&SystemTexts::name, "name", text);
+    framework::dhcpRelay().set(&SystemTexts::name, "name", text);
 }
 
 pppoeia::pppoeia() = default;
 pppoeia::~pppoeia() = default;
 
 void pppoeia::setSystemContact(const std::string& text) {
-    board::pppoeAgent().set(&SystemTexts::contact, "contact", text);
+    framework::pppoeAgent().set(&SystemTexts::contact, "contact", text);
 }
 
 void pppoeia::setSystemLocation(const std::string& text) {
-    board::pppoeAgent().set(&SystemTexts::location, "location", text);
+    framework::pppoeAgent().set(&SystemTexts::location, "location", text);
 }
 
 void pppoeia::setSystemName(const std::string& text) {
-    board::pppoeAgent().set(&SystemTexts::name, "name", text);
+    framework::pppoeAgent().set(&SystemTexts::name, "name", text);
 }

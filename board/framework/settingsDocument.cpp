@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::string formatSettings(const std::string& document, const SettingsValues& va
     return root.dump(indentation) + "\n";
 }
 
-}  // namespace board
+}  // namespace framework

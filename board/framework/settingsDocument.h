@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// The framework's settings. A default-constructed record holds the factory values.
 struct SettingsValues {
@@ -36,4 +36,4 @@ SettingsValues parseSettings(const std::string& document);
 /// holds nothing.
 std::string formatSettings(const std::string& document, const SettingsValues& values);
 
-}  // namespace board
+}  // namespace framework

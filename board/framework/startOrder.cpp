@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -74,4 +74,4 @@ private:
 
 StartOrder findStartOrder(const std::vector<EntityNeeds>& entities) { return Walk(entities).run(); }
 
-}  // namespace board
+}  // namespace framework

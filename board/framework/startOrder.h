@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace board {
+namespace framework {
 
 /// What the order of start is found from.
 struct EntityNeeds {
@@ -28,4 +28,4 @@ struct StartOrder {
 /// Names of entities are unique.
 StartOrder findStartOrder(const std::vector<EntityNeeds>& entities);
 
-}  // namespace board
+}  // namespace framework

@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <string_view>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -56,4 +56,4 @@ void writeToStandardError(LogImpl::logLevel_t level, const std::string& message)
     }
 }
 
-}  // namespace board
+}  // namespace framework

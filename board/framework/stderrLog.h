@@ -5,7 +5,7 @@
 #include <chrono>
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// One line of the log: time in UTC (ISO 8601, milliseconds), level, the thread's name in brackets
 /// if it has one, and the message. Ends with a line end.
@@ -15,4 +15,4 @@ std::string formatLogLine(std::chrono::system_clock::time_point time, LogImpl::l
 /// The sink that writes to standard error, each message in one piece.
 void writeToStandardError(LogImpl::logLevel_t level, const std::string& message);
 
-}  // namespace board
+}  // namespace framework

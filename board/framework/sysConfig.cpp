@@ -9,7 +9,7 @@
 #include <mutex>
 #include <string>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -74,12 +74,12 @@ void setSoftwareVersionFile(const std::filesystem::path& file) {
     configured.path = file;
 }
 
-}  // namespace board
+}  // namespace framework
 
 // The version needs no table to be queried; the object stands for the right to ask.
 zuOMTable::zuOMTable() = default;
 zuOMTable::~zuOMTable() = default;
 
 int sysConfigOMApi::sysConfigGetSwVersion(char* version) {
-    return version == nullptr ? board::unknownVersion : board::softwareVersion(version);
+    return version == nullptr ? framework::unknownVersion : framework::softwareVersion(version);
 }

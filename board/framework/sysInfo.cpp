@@ -8,7 +8,7 @@ sysInfo::sysInfo() = default;
 sysInfo::~sysInfo() = default;
 
 void sysInfo::getShelfId(std::string& id) const {
-    id = board::framework().settings.values().shelfId;
+    id = framework::framework().settings.values().shelfId;
 }
 
 sysInfo::ShelfIdEvent& sysInfo::shelfIdChanged() { return shelfIdEvent; }

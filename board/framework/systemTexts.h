@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace board {
+namespace framework {
 
 /// What a relay agent was told of the system, in the texts of SNMP's system group (RFC 3418).
 struct SystemTexts {
@@ -17,4 +17,4 @@ struct SystemTexts {
 SystemTexts dhcpRelaySystemTexts();
 SystemTexts pppoeAgentSystemTexts();
 
-}  // namespace board
+}  // namespace framework

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace board {
+namespace framework {
 
 namespace {
 
@@ -40,4 +40,4 @@ VlanReport vlanReport() {
     return reporter();
 }
 
-}  // namespace board
+}  // namespace framework

@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-namespace board {
+namespace framework {
 
 /// What front ends are told of the switch.
 struct VlanReport {
@@ -27,4 +27,4 @@ void setVlanReporter(std::function<VlanReport()> reporter);
 /// Asks the reporter. Throws what it throws, and std::runtime_error when there is none.
 VlanReport vlanReport();
 
-}  // namespace board
+}  // namespace framework

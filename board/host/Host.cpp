@@ -13,7 +13,7 @@
 #include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
 #include "board/host/words.h"
-#include "board/switch/Configuration.h"
+#include "board/switchboard/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "control.h"
 #include "framework/BLLManager.h"
@@ -52,11 +52,11 @@ milliseconds until(steady_clock::time_point deadline) {
                     std::chrono::duration_cast<milliseconds>(deadline - steady_clock::now()));
 }
 
-void report(const std::string& message) { board::logLine(LogImpl::levelError, message); }
+void report(const std::string& message) { framework::logLine(LogImpl::levelError, message); }
 
 void configureFramework(const Options& options) {
-    board::Framework& framework = board::framework();
-    framework.log.setSink(board::writeToStandardError, options.logLevel);
+    framework::Framework& framework = framework::framework();
+    framework.log.setSink(framework::writeToStandardError, options.logLevel);
     framework.configurationLock.setWaitLimit(options.lockTimeout);
     try {
         framework.settings.load(options.stateDirectory, report);
@@ -68,7 +68,7 @@ void configureFramework(const Options& options) {
 
 /// The name of the management interface serves the registry and the configuration library alike.
 void configureBoard(const Options& options, NetworkServices& services) {
-    board::nameManagementPort(options.managementInterface);
+    framework::nameManagementPort(options.managementInterface);
     varo::Appliers appliers;
     addServiceAppliers(appliers, options.services, options.managementInterface);
     services.supply(options.networkServices, options.stateDirectory, options.managementInterface,
@@ -119,7 +119,7 @@ void replayRules(void* library) {
 }
 
 void closeConfigurationLibrary(milliseconds limit) {
-    const auto result = board::callWithin(limit, "varo close", [] {
+    const auto result = framework::callWithin(limit, "varo close", [] {
         varoLibDestroy();
         return 0;
     });
@@ -149,7 +149,7 @@ void Host::prepare() {
     BLLManager& manager = BLLManager::instance();
     manager.registerEntity(Interfaces::instance());
     manager.registerEntity(zubridge::instance());
-    const board::EntityRegistry& entities = board::framework().entities;
+    const framework::EntityRegistry& entities = framework::framework().entities;
     const std::size_t ownEntities = entities.status().size();
     library = loadLibrary(options.library);
     if (entities.status().size() == ownEntities) {
@@ -159,7 +159,7 @@ void Host::prepare() {
 }
 
 void Host::start() {
-    board::framework().entities.startAll();
+    framework::framework().entities.startAll();
     // Before the main loop, so that no request comes in between.
     replayRules(library);
     if (!mainLoop.start()) {
@@ -182,7 +182,7 @@ void Host::stop() {
     // The loop ends first, so that no request reaches an entity that is stopping. It takes a
     // second, and longer while it serves a request.
     const bool hasLoopEnded = mainLoop.stop(options.stopTimeout / 2);
-    board::framework().entities.stopAll(until(deadline));
+    framework::framework().entities.stopAll(until(deadline));
     if (!hasLoopEnded && !mainLoop.stop(smallestShare)) {
         report("the main loop has not ended and is left to itself: a request may be being served");
     }

@@ -29,7 +29,7 @@ public:
 private:
     const Options options;
     const EndRequest endRequest;
-    board::ManagerLoop mainLoop;
+    framework::ManagerLoop mainLoop;
     NetworkServices services;
     void* library = nullptr;  ///< as dlopen returned it
 };

@@ -31,10 +31,10 @@ constexpr const char* footer =
 /// Checks of the command line return what is wrong; empty: nothing.
 std::string isPortName(const std::string& name) {
     const auto isUnusable = [](char c) { return c == '/' || c == ':' || c <= ' ' || c > '~'; };
-    if (name.empty() || name.size() > board::longestPortName ||
+    if (name.empty() || name.size() > framework::longestPortName ||
         std::any_of(name.begin(), name.end(), isUnusable) || name == "." || name == "..") {
-        return "not the name of an interface, of 1 to " + std::to_string(board::longestPortName) +
-               " characters: " + name;
+        return "not the name of an interface, of 1 to " +
+               std::to_string(framework::longestPortName) + " characters: " + name;
     }
     return {};
 }

@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-board::DhcpReport makeReport(const std::string& vendorClass) {
+framework::DhcpReport makeReport(const std::string& vendorClass) {
     varoLib_s_dhcp dhcp{};
     if (const int result = varoGetDhcp(&dhcp); result != 0) {
         throw std::runtime_error("the DHCP settings cannot be read: result " +
@@ -23,7 +23,7 @@ board::DhcpReport makeReport(const std::string& vendorClass) {
 }  // namespace
 
 void reportDhcp(const std::string& vendorClass) {
-    board::setDhcpReporter([vendorClass] { return makeReport(vendorClass); });
+    framework::setDhcpReporter([vendorClass] { return makeReport(vendorClass); });
 }
 
 }  // namespace host

@@ -3,7 +3,7 @@
 #include "board/host/Options.h"
 #include "board/host/StartFailure.h"
 #include "board/host/exitStatus.h"
-#include "board/varo/dhcpEvent.h"
+#include "board/varo/link/dhcpEvent.h"
 
 #include <unistd.h>
 
@@ -23,7 +23,7 @@ int say(const std::exception& failure) {
 
 /// Ends the process while threads that never end may still run: nothing is destroyed under them.
 [[noreturn]] void leave(int status) {
-    board::endLogMessage();
+    framework::endLogMessage();
     std::fflush(stdout);
     std::fflush(stderr);
     _exit(status);

@@ -21,11 +21,11 @@ std::vector<std::string> words(const std::string& command) {
 }
 
 void log(int level, const std::string& text) {
-    board::logLine(level <= LOG_ERR       ? LogImpl::levelError
-                   : level <= LOG_WARNING ? LogImpl::levelWarning
-                   : level <= LOG_INFO    ? LogImpl::levelInfo
-                                          : LogImpl::levelDebug,
-                   text);
+    framework::logLine(level <= LOG_ERR       ? LogImpl::levelError
+                       : level <= LOG_WARNING ? LogImpl::levelWarning
+                       : level <= LOG_INFO    ? LogImpl::levelInfo
+                                              : LogImpl::levelDebug,
+                       text);
 }
 
 }  // namespace

@@ -30,9 +30,9 @@ void addPlatformOptions(CLI::App& app, PlatformOptions& options) {
 }
 
 void configurePlatform(const PlatformOptions& options) {
-    board::setSoftwareVersionFile(options.softwareVersionFile.empty()
-                                      ? options.softwareVersionFile
-                                      : std::filesystem::absolute(options.softwareVersionFile));
+    framework::setSoftwareVersionFile(options.softwareVersionFile.empty()
+                                          ? options.softwareVersionFile
+                                          : std::filesystem::absolute(options.softwareVersionFile));
     bridge::setSystemMac(bridge::parseMac(options.systemMac));
 }
 

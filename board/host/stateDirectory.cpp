@@ -22,7 +22,7 @@ void checkStateDirectory(const std::filesystem::path& directory) {
     }
     // The permission bits alone tell nothing of a file system that is mounted read-only.
     std::string probe = (directory / ".probe-XXXXXX").string();
-    const board::Descriptor created(mkstemp(probe.data()));
+    const support::Descriptor created(mkstemp(probe.data()));
     if (!created) {
         throw StartFailure(name + " is not writable (" + std::strerror(errno) +
                            "); give this user write access to it or name another one.");

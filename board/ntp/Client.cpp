@@ -1,8 +1,8 @@
 #include "board/ntp/Client.h"
 
-#include "board/daemon/Command.h"
 #include "board/ntp/configuration.h"
 #include "board/ntp/status.h"
+#include "board/process/Command.h"
 #include "board/support/replaceFile.h"
 
 #include <chrono>
@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds longestAnswer{1'000};
 
 }  // namespace
 
-Client::Client(Settings clientSettings, daemons::Log log)
+Client::Client(Settings clientSettings, process::Log log)
     : settings(std::move(clientSettings)),
       daemon({.name = "the NTP client", .interface = settings.interface}, std::move(log)) {}
 
@@ -30,7 +30,7 @@ void Client::apply(const rpcSntpConfigHost& config) {
         const std::string text = configurationOf(config, files, settings.interface);
         fs::create_directories(settings.directory);
         fs::permissions(settings.directory, fs::perms::owner_all);
-        board::replaceFile(files.configuration, text);
+        support::replaceFile(files.configuration, text);
         command = settings.command;
         command.insert(command.end(), {"-d", "-f", files.configuration.string()});
     }
@@ -48,7 +48,7 @@ rpcSntpInfoHost Client::status(const rpcSntpConfigHost& config) {
     daemon.checkRuns();
     const Files files(settings.directory);
     const auto ask = [&](const char* names, const char* first, const char* second) {
-        return daemons::outputOf(
+        return process::outputOf(
             {"chronyc", "-h", files.socket.string(), "-c", names, "-m", first, second},
             longestAnswer);
     };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/daemon/Daemon.h"
+#include "board/process/Daemon.h"
 #include "varo/sntpRecords.h"
 
 #include <filesystem>
@@ -22,7 +22,7 @@ struct Settings {
 /// no server.
 class Client {
 public:
-    Client(Settings clientSettings, daemons::Log log);
+    Client(Settings clientSettings, process::Log log);
 
     /// Starts the client anew. Calls come one at a time. Throws std::exception when the
     /// configuration is not in force.
@@ -37,7 +37,7 @@ public:
 
 private:
     const Settings settings;
-    daemons::Daemon daemon;
+    process::Daemon daemon;
     bool isStarted = false;
 };
 

@@ -24,7 +24,7 @@ constexpr int probeAfterSeconds = 60;
 constexpr int probeIntervalSeconds = 10;
 constexpr int probes = 6;
 
-void set(const board::Descriptor& socket, int level, int option, int value) {
+void set(const support::Descriptor& socket, int level, int option, int value) {
     // An option that is not to be had costs comfort, not function.
     ::setsockopt(socket.get(), level, option, &value, sizeof value);
 }
@@ -34,8 +34,8 @@ void set(const board::Descriptor& socket, int level, int option, int value) {
                                          std::generic_category().message(error)));
 }
 
-board::Descriptor listenAt(int family, const std::string& interface, std::uint16_t port) {
-    board::Descriptor socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+support::Descriptor listenAt(int family, const std::string& interface, std::uint16_t port) {
+    support::Descriptor socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!socket) {
         // A kernel without IPv6 serves IPv4.
         if (family == AF_INET6 && errno == EAFNOSUPPORT) {
@@ -83,7 +83,7 @@ Listener::Listener(const std::string& interface, std::uint16_t port)
         throw std::runtime_error(fmt::format("there is no interface {}", interface));
     }
     for (const int family : {AF_INET, AF_INET6}) {
-        if (board::Descriptor socket = listenAt(family, interface, port); socket) {
+        if (support::Descriptor socket = listenAt(family, interface, port); socket) {
             listening.push_back(std::move(socket));
         }
     }
@@ -91,16 +91,16 @@ Listener::Listener(const std::string& interface, std::uint16_t port)
 
 Listener::~Listener() {
     // A thread that polls a socket keeps it alive beyond close(2); it must not listen that long.
-    for (const board::Descriptor& socket : listening) {
+    for (const support::Descriptor& socket : listening) {
         ::shutdown(socket.get(), SHUT_RDWR);
     }
 }
 
 Listener::Connection Listener::accept() const {
-    for (const board::Descriptor& socket : listening) {
+    for (const support::Descriptor& socket : listening) {
         sockaddr_storage peer{};
         socklen_t size = sizeof peer;
-        board::Descriptor connection(
+        support::Descriptor connection(
             ::accept4(socket.get(), reinterpret_cast<sockaddr*>(&peer), &size, SOCK_CLOEXEC));
         if (connection) {
             set(connection, SOL_SOCKET, SO_KEEPALIVE, 1);
@@ -114,7 +114,7 @@ Listener::Connection Listener::accept() const {
             throw std::system_error(errno, std::generic_category(), "cannot accept a connection");
         }
     }
-    return {board::Descriptor(), {}};
+    return {support::Descriptor(), {}};
 }
 
 }  // namespace services

@@ -24,11 +24,11 @@ public:
     unsigned int interfaceIndex() const { return index; }
 
     struct Connection {
-        board::Descriptor socket;
+        support::Descriptor socket;
         std::string peer;  ///< the address of the client
     };
     /// One socket a family; each is readable when a connection waits.
-    const std::vector<board::Descriptor>& sockets() const { return listening; }
+    const std::vector<support::Descriptor>& sockets() const { return listening; }
     /// The next connection; without a socket when none waits. Throws std::system_error when one
     /// waits and there is no means to take it.
     Connection accept() const;
@@ -36,7 +36,7 @@ public:
 private:
     std::uint16_t number;
     unsigned int index;
-    std::vector<board::Descriptor> listening;
+    std::vector<support::Descriptor> listening;
 };
 
 }  // namespace services

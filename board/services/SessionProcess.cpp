@@ -1,6 +1,6 @@
 #include "board/services/SessionProcess.h"
 
-#include "board/support/becomeProgram.h"
+#include "board/process/becomeProgram.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -35,7 +35,7 @@ namespace {
     ::dup2(connection, STDOUT_FILENO);
     ::close_range(STDERR_FILENO + 1, ~0U, 0);
 
-    board::becomeProgram(arguments, environment, parent);
+    process::becomeProgram(arguments, environment, parent);
 }
 
 std::string searchPath() {
@@ -45,11 +45,11 @@ std::string searchPath() {
 
 }  // namespace
 
-SessionProcess::SessionProcess(const Command& command, const board::Descriptor& connection) {
+SessionProcess::SessionProcess(const Command& command, const support::Descriptor& connection) {
     std::vector<std::string> argumentTexts = command;
     std::vector<std::string> environmentTexts{searchPath()};
-    const std::vector<char*> arguments = board::pointersTo(argumentTexts);
-    const std::vector<char*> environment = board::pointersTo(environmentTexts);
+    const std::vector<char*> arguments = process::pointersTo(argumentTexts);
+    const std::vector<char*> environment = process::pointersTo(environmentTexts);
     const pid_t parent = ::getpid();
     process = ::fork();
     if (process == 0) {
@@ -58,7 +58,7 @@ SessionProcess::SessionProcess(const Command& command, const board::Descriptor& 
     if (process < 0) {
         fail("cannot make a process");
     }
-    processHandle = board::Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    processHandle = support::Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
     if (!processHandle) {
         const int error = errno;
         kill();

@@ -18,13 +18,13 @@ class SessionProcess {
 public:
     /// Throws std::system_error. A program that cannot be run says so on standard error and ends
     /// with 127.
-    SessionProcess(const Command& command, const board::Descriptor& connection);
+    SessionProcess(const Command& command, const support::Descriptor& connection);
     SessionProcess(SessionProcess&& other) noexcept;
     SessionProcess& operator=(SessionProcess&& other) noexcept;
     ~SessionProcess();
 
     /// Readable when the process has ended.
-    const board::Descriptor& handle() const { return processHandle; }
+    const support::Descriptor& handle() const { return processHandle; }
     bool hasEnded() const;
 
     void kill() const;
@@ -33,7 +33,7 @@ public:
 
 private:
     pid_t process = -1;
-    board::Descriptor processHandle;
+    support::Descriptor processHandle;
 };
 
 }  // namespace services

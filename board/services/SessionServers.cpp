@@ -23,8 +23,8 @@ namespace {
 constexpr std::chrono::seconds patience{5};
 constexpr std::chrono::seconds pauseWithoutMeans{1};
 
-board::Descriptor makeEvent() {
-    board::Descriptor event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+support::Descriptor makeEvent() {
+    support::Descriptor event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
     if (!event) {
         throw std::system_error(errno, std::generic_category(), "cannot make an event");
     }
@@ -33,7 +33,7 @@ board::Descriptor makeEvent() {
 
 /// Time since the client has sent something, by the kernel's own clock: setting the machine's makes
 /// nobody idle.
-std::chrono::milliseconds silence(const board::Descriptor& connection) {
+std::chrono::milliseconds silence(const support::Descriptor& connection) {
     tcp_info info{};
     socklen_t size = sizeof info;
     ::getsockopt(connection.get(), IPPROTO_TCP, TCP_INFO, &info, &size);
@@ -161,7 +161,7 @@ std::vector<pollfd> SessionServers::awaited() {
         if (!service.listener) {
             continue;
         }
-        for (const board::Descriptor& socket : service.listener->sockets()) {
+        for (const support::Descriptor& socket : service.listener->sockets()) {
             result.push_back({socket.get(), POLLIN, 0});
         }
     }

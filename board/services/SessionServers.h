@@ -3,7 +3,7 @@
 #include "board/services/Listener.h"
 #include "board/services/SessionProcess.h"
 #include "board/support/Descriptor.h"
-#include "board/varo/LinkMonitor.h"
+#include "board/varo/link/LinkMonitor.h"
 #include "varo/records.h"
 
 #include <poll.h>
@@ -75,7 +75,7 @@ private:
 
     struct Session {
         Kind kind;
-        board::Descriptor connection;
+        support::Descriptor connection;
         std::string peer;
         SessionProcess process;
         std::optional<Clock::time_point> killAt{};  ///< set once it was closed for being idle
@@ -83,7 +83,7 @@ private:
 
     const ServerConfiguration configuration;
     varo::LinkMonitor links;
-    board::Descriptor wakeEvent;
+    support::Descriptor wakeEvent;
 
     std::mutex mutex;  ///< protects what follows
     std::array<Service, kinds> services;

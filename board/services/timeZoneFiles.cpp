@@ -21,7 +21,7 @@ void write(const std::filesystem::path& file, const std::string& content) {
         throw std::runtime_error(
             fmt::format("{} is a symbolic link, whose target is not overwritten", file.string()));
     }
-    board::replaceFile(file, content);
+    support::replaceFile(file, content);
 }
 
 }  // namespace

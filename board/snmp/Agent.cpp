@@ -20,7 +20,7 @@ bool machineHasIpv6() { return fs::exists("/proc/net/if_inet6"); }
 
 }  // namespace
 
-Agent::Agent(Settings agentSettings, daemons::Log log)
+Agent::Agent(Settings agentSettings, process::Log log)
     : settings(std::move(agentSettings)),
       daemon({.name = "the SNMP agent",
               .readyMark = "NET-SNMP version",
@@ -59,7 +59,7 @@ void Agent::apply() {
     }
     const Configuration configuration =
         configurationOf(values, settings.interface, machineHasIpv6());
-    board::replaceFile(file, configuration.text);
+    support::replaceFile(file, configuration.text);
     daemon.want(command(file), configuration.fixedPart);
     // Whoever opens the library need not wait for the agent.
     if (std::exchange(isStarted, true)) {

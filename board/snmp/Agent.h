@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/daemon/Daemon.h"
+#include "board/process/Daemon.h"
 #include "board/snmp/configuration.h"
 
 #include <filesystem>
@@ -24,7 +24,7 @@ struct Settings {
 /// Calls come one at a time. They throw std::exception when the values are not in force.
 class Agent {
 public:
-    Agent(Settings agentSettings, daemons::Log log);
+    Agent(Settings agentSettings, process::Log log);
 
     void apply(const varoLib_s_subag& trapManagers);
     void apply(const varoLib_s_snmpCommunity& communities);
@@ -35,7 +35,7 @@ public:
 
 private:
     const Settings settings;
-    daemons::Daemon daemon;
+    process::Daemon daemon;
     Values values;
     bool hasTrapManagers = false;
     bool hasCommunities = false;

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace board {
+namespace support {
 
 /// Why a call of the board's interfaces fails: the code that it returns and the text that it logs.
 template <class Code>
@@ -23,4 +23,4 @@ private:
     int logLevel;
 };
 
-}  // namespace board
+}  // namespace support

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace board {
+namespace support {
 
 /// A file descriptor that closes itself. Negative: there is none.
 class Descriptor {
@@ -28,4 +28,4 @@ private:
     int number;
 };
 
-}  // namespace board
+}  // namespace support

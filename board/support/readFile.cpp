@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <system_error>
 
-namespace board {
+namespace support {
 
 namespace {
 
@@ -38,4 +38,4 @@ std::string readFile(const std::filesystem::path& file) {
     }
 }
 
-}  // namespace board
+}  // namespace support

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <string>
 
-namespace board {
+namespace support {
 
 /// The whole content of a file. Throws std::system_error.
 std::string readFile(const std::filesystem::path& file);
 
-}  // namespace board
+}  // namespace support

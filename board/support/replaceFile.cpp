@@ -11,7 +11,7 @@
 #include <iterator>
 #include <system_error>
 
-namespace board {
+namespace support {
 
 namespace {
 
@@ -145,4 +145,4 @@ void rewriteFile(const fs::path& file, std::string_view content) {
     rewrite(targetOf(file), content, Irreplaceable::fail);
 }
 
-}  // namespace board
+}  // namespace support

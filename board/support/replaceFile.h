@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string_view>
 
-namespace board {
+namespace support {
 
 /// What to do where a file cannot take the place of another one: something is mounted on it, or its
 /// directory may not be written.
@@ -25,4 +25,4 @@ void replaceFile(const std::filesystem::path& file, std::string_view content,
 /// The same, but writes in any case: so it fails now where a change would fail later.
 void rewriteFile(const std::filesystem::path& file, std::string_view content);
 
-}  // namespace board
+}  // namespace support

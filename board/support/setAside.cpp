@@ -12,7 +12,7 @@
 #include <chrono>
 #include <system_error>
 
-namespace board {
+namespace support {
 
 namespace {
 
@@ -60,4 +60,4 @@ fs::path setAside(const fs::path& file) {
     return name;
 }
 
-}  // namespace board
+}  // namespace support

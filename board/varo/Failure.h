@@ -6,6 +6,6 @@
 namespace varo {
 
 /// Why a call of the library fails.
-using Failure = board::CodedFailure<Code>;
+using Failure = support::CodedFailure<Code>;
 
 }  // namespace varo

@@ -1,10 +1,10 @@
 #include "board/varo/Library.h"
 
-#include "board/varo/Ipv4Keeper.h"
-#include "board/varo/Ipv6Keeper.h"
-#include "board/varo/appliers.h"
-#include "board/varo/groups.h"
-#include "board/varo/schema.h"
+#include "board/varo/link/Ipv4Keeper.h"
+#include "board/varo/link/Ipv6Keeper.h"
+#include "board/varo/settings/appliers.h"
+#include "board/varo/settings/groups.h"
+#include "board/varo/store/schema.h"
 
 #include <fmt/format.h>
 #include <syslog.h>

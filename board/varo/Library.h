@@ -2,8 +2,8 @@
 
 #include "board/varo/Configuration.h"
 #include "board/varo/Failure.h"
-#include "board/varo/Keepers.h"
-#include "board/varo/RecordStore.h"
+#include "board/varo/link/Keepers.h"
+#include "board/varo/store/RecordStore.h"
 
 #include <atomic>
 #include <memory>

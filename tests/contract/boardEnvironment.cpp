@@ -1,6 +1,6 @@
 #include "board/bridge/Configuration.h"
 #include "board/framework/Framework.h"
-#include "board/switch/Configuration.h"
+#include "board/switchboard/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "contract/Environment.h"
 #include "varo/varoLib.h"
@@ -48,7 +48,7 @@ Environment::Environment() {
         varoLibInit();
     }
     isFirst = false;
-    board::framework().configurationLock.setWaitLimit(std::chrono::milliseconds(50));
+    framework::framework().configurationLock.setWaitLimit(std::chrono::milliseconds(50));
 }
 
 Environment::~Environment() {

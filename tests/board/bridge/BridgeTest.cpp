@@ -26,7 +26,7 @@ BridgeTest::BridgeTest() : log(LogImpl::levelInfo) {
 }
 
 BridgeTest::~BridgeTest() {
-    board::framework().clearConfigInProgress = false;
+    framework::framework().clearConfigInProgress = false;
     container.reset();
     bridge::configure({});
 }
@@ -38,7 +38,7 @@ void BridgeTest::restart() {
 }
 
 int BridgeTest::clearConfiguration() {
-    board::framework().clearConfigInProgress = true;
+    framework::framework().clearConfigInProgress = true;
     return singleton<zubridge>::instance().applyDefaultSettings();
 }
 

@@ -30,7 +30,7 @@ FilterFixture::~FilterFixture() { run("nft flush ruleset"); }
 
 std::vector<std::string> FilterFixture::counters() {
     std::vector<std::string> lines;
-    for (const board::RuleCounter& rule : board::framework().ruleCounters()) {
+    for (const framework::RuleCounter& rule : framework::framework().ruleCounters()) {
         lines.push_back((rule.permit ? "permit " : "deny ") + bridge::ipv4Text(rule.address) + " " +
                         bridge::ipv4Text(rule.netmask) + " " + std::to_string(rule.packets) +
                         " packets " + std::to_string(rule.bytes) + " bytes");

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <thread>
 
-using board::callWithin;
+using framework::callWithin;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 

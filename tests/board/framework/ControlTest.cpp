@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace control = board::control;
+namespace control = framework::control;
 using namespace boost::placeholders;
 using test::Journal;
 using testing::ElementsAre;
@@ -30,7 +30,7 @@ protected:
     auto onShelfId() { return boost::bind(&ControlTest::shelfId, this, _1); }
 
     ControlTest() {
-        board::framework().settings.load(directory.path(), [](const std::string&) {});
+        framework::framework().settings.load(directory.path(), [](const std::string&) {});
         messages().subscribePost(onMessage());
         shelfIds().subscribePost(onShelfId());
     }
@@ -117,8 +117,8 @@ TEST_F(ControlTest, ARefusedShelfIdentityIsNotTold) {
 TEST_F(ControlTest, FeaturesAndProfileModeReachTheSettings) {
     control::setFeature("12", true);
     control::setProfileMode(true);
-    EXPECT_TRUE(board::framework().settings.hasFeature("12"));
-    EXPECT_TRUE(board::framework().settings.values().profileMode);
+    EXPECT_TRUE(framework::framework().settings.hasFeature("12"));
+    EXPECT_TRUE(framework::framework().settings.values().profileMode);
     EXPECT_EQ(refusalOf([] { return control::setFeature("x", true); }),
               "there is no feature \"x\", only 12, 5, httpserver");
 }
@@ -133,15 +133,15 @@ TEST_F(ControlTest, AClearConfigurationIsStartedAndFinished) {
 }
 
 TEST_F(ControlTest, TheCountersOfRulesComeFromWhoeverKeepsTheList) {
-    const auto supplied = std::exchange(board::framework().ruleCounters, nullptr);
+    const auto supplied = std::exchange(framework::framework().ruleCounters, nullptr);
     EXPECT_THROW(control::ruleCounters(), std::runtime_error);
-    board::framework().ruleCounters = [] {
-        return std::vector<board::RuleCounter>{{1, 2, true, 3, 4}};
+    framework::framework().ruleCounters = [] {
+        return std::vector<framework::RuleCounter>{{1, 2, true, 3, 4}};
     };
     const auto counters = control::ruleCounters();
     ASSERT_EQ(counters.size(), 1U);
     EXPECT_EQ(counters[0].bytes, 4U);
-    board::framework().ruleCounters = supplied;
+    framework::framework().ruleCounters = supplied;
 }
 
 TEST_F(ControlTest, DefaultsAreAppliedToTheEntitiesAndFailuresNamed) {
@@ -152,7 +152,7 @@ TEST_F(ControlTest, DefaultsAreAppliedToTheEntitiesAndFailuresNamed) {
     static const bool isRegistered = [] {
         singleton<BLLManager>::instance().registerEntity(good);
         singleton<BLLManager>::instance().registerEntity(bad);
-        return board::framework().entities.startAll();
+        return framework::framework().entities.startAll();
     }();
     ASSERT_TRUE(isRegistered);
     entityJournal.clear();

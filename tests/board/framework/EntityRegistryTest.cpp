@@ -8,8 +8,8 @@
 #include <memory>
 #include <stdexcept>
 
-using board::EntityRegistry;
-using board::EntityState;
+using framework::EntityRegistry;
+using framework::EntityState;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using std::chrono::steady_clock;

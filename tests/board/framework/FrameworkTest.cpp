@@ -29,10 +29,10 @@ BLLManager& manager() { return singleton<BLLManager>::instance(); }
 class FrameworkTest : public testing::Test {
 protected:
     FrameworkTest() {
-        board::framework().settings.load(directory.path(), [](const std::string&) {});
+        framework::framework().settings.load(directory.path(), [](const std::string&) {});
     }
     ~FrameworkTest() override {
-        board::framework().configurationLock.setWaitLimit(std::chrono::seconds(10));
+        framework::framework().configurationLock.setWaitLimit(std::chrono::seconds(10));
     }
 
     test::TemporaryDirectory directory;
@@ -59,7 +59,7 @@ void expectQuiet(BLEntity& entity, const std::string& name) {
 }  // namespace
 
 TEST_F(FrameworkTest, ConfigurationLockIsOneForTheProcess) {
-    board::framework().configurationLock.setWaitLimit(std::chrono::milliseconds::zero());
+    framework::framework().configurationLock.setWaitLimit(std::chrono::milliseconds::zero());
     std::optional<BLLManager::exclusiveLock_t> exclusive(std::in_place);
     EXPECT_TRUE(exclusive->isObtained());
     EXPECT_TRUE(BLLManager::sharedLock_t().isObtained());
@@ -83,11 +83,11 @@ TEST_F(FrameworkTest, RegisteredEntitiesReachTheRegistry) {
     static test::ScriptedEntity entity("registered by a test", {}, journal);
     static const bool isRegistered = [] {
         manager().registerEntity(entity);
-        return board::framework().entities.startAll();
+        return framework::framework().entities.startAll();
     }();
     EXPECT_TRUE(isRegistered);
-    const auto status = board::framework().entities.status();
-    EXPECT_THAT(status, testing::Contains(testing::Field(&board::EntityRegistry::Status::name,
+    const auto status = framework::framework().entities.status();
+    EXPECT_THAT(status, testing::Contains(testing::Field(&framework::EntityRegistry::Status::name,
                                                          "registered by a test")));
 
     const test::CapturedLog captured;
@@ -106,11 +106,11 @@ TEST_F(FrameworkTest, ThreadsAreNamedUntilTheyEnd) {
         std::array<char, 16> systemName{};
         pthread_getname_np(pthread_self(), systemName.data(), systemName.size());
         EXPECT_STREQ(systemName.data(), "a name of more ");
-        EXPECT_EQ(board::framework().threads.nameOf(thread), "a name of more than 15 bytes");
+        EXPECT_EQ(framework::framework().threads.nameOf(thread), "a name of more than 15 bytes");
         manager().registerThread("short");
-        EXPECT_EQ(board::framework().threads.nameOf(thread), "short");
+        EXPECT_EQ(framework::framework().threads.nameOf(thread), "short");
     }).join();
-    EXPECT_EQ(board::framework().threads.nameOf(thread), "");
+    EXPECT_EQ(framework::framework().threads.nameOf(thread), "");
 }
 
 TEST_F(FrameworkTest, FeaturesAreThoseOfTheSettings) {
@@ -121,9 +121,9 @@ TEST_F(FrameworkTest, FeaturesAreThoseOfTheSettings) {
     EXPECT_FALSE(isActive(-1));
     EXPECT_EQ(checkProfileMode(), 0);
 
-    board::framework().settings.setFeature("httpserver", false);
-    board::framework().settings.setFeature("5", true);
-    board::framework().settings.setProfileMode(true);
+    framework::framework().settings.setFeature("httpserver", false);
+    framework::framework().settings.setFeature("5", true);
+    framework::framework().settings.setProfileMode(true);
     EXPECT_FALSE(manager().isFeatureSupported("httpserver"));
     EXPECT_TRUE(isActive(5));
     EXPECT_FALSE(isActive(12));
@@ -134,7 +134,7 @@ TEST_F(FrameworkTest, ShelfIdIsThatOfTheSettings) {
     std::string id = "left over";
     singleton<sysInfo>::instance().getShelfId(id);
     EXPECT_EQ(id, "");
-    board::framework().settings.setShelfId("shelf 7");
+    framework::framework().settings.setShelfId("shelf 7");
     singleton<sysInfo>::instance().getShelfId(id);
     EXPECT_EQ(id, "shelf 7");
 }

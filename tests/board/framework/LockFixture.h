@@ -57,7 +57,7 @@ protected:
         });
     }
 
-    board::ReentrantSharedLock lock{ample};
+    framework::ReentrantSharedLock lock{ample};
 };
 
 }  // namespace test

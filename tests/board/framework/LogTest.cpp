@@ -118,8 +118,8 @@ TEST(Log, WhatAThreadWritesWhileItEndsIsNotLost) {
 TEST(Log, IsEndedByTheHostBeforeItLeaves) {
     const CapturedLog captured;
     log().setMsgLevel(levelInfo) << "half a";
-    board::endLogMessage();
-    board::endLogMessage();
+    framework::endLogMessage();
+    framework::endLogMessage();
     EXPECT_THAT(captured.entries(), ElementsAre(Pair(levelInfo, "half a")));
 }
 
@@ -127,7 +127,7 @@ TEST(Log, FormatsNothingWithoutASink) {
     int count = 0;
     {
         const CapturedLog captured;
-        board::framework().log.setSink(nullptr, levelDebug);
+        framework::framework().log.setSink(nullptr, levelDebug);
         log().setMsgLevel(levelError).write(Formatted{&count}) << "\n";
         EXPECT_EQ(count, 0);
         EXPECT_THAT(captured.entries(), IsEmpty());
@@ -152,13 +152,15 @@ TEST(Log, LeavesOutWhatIsLessSevereThanTheSinkWants) {
 TEST(StandardErrorLog, LineHasTimeLevelThreadAndMessage) {
     using namespace std::chrono;
     const system_clock::time_point time = sys_days{2024y / February / 29} + 23h + 59min + 58s + 7ms;
-    EXPECT_EQ(board::formatLogLine(time, levelWarning, "Network_mng", "text"),
+    EXPECT_EQ(framework::formatLogLine(time, levelWarning, "Network_mng", "text"),
               "2024-02-29T23:59:58.007Z warning [Network_mng]: text\n");
-    EXPECT_EQ(board::formatLogLine(time, levelError, "", ""), "2024-02-29T23:59:58.007Z error: \n");
-    EXPECT_EQ(board::formatLogLine(time, levelInfo, "", "x"), "2024-02-29T23:59:58.007Z info: x\n");
-    EXPECT_EQ(board::formatLogLine(time, levelDebug, "", "x"),
+    EXPECT_EQ(framework::formatLogLine(time, levelError, "", ""),
+              "2024-02-29T23:59:58.007Z error: \n");
+    EXPECT_EQ(framework::formatLogLine(time, levelInfo, "", "x"),
+              "2024-02-29T23:59:58.007Z info: x\n");
+    EXPECT_EQ(framework::formatLogLine(time, levelDebug, "", "x"),
               "2024-02-29T23:59:58.007Z debug: x\n");
-    EXPECT_EQ(board::formatLogLine(time, logLevel_t(9), "", "x"),
+    EXPECT_EQ(framework::formatLogLine(time, logLevel_t(9), "", "x"),
               "2024-02-29T23:59:58.007Z level 9: x\n");
 }
 
@@ -168,7 +170,7 @@ TEST(StandardErrorLog, IsTheSinkUntilToldOtherwise) {
     const int saved = dup(STDERR_FILENO);
     dup2(ends[1], STDERR_FILENO);
     std::jthread([] {
-        board::framework().threads.nameThisThread("writer");
+        framework::framework().threads.nameThisThread("writer");
         log().setMsgLevel(levelError) << "to standard";
         log() << " error\n";
         log().setMsgLevel(levelDebug) << "left out\n";

@@ -7,7 +7,7 @@ namespace {
 
 class ManagementPort : public testing::Test {
 protected:
-    ~ManagementPort() override { board::nameManagementPort("mng0"); }
+    ~ManagementPort() override { framework::nameManagementPort("mng0"); }
 };
 
 TEST_F(ManagementPort, IsPort1NamedMng0) {
@@ -20,7 +20,7 @@ TEST_F(ManagementPort, IsPort1NamedMng0) {
 }
 
 TEST_F(ManagementPort, NameNeedsRoomForItsTerminator) {
-    board::nameManagementPort("uplink12");
+    framework::nameManagementPort("uplink12");
     char name[9] = "untouch.";
     EXPECT_NE(interfaceLinuxnameGet(1, 8, name), 0);
     EXPECT_STREQ(name, "untouch.");

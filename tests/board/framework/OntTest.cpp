@@ -30,7 +30,7 @@
 namespace {
 
 using namespace test;
-using board::Descriptor;
+using support::Descriptor;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -107,7 +107,7 @@ class SystemMacTest : public testing::Test {
 protected:
     ~SystemMacTest() override {
         bridge::setSystemMac({});
-        board::nameManagementPort("mng0");
+        framework::nameManagementPort("mng0");
     }
 
     CapturedLog log;
@@ -120,7 +120,7 @@ protected:
     ~OntVlanTest() override { zubridge::instance().gponOntMngVlanSet(1); }
 
     void load() {
-        board::framework().settings.load(directory.path(), [](const std::string&) {});
+        framework::framework().settings.load(directory.path(), [](const std::string&) {});
     }
 
     static unsigned int vlan() {
@@ -142,7 +142,7 @@ TEST_F(SystemMacTest, IsThatOfTheManagementPort) {
               }),
               "02:1b:21:3c:4d:fe");
     EXPECT_EQ(inOwnNetwork([] {
-                  board::nameManagementPort("tap7");
+                  framework::nameManagementPort("tap7");
                   const auto port = makeInterface("tap7", {0x02, 0, 0, 0, 0, 7});
                   return systemMac();
               }),
@@ -156,9 +156,9 @@ TEST_F(SystemMacTest, IsTheOneThatIsSetWhateverThePortHas) {
 }
 
 TEST_F(SystemMacTest, IsNotKnownWithoutAnEthernetPort) {
-    board::nameManagementPort("nosuch0");
+    framework::nameManagementPort("nosuch0");
     EXPECT_EQ(systemMac(), "failed");
-    board::nameManagementPort("lo");
+    framework::nameManagementPort("lo");
     EXPECT_EQ(systemMac(), "failed");
     EXPECT_THAT(log.entries(),
                 ElementsAre(Pair(LogImpl::levelError,

@@ -6,7 +6,7 @@
 #include <array>
 #include <cstddef>
 
-using board::ownedFilter;
+using framework::ownedFilter;
 
 namespace {
 

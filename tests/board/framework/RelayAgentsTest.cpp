@@ -20,10 +20,11 @@ TEST(RelayAgents, KeepTheirOwnTextsOfTheSystem) {
     pppoeia::instance().setSystemContact("c");
     pppoeia::instance().setSystemLocation("l");
     pppoeia::instance().setSystemName("n");
-    EXPECT_EQ(board::dhcpRelaySystemTexts(), (board::SystemTexts{"contact", "location", "name"}));
-    EXPECT_EQ(board::pppoeAgentSystemTexts(), (board::SystemTexts{"c", "l", "n"}));
+    EXPECT_EQ(framework::dhcpRelaySystemTexts(),
+              (framework::SystemTexts{"contact", "location", "name"}));
+    EXPECT_EQ(framework::pppoeAgentSystemTexts(), (framework::SystemTexts{"c", "l", "n"}));
     pppoeia::instance().setSystemLocation("");
-    EXPECT_EQ(board::pppoeAgentSystemTexts(), (board::SystemTexts{"c", "", "n"}));
+    EXPECT_EQ(framework::pppoeAgentSystemTexts(), (framework::SystemTexts{"c", "", "n"}));
 }
 
 TEST(RelayAgents, TellTheirTextsAtTheDebugLevel) {

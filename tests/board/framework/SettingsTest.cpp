@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <system_error>
 
-using board::Settings;
-using board::SettingsValues;
+using framework::Settings;
+using framework::SettingsValues;
 using test::Journal;
 using test::readFile;
 using test::TemporaryDirectory;

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-using board::EntityNeeds;
-using board::findStartOrder;
+using framework::EntityNeeds;
+using framework::findStartOrder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

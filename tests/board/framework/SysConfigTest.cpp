@@ -14,8 +14,8 @@ using testing::Pair;
 
 class SysConfigTest : public testing::Test {
 protected:
-    SysConfigTest() { board::setSoftwareVersionFile(file); }
-    ~SysConfigTest() override { board::setSoftwareVersionFile({}); }
+    SysConfigTest() { framework::setSoftwareVersionFile(file); }
+    ~SysConfigTest() override { framework::setSoftwareVersionFile({}); }
 
     /// The version, or "failed" when the buffer was left alone.
     static std::string version() {
@@ -64,7 +64,7 @@ TEST_F(SysConfigTest, FailsWithAWarningWhenTheFileHasNoUsableLine) {
 }
 
 TEST_F(SysConfigTest, FailsQuietlyWhenNoFileIsNamed) {
-    board::setSoftwareVersionFile({});
+    framework::setSoftwareVersionFile({});
     EXPECT_EQ(version(), "failed");
     EXPECT_THAT(log.entries(),
                 ElementsAre(Pair(LogImpl::levelDebug,

@@ -45,7 +45,7 @@ void ScriptedEntity::getDependencies(std::list<std::string>& names) {
 }
 
 CapturedLog::CapturedLog(LogImpl::logLevel_t leastSevere) {
-    board::framework().log.setSink(
+    framework::framework().log.setSink(
         [this](LogImpl::logLevel_t level, const std::string& message) {
             const std::lock_guard guard(mutex);
             received.emplace_back(level, message);
@@ -54,7 +54,7 @@ CapturedLog::CapturedLog(LogImpl::logLevel_t leastSevere) {
 }
 
 CapturedLog::~CapturedLog() {
-    board::framework().log.setSink(board::writeToStandardError, LogImpl::levelInfo);
+    framework::framework().log.setSink(framework::writeToStandardError, LogImpl::levelInfo);
 }
 
 std::vector<CapturedLog::Entry> CapturedLog::entries() const {

@@ -106,10 +106,10 @@ public:
         return line;
     }
 
-    void close() { socket = board::Descriptor(); }
+    void close() { socket = support::Descriptor(); }
 
 private:
-    board::Descriptor socket;
+    support::Descriptor socket;
     int error = 0;
 };
 

@@ -1,5 +1,5 @@
-#include "board/varo/RecordStore.h"
-#include "board/varo/groups.h"
+#include "board/varo/settings/groups.h"
+#include "board/varo/store/RecordStore.h"
 #include "tests/board/varo/SyncedImage.h"
 #include "tests/board/varo/VaroTest.h"
 

@@ -1,6 +1,6 @@
 #include "board/varo/Failure.h"
-#include "board/varo/Group.h"
-#include "board/varo/RecordStore.h"
+#include "board/varo/store/Group.h"
+#include "board/varo/store/RecordStore.h"
 #include "tests/board/varo/TemporaryDirectory.h"
 #include "tests/board/varo/VaroTest.h"
 #include "tests/board/varo/support.h"

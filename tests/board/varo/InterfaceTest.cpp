@@ -1,4 +1,4 @@
-#include "board/varo/Descriptor.h"
+#include "board/support/Descriptor.h"
 #include "tests/board/varo/VaroTest.h"
 
 #include <arpa/inet.h>
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 /// Sets the address or the mask of an interface.
 void set(unsigned long what, const char* name, const char* text) {
-    const varo::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const support::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     ifreq request{};
     std::strncpy(request.ifr_name, name, IFNAMSIZ - 1);
     sockaddr_in address{};

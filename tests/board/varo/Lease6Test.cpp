@@ -1,4 +1,4 @@
-#include "board/varo/Lease6.h"
+#include "board/varo/link/Lease6.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

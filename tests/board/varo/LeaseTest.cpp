@@ -1,4 +1,4 @@
-#include "board/varo/Lease.h"
+#include "board/varo/link/Lease.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

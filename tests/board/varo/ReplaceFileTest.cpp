@@ -1,4 +1,4 @@
-#include "board/varo/replaceFile.h"
+#include "board/support/replaceFile.h"
 #include "tests/board/varo/TemporaryDirectory.h"
 #include "tests/board/varo/support.h"
 
@@ -13,7 +13,11 @@ namespace {
 
 using namespace varotest;
 using testing::ElementsAre;
-using varo::replaceFile;
+
+/// As files of the machine are replaced, which a container engine may have mounted.
+void replaceFile(const std::filesystem::path& file, std::string_view content) {
+    support::replaceFile(file, content, support::Irreplaceable::writeInPlace);
+}
 
 class ReplaceFile : public testing::Test {
 protected:
@@ -130,7 +134,7 @@ TEST_F(ReplaceFile, DoesNotWriteInPlaceUnlessThatIsAskedFor) {
     const std::string result = inOwnNamespaces(CLONE_NEWNS, [&]() -> std::string {
         bindMount(source, file);
         try {
-            board::replaceFile(file, "new\n");
+            support::replaceFile(file, "new\n");
             return "it was written";
         } catch (const std::system_error& error) {
             return error.what();

@@ -1,4 +1,4 @@
-#include "board/varo/resolverFile.h"
+#include "board/varo/settings/resolverFile.h"
 #include "tests/board/varo/VaroTest.h"
 
 #include <gmock/gmock.h>

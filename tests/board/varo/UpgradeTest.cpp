@@ -1,6 +1,6 @@
 #include "board/varo/Failure.h"
-#include "board/varo/RecordStore.h"
-#include "board/varo/groups.h"
+#include "board/varo/settings/groups.h"
+#include "board/varo/store/RecordStore.h"
 #include "tests/board/varo/VaroTest.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "board/varo/dhcpEvent.h"
+#include "board/varo/link/dhcpEvent.h"
 #include "support/isolatedTests.h"
 #include "tests/board/varo/network/namespaces.h"
 

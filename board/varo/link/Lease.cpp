@@ -1,0 +1,137 @@
+#include "board/varo/link/Lease.h"
+
+#include "board/varo/Failure.h"
+#include "board/varo/store/Column.h"
+
+#include <arpa/inet.h>
+#include <fmt/format.h>
+
+#include <charconv>
+#include <optional>
+#include <utility>
+
+namespace varo {
+
+namespace {
+
+constexpr std::pair<std::string_view, DhcpEvent> events[] = {
+    {"deconfig", DhcpEvent::deconfig},   {"bound", DhcpEvent::bound},
+    {"renew", DhcpEvent::renew},         {"nak", DhcpEvent::nak},
+    {"leasefail", DhcpEvent::leasefail},
+};
+
+std::optional<std::uint32_t> parsedAddress(std::string_view text) {
+    in_addr address{};
+    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1) {
+        return std::nullopt;
+    }
+    return ntohl(address.s_addr);
+}
+
+std::optional<std::uint32_t> hostAddress(std::string_view text) {
+    const auto address = parsedAddress(text);
+    return address && isHostAddress(*address) ? address : std::nullopt;
+}
+
+/// The mask of a lease that names none is that of the address's class (RFC 950).
+std::uint32_t classMask(std::uint32_t address) {
+    return prefixMask(address < 0x80000000 ? 8 : address < 0xc0000000 ? 16 : 24);
+}
+
+Ipv4Prefix readPrefix(const ReportParts& values) {
+    const std::string_view text = values["ip"];
+    const auto address = parsedAddress(text);
+    if (!address) {
+        throw BadReport(fmt::format("the address {} is none", quoted(text)));
+    }
+    const std::string_view maskText = values["subnet"];
+    const auto mask = maskText.empty() ? classMask(*address) : parsedAddress(maskText);
+    if (!mask) {
+        throw BadReport(fmt::format("the mask {} is none", quoted(maskText)));
+    }
+    try {
+        return checkedPrefix(*address, *mask);
+    } catch (const Failure& failure) {
+        throw BadReport(failure.what());
+    }
+}
+
+/// The usable addresses of a list; the others are left out.
+std::vector<std::uint32_t> readAddresses(const ReportParts& values, std::string_view name,
+                                         std::vector<std::string>& leftOut) {
+    std::vector<std::uint32_t> addresses;
+    for (const std::string_view text : split(values[name], ' ')) {
+        if (const auto address = hostAddress(text)) {
+            addresses.push_back(*address);
+        } else {
+            leftOut.push_back(fmt::format("{} {}", name, quoted(text)));
+        }
+    }
+    return addresses;
+}
+
+bool isInNetwork(std::uint32_t address, const Ipv4Prefix& prefix) {
+    return ((address ^ prefix.address) & prefixMask(prefix.length)) == 0;
+}
+
+std::uint32_t readRouter(const ReportParts& values, const Ipv4Prefix& prefix,
+                         std::vector<std::string>& leftOut) {
+    for (const std::uint32_t router : readAddresses(values, "router", leftOut)) {
+        if (isInNetwork(router, prefix) && router != prefix.address) {
+            return router;
+        }
+        leftOut.push_back(fmt::format("router {}, which is no neighbour", ipv4Text(router)));
+    }
+    return 0;
+}
+
+std::string readDomain(const ReportParts& values, std::vector<std::string>& leftOut) {
+    const std::string_view text = values["domain"];
+    if (isDomainWord(text)) {
+        return std::string(text);
+    }
+    leftOut.push_back(fmt::format("domain {}", quoted(text)));
+    return {};
+}
+
+std::uint32_t readSeconds(const ReportParts& values) {
+    const std::string_view text = values["lease"];
+    std::uint32_t seconds = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || seconds == 0) {
+        throw BadReport(fmt::format("the lease time {} is none", quoted(text)));
+    }
+    return seconds;
+}
+
+Lease readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
+    Lease lease;
+    lease.prefix = readPrefix(values);
+    lease.seconds = readSeconds(values);
+    lease.router = readRouter(values, lease.prefix, leftOut);
+    const auto servers = readAddresses(values, "dns", leftOut);
+    if (!servers.empty()) {
+        lease.primaryServer = servers[0];
+    }
+    if (servers.size() > 1) {
+        lease.secondaryServer = servers[1];
+    }
+    lease.domain = readDomain(values, leftOut);
+    lease.server = hostAddress(values["serverid"]).value_or(0);
+    return lease;
+}
+
+}  // namespace
+
+DhcpReport readReport(std::string_view message) {
+    const ReportParts parts = readParts(message);
+    DhcpReport report;
+    report.event = eventAmong<DhcpEvent>(events, parts);
+    if (report.event != DhcpEvent::bound && report.event != DhcpEvent::renew) {
+        return report;
+    }
+    report.lease = readLease(parts, report.leftOut);
+    return report;
+}
+
+}  // namespace varo

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "board/varo/link/reportText.h"
+#include "board/varo/settings/ipv4.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varo {
+
+/// What a DHCP server has granted (RFC 2131, RFC 2132). Addresses in host byte order, 0 is none.
+struct Lease {
+    Ipv4Prefix prefix;
+    std::uint32_t router = 0;
+    std::uint32_t primaryServer = 0;  ///< name servers
+    std::uint32_t secondaryServer = 0;
+    std::string domain;
+    std::uint32_t seconds = 0;  ///< how long it holds; 0xffffffff for good
+    std::uint32_t server = 0;   ///< who has granted it
+};
+
+enum class DhcpEvent {
+    deconfig,   ///< there is no lease, or no longer one
+    bound,      ///< a lease was granted
+    renew,      ///< the lease was extended
+    nak,        ///< the server has refused
+    leasefail,  ///< no server has answered
+};
+
+struct DhcpReport {
+    DhcpEvent event = DhcpEvent::deconfig;
+    Lease lease;                       ///< with bound and renew
+    std::vector<std::string> leftOut;  ///< values that cannot be used, and why
+};
+
+/// Reads the message of a DHCP client's event; see dhcpEvent.h for its form. What a server sends is
+/// not trusted: an address that no host can have spoils the report, bad values beside it are left
+/// out. Throws BadReport.
+DhcpReport readReport(std::string_view message);
+
+}  // namespace varo

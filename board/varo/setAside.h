@@ -1,9 +1,0 @@
-#pragma once
-
-#include "board/support/setAside.h"
-
-namespace varo {
-
-using board::setAside;
-
-}  // namespace varo
