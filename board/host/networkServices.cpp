@@ -1,7 +1,7 @@
 #include "board/host/networkServices.h"
 
 #include "board/framework/Framework.h"
-#include "board/ntp/Client.h"
+#include "board/ntp/NtpClient.h"
 #include "board/snmp/Agent.h"
 
 #include <CLI/CLI.hpp>
@@ -55,7 +55,7 @@ void NetworkServices::supply(const NetworkServiceOptions& options,
         appliers.snmpSystem = [this](const auto& values) { snmpAgent->apply(values); };
     }
     if (auto command = words(options.ntpClient); !command.empty()) {
-        ntpClient = std::make_unique<ntp::Client>(
+        ntpClient = std::make_unique<ntp::NtpClient>(
             ntp::Settings{std::move(command), stateDirectory / "ntp", managementInterface}, log);
         appliers.ntp = [this](const auto& config) { ntpClient->apply(config); };
         appliers.ntpStatistics = [this](const auto& config) { return ntpClient->status(config); };

@@ -10,7 +10,7 @@ namespace CLI {
 class App;
 }
 namespace ntp {
-class Client;
+class NtpClient;
 }
 namespace snmp {
 class Agent;
@@ -45,7 +45,7 @@ public:
 
 private:
     std::unique_ptr<snmp::Agent> snmpAgent;
-    std::unique_ptr<ntp::Client> ntpClient;
+    std::unique_ptr<ntp::NtpClient> ntpClient;
 };
 
 }  // namespace host

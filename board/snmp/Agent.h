@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/process/Daemon.h"
-#include "board/snmp/configuration.h"
+#include "board/snmp/snmpdConfiguration.h"
 
 #include <filesystem>
 #include <string>

@@ -1,4 +1,4 @@
-#include "board/ntp/configuration.h"
+#include "board/ntp/chronyConfiguration.h"
 #include "tests/board/process/support.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "board/snmp/configuration.h"
+#include "board/snmp/snmpdConfiguration.h"
 #include "tests/board/process/support.h"
 
 #include <gmock/gmock.h>

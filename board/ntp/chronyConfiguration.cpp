@@ -1,4 +1,4 @@
-#include "board/ntp/configuration.h"
+#include "board/ntp/chronyConfiguration.h"
 
 #include <fmt/format.h>
 #include <sys/un.h>

@@ -20,9 +20,9 @@ struct Settings {
 
 /// Runs the NTP client with the configuration that it is handed, or none while that is off or names
 /// no server.
-class Client {
+class NtpClient {
 public:
-    Client(Settings clientSettings, process::Log log);
+    NtpClient(Settings clientSettings, process::Log log);
 
     /// Starts the client anew. Calls come one at a time. Throws std::exception when the
     /// configuration is not in force.

@@ -1,4 +1,4 @@
-#include "board/snmp/configuration.h"
+#include "board/snmp/snmpdConfiguration.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
-#include "board/ntp/Client.h"
+#include "board/ntp/NtpClient.h"
 
-#include "board/ntp/configuration.h"
+#include "board/ntp/chronyConfiguration.h"
 #include "board/ntp/status.h"
 #include "board/process/Command.h"
 #include "board/support/replaceFile.h"
@@ -19,11 +19,11 @@ constexpr std::chrono::milliseconds longestAnswer{1'000};
 
 }  // namespace
 
-Client::Client(Settings clientSettings, process::Log log)
+NtpClient::NtpClient(Settings clientSettings, process::Log log)
     : settings(std::move(clientSettings)),
       daemon({.name = "the NTP client", .interface = settings.interface}, std::move(log)) {}
 
-void Client::apply(const rpcSntpConfigHost& config) {
+void NtpClient::apply(const rpcSntpConfigHost& config) {
     const Files files(settings.directory);
     std::vector<std::string> command;
     if (isWanted(config)) {
@@ -41,7 +41,7 @@ void Client::apply(const rpcSntpConfigHost& config) {
     }
 }
 
-rpcSntpInfoHost Client::status(const rpcSntpConfigHost& config) {
+rpcSntpInfoHost NtpClient::status(const rpcSntpConfigHost& config) {
     if (!isWanted(config)) {
         return statusOfNone(config);
     }
