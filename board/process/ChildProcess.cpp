@@ -1,19 +1,23 @@
 #include "board/process/ChildProcess.h"
 
-#include "board/process/becomeProgram.h"
+#include "board/process/waiting.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <signal.h>
 #include <string.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <span>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 extern char** environ;
 
@@ -21,72 +25,145 @@ namespace process {
 
 namespace {
 
-constexpr int childSocket = ChildProcess::childSocket;
-
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Everything the child does before it becomes another program. Other threads of the process may
-/// have held locks when it was forked: only calls that are safe in signal handlers are made.
-[[noreturn]] void become(char* const* arguments, char* const* environment, int socket, int output,
-                         pid_t parent) {
-    // Standard descriptors may be closed in this process, so these can be among 0 to 2 or on the
-    // socket's new number: first out of the way.
-    socket = ::fcntl(socket, F_DUPFD, childSocket + 1);
-    output = ::fcntl(output, F_DUPFD, childSocket + 1);
-    const int empty = ::open("/dev/null", O_RDONLY);
-    ::dup2(empty, STDIN_FILENO);
-    ::dup2(output, STDOUT_FILENO);
-    ::dup2(output, STDERR_FILENO);
-    ::dup2(socket, childSocket);
-    ::close_range(STDERR_FILENO + 1, childSocket - 1, 0);
-    ::close_range(childSocket + 1, ~0U, 0);
-
-    process::becomeProgram(arguments, environment, parent);
+/// The texts as exec takes them, with a null behind the last; they stay the caller's.
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> result;
+    result.reserve(texts.size() + 1);
+    for (std::string& text : texts) {
+        result.push_back(text.data());
+    }
+    result.push_back(nullptr);
+    return result;
 }
 
-std::vector<std::string> environmentWith(const std::string& variable) {
+// The child, before it becomes another program. Other threads of the process may have held locks
+// when it was forked: only calls that are safe in signal handlers are made.
+
+template <class Given>
+void place(std::span<Given> given) {
+    // Standard descriptors may be closed in this process, so a descriptor can be on the number of
+    // another one: first out of the way.
+    for (Given& each : given) {
+        each.descriptor = ::fcntl(each.descriptor, F_DUPFD, given.back().number + 1);
+    }
+    int next = 0;
+    for (const Given& each : given) {
+        if (each.number > next) {
+            ::close_range(static_cast<unsigned>(next), static_cast<unsigned>(each.number - 1), 0);
+        }
+        ::dup2(each.descriptor, each.number);
+        next = each.number + 1;
+    }
+    ::close_range(static_cast<unsigned>(next), ~0U, 0);
+}
+
+void say(const char* text) {
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, ::strlen(text));
+}
+
+[[noreturn]] void become(char* const* arguments, char* const* environment, pid_t parent) {
+    for (int number = 1; number < NSIG; ++number) {
+        ::signal(number, SIG_DFL);
+    }
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    ::setsid();
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may have ended before that.
+    if (::getppid() != parent) {
+        ::_exit(EXIT_FAILURE);
+    }
+    ::execvpe(arguments[0], arguments, environment);
+    const char* const reason = ::strerrordesc_np(errno);
+    say("cannot run ");
+    say(arguments[0]);
+    say(": ");
+    say(reason != nullptr ? reason : "unknown error");
+    say("\n");
+    ::_exit(127);
+}
+
+// The parent.
+
+std::vector<std::string> environmentWith(const std::string& socketVariable) {
     std::vector<std::string> result;
     for (char** each = environ; each != nullptr && *each != nullptr; ++each) {
         result.emplace_back(*each);
     }
-    result.push_back(fmt::format("{}={}", variable, childSocket));
+    if (!socketVariable.empty()) {
+        result.push_back(fmt::format("{}={}", socketVariable, ChildProcess::childSocket));
+    }
+    return result;
+}
+
+support::Descriptor nonBlocking(int descriptor) {
+    support::Descriptor result(descriptor);
+    if (::fcntl(descriptor, F_SETFL, O_NONBLOCK) != 0) {
+        fail("cannot make a descriptor non-blocking");
+    }
     return result;
 }
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::string& variable) {
-    if (command.empty()) {
-        throw std::invalid_argument("there is no program to run");
-    }
-    std::vector<std::string> argumentTexts = command;
-    std::vector<std::string> environmentTexts = environmentWith(variable);
-    const std::vector<char*> arguments = process::pointersTo(argumentTexts);
-    const std::vector<char*> environment = process::pointersTo(environmentTexts);
-
+ChildProcess::Ends ChildProcess::makeSocket() {
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
         fail("cannot make a socket");
     }
-    messageSocket = support::Descriptor(ends[0]);
-    const support::Descriptor theirSocket(ends[1]);
+    support::Descriptor childs(ends[1]);
+    return {nonBlocking(ends[0]), std::move(childs)};
+}
+
+ChildProcess::Ends ChildProcess::makePipe() {
+    int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) {
         fail("cannot make a pipe");
     }
-    outputPipe = support::Descriptor(ends[0]);
-    const support::Descriptor theirOutput(ends[1]);
-    for (const support::Descriptor* own : {&messageSocket, &outputPipe}) {
-        if (::fcntl(own->get(), F_SETFL, O_NONBLOCK) != 0) {
-            fail("cannot make a descriptor non-blocking");
-        }
-    }
+    support::Descriptor childs(ends[1]);
+    return {nonBlocking(ends[0]), std::move(childs)};
+}
 
+ChildProcess::ChildProcess(const Command& command, const std::string& socketVariable)
+    : ChildProcess(command, environmentWith(socketVariable),
+                   socketVariable.empty() ? Ends{} : makeSocket(), makePipe()) {}
+
+ChildProcess::ChildProcess(const Command& command, std::vector<std::string> environment,
+                           Ends messages, Ends output)
+    : ChildProcess(command, std::move(environment), [&] {
+          std::vector<Given> given{{output.childs.get(), STDOUT_FILENO},
+                                   {output.childs.get(), STDERR_FILENO}};
+          if (messages.childs) {
+              given.push_back({messages.childs.get(), childSocket});
+          }
+          return given;
+      }()) {
+    messageSocket = std::move(messages.own);
+    outputPipe = std::move(output.own);
+}
+
+ChildProcess::ChildProcess(Command command, std::vector<std::string> environment,
+                           std::vector<Given> given) {
+    if (command.empty()) {
+        throw std::invalid_argument("there is no program to run");
+    }
+    support::Descriptor empty;
+    if (given.front().number != STDIN_FILENO) {
+        empty = support::Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+        given.insert(given.begin(), {empty.get(), STDIN_FILENO});
+    }
+    const std::vector<char*> arguments = pointersTo(command);
+    const std::vector<char*> variables = pointersTo(environment);
     const pid_t parent = ::getpid();
     process = ::fork();
     if (process == 0) {
-        become(arguments.data(), environment.data(), theirSocket.get(), theirOutput.get(), parent);
+        place(std::span(given));
+        become(arguments.data(), variables.data(), parent);
     }
     if (process < 0) {
         fail("cannot make a process");
@@ -101,12 +178,28 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::s
     }
 }
 
+ChildProcess::ChildProcess(ChildProcess&& other) noexcept
+    : process(std::exchange(other.process, -1)),
+      processHandle(std::move(other.processHandle)),
+      messageSocket(std::move(other.messageSocket)),
+      outputPipe(std::move(other.outputPipe)) {}
+
+ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
+    std::swap(process, other.process);
+    std::swap(processHandle, other.processHandle);
+    std::swap(messageSocket, other.messageSocket);
+    std::swap(outputPipe, other.outputPipe);
+    return *this;
+}
+
 ChildProcess::~ChildProcess() {
     if (process > 0) {
         signal(SIGKILL);
         awaitEnd();
     }
 }
+
+bool ChildProcess::hasEnded() const { return isReadable(processHandle); }
 
 void ChildProcess::signal(int number) const {
     // The number is the process's until its end was taken.
@@ -117,10 +210,7 @@ void ChildProcess::signal(int number) const {
 
 std::string ChildProcess::awaitEnd() {
     int status = 0;
-    while (::waitpid(process, &status, 0) < 0) {
-        if (errno != EINTR) {
-            break;
-        }
+    while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     process = -1;
     return WIFSIGNALED(status) ? fmt::format("signal {}", WTERMSIG(status))

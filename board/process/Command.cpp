@@ -1,36 +1,62 @@
 #include "board/process/Command.h"
 
 #include "board/process/ChildProcess.h"
+#include "board/process/waiting.h"
 
 #include <fmt/format.h>
-#include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
 #include <stdexcept>
+#include <string_view>
+#include <system_error>
 
 namespace process {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr std::size_t longestOutput = 64 * 1024;
-constexpr const char* socketVariable = "NETWORKBLE_SOCKET";
+
+/// 0, or why the file cannot be run.
+int objectionTo(const std::string& file) {
+    struct stat status{};
+    if (::stat(file.c_str(), &status) != 0) {
+        return errno;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return EACCES;
+    }
+    return ::access(file.c_str(), X_OK) == 0 ? 0 : errno;
+}
+
+int objectionInPath(const std::string& name) {
+    const char* const path = std::getenv("PATH");
+    std::istringstream directories(path == nullptr ? "" : path);
+    int objection = ENOENT;
+    for (std::string directory; std::getline(directories, directory, ':');) {
+        const int error = objectionTo((directory.empty() ? "." : directory) + "/" + name);
+        if (error == 0) {
+            return 0;
+        }
+        if (error != ENOENT && error != ENOTDIR) {
+            objection = error;
+        }
+    }
+    return objection;
+}
 
 /// Waits until the descriptor is readable. Throws when the time is up.
 void await(const support::Descriptor& descriptor, Clock::time_point deadline,
            const std::string& program) {
-    for (;;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0) {
+    std::vector<pollfd> one{{descriptor.get(), POLLIN, 0}};
+    do {
+        if (Clock::now() >= deadline) {
             throw std::runtime_error(fmt::format("{} does not end in time", program));
         }
-        pollfd one{descriptor.get(), POLLIN, 0};
-        if (::poll(&one, 1, static_cast<int>(left)) == 1) {
-            return;
-        }
-    }
+    } while (!awaitReady(one, deadline));
 }
 
 std::string lastLine(std::string_view text) {
@@ -42,8 +68,21 @@ std::string lastLine(std::string_view text) {
 
 }  // namespace
 
-std::string outputOf(const std::vector<std::string>& command, std::chrono::milliseconds limit) {
-    ChildProcess process(command, socketVariable);
+void checkProgram(const Command& command) {
+    if (command.empty()) {
+        throw std::runtime_error("there is no program to run");
+    }
+    const std::string& program = command.front();
+    const bool isPath = program.find('/') != std::string::npos;
+    const int error = isPath ? objectionTo(program) : objectionInPath(program);
+    if (error != 0) {
+        throw std::runtime_error(
+            fmt::format("cannot run {}: {}", program, std::generic_category().message(error)));
+    }
+}
+
+std::string outputOf(const Command& command, std::chrono::milliseconds limit) {
+    ChildProcess process(command);
     const std::string& program = command.front();
     const auto deadline = Clock::now() + limit;
     std::string output;

@@ -2,57 +2,32 @@
 
 #include <fmt/format.h>
 #include <net/if.h>
-#include <poll.h>
 #include <signal.h>
-#include <sys/eventfd.h>
 #include <syslog.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <exception>
 #include <stdexcept>
-#include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace process {
 
-namespace {
-
 using std::chrono::milliseconds;
-
-/// Longer lines are cut.
-constexpr std::size_t longestLine = 512;
-/// The programs need no socket to the board; it is theirs to close.
-constexpr const char* socketVariable = "NETWORKBLE_SOCKET";
-
-bool isReadable(const support::Descriptor& descriptor) {
-    pollfd one{descriptor.get(), POLLIN, 0};
-    return ::poll(&one, 1, 0) == 1;
-}
-
-}  // namespace
-
-Daemon::Running::Running(const Wish& wish, unsigned boundInterface)
-    : process(wish.command, socketVariable),
-      start(wish.start),
-      reload(wish.reload),
-      interface(boundInterface) {}
 
 Daemon::Daemon(Traits daemonTraits, Log logReceiver)
     : traits(std::move(daemonTraits)),
       log(std::move(logReceiver)),
-      wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (!wake) {
-        throw std::system_error(errno, std::generic_category(), "eventfd");
-    }
-    thread = std::thread([this] { work(); });
-}
+      supervisor({.name = traits.name,
+                  .longestPause = longestPause,
+                  .patience = patience,
+                  .failureLevel = LOG_ERR},
+                 {.log = log,
+                  .line = [this](const std::string& line) { takeLine(line); },
+                  .failure = [this](const std::string& why) { fail(why); }}),
+      thread([this] { work(); }) {}
 
 Daemon::~Daemon() { end(); }
 
-void Daemon::want(const std::vector<std::string>& command, const std::string& restartKey) {
+void Daemon::want(const Command& command, const std::string& restartKey) {
     {
         const std::lock_guard lock(mutex);
         const bool isSame = command == wanted.command && restartKey == wanted.restartKey;
@@ -66,7 +41,7 @@ void Daemon::want(const std::vector<std::string>& command, const std::string& re
             failure.clear();
         }
     }
-    wakeUp();
+    wake.raise();
 }
 
 void Daemon::await(milliseconds limit) {
@@ -98,17 +73,11 @@ void Daemon::end() {
         const std::lock_guard lock(mutex);
         isEnding = true;
     }
-    wakeUp();
+    wake.raise();
     changed.notify_all();
     if (thread.joinable()) {
         thread.join();
     }
-}
-
-void Daemon::wakeUp() const {
-    const std::uint64_t one = 1;
-    // It fails only when the counter is full, which wakes as well.
-    [[maybe_unused]] const ssize_t written = ::write(wake.get(), &one, sizeof one);
 }
 
 void Daemon::work() {
@@ -121,182 +90,98 @@ void Daemon::work() {
             ending = isEnding;
         }
         act(wish, ending);
-        if (ending && !running) {
+        if (ending && !supervisor.isRunning()) {
             return;
         }
-        wait(wish, ending);
+        wait();
     }
 }
 
-void Daemon::wait(const Wish& wish, bool ending) {
-    std::vector<pollfd> descriptors{{wake.get(), POLLIN, 0}};
-    std::optional<Clock::time_point> due;
-    const auto by = [&](Clock::time_point time) { due = due ? std::min(*due, time) : time; };
-    if (running) {
-        descriptors.push_back({running->process.handle().get(), POLLIN, 0});
-        if (running->hasOutput) {
-            descriptors.push_back({running->process.output().get(), POLLIN, 0});
+void Daemon::wait() {
+    std::vector<pollfd> descriptors{{wake.descriptor(), POLLIN, 0}};
+    supervisor.addTo(descriptors);
+    Due due{supervisor.due()};
+    if (supervisor.isRunning()) {
+        if (!current.isReady) {
+            due.by(readyAt());
         }
-        if (running->killAt && !running->isKilled) {
-            by(*running->killAt);
-        }
-        if (!running->isReady) {
-            by(running->since + (traits.readyMark.empty() ? shortStart : longStart));
-        }
-        if (running->reloading) {
-            by(running->reloadingSince + longestReload);
+        if (current.reloading) {
+            due.by(current.reloadingSince + longestReload);
         }
         if (!traits.interface.empty()) {
-            by(Clock::now() + interfaceCheck);
+            due.by(Clock::now() + interfaceCheck);
         }
-    } else if (!wish.command.empty() && !ending) {
-        by(startAt);
     }
-    int timeout = -1;
-    if (due) {
-        const auto left = std::chrono::ceil<milliseconds>(*due - Clock::now()).count();
-        timeout = static_cast<int>(std::clamp<decltype(left)>(left, 0, 60'000));
-    }
-    ::poll(descriptors.data(), descriptors.size(), timeout);
-    std::uint64_t ignored = 0;
-    [[maybe_unused]] const ssize_t size = ::read(wake.get(), &ignored, sizeof ignored);
+    awaitReady(descriptors, due.time);
+    wake.clear();
 }
 
 void Daemon::act(const Wish& wish, bool ending) {
-    if (running) {
-        const bool hasEnded = isReadable(running->process.handle());
-        readOutput();
-        if (hasEnded) {
-            takeEnd(wish, ending);
-        } else if (ending || wish.command.empty() || running->start != wish.start ||
-                   running->killAt || isReplaced()) {
-            askToEnd();
-        } else {
-            becomeReady();
-            reloadIfDue(wish);
-        }
+    // A change is tried at once, whatever the pause.
+    if (std::exchange(lastWish, wish.reload) != wish.reload) {
+        supervisor.startNow();
     }
-    if (running || ending) {
+    // What has served for a while may be started again soon.
+    if (supervisor.isRunning() && current.isReady && Clock::now() - current.since > longestPause) {
+        supervisor.works();
+    }
+    const unsigned index =
+        traits.interface.empty() ? 0 : ::if_nametoindex(traits.interface.c_str());
+    const std::uint64_t starts = supervisor.starts();
+    supervisor.want({wish.start, 0, ending ? Command{} : wish.command});
+    supervisor.act();
+    if (supervisor.starts() != starts) {
+        current = {.reload = wish.reload, .interface = index, .since = Clock::now()};
+    } else if (supervisor.isEnding() || ending) {
         return;
-    }
-    if (wish.command.empty()) {
-        putInForce(wish.reload);
-    } else if (Clock::now() >= startAt || wish.reload != failedWish) {
-        start(wish);
+    } else if (!supervisor.isRunning()) {
+        if (wish.command.empty()) {
+            putInForce(wish.reload);
+        }
+    } else if (index != 0 && index != current.interface) {
+        supervisor.askToEnd();
+    } else {
+        becomeReady();
+        reloadIfDue(wish);
     }
 }
 
-void Daemon::readOutput() {
-    char buffer[1024];
-    while (running->hasOutput) {
-        const ssize_t size = ::read(running->process.output().get(), buffer, sizeof buffer);
-        if (size == 0) {
-            running->hasOutput = false;
-        }
-        if (size <= 0) {
-            return;
-        }
-        for (const char c : std::string_view(buffer, static_cast<std::size_t>(size))) {
-            if (c == '\n') {
-                takeLine();
-            } else if (running->unfinishedLine.size() < longestLine) {
-                running->unfinishedLine += c;
-            }
-        }
-    }
-}
-
-void Daemon::takeLine() {
-    const std::string line = std::exchange(running->unfinishedLine, {});
-    if (line.empty()) {
-        return;
-    }
+void Daemon::takeLine(const std::string& line) {
     log(LOG_DEBUG, fmt::format("{}: {}", traits.name, line));
     const auto has = [&](const std::string& mark) {
         return !mark.empty() && line.find(mark) != std::string::npos;
     };
-    if (running->reloading && has(traits.reloadedMark)) {
-        putInForce(*std::exchange(running->reloading, {}));
-    } else if (!running->isReady && has(traits.readyMark)) {
-        running->isReady = true;
-        putInForce(running->reload);
-    }
-    running->lastLine = line;
-}
-
-void Daemon::takeEnd(const Wish& wish, bool ending) {
-    const std::string how = running->process.awaitEnd();
-    // Whom a signal has ended has not told why.
-    const std::string lastLine = how.starts_with("status") ? running->lastLine : "";
-    const bool wasWanted = !running->killAt && running->start == wish.start && !ending;
-    // What has served for a while may be started again soon.
-    if (running->isReady && Clock::now() - running->since > longestPause) {
-        pause = shortestPause;
-    }
-    running.reset();
-    startAt = Clock::now();
-    if (wasWanted) {
-        postpone(wish, fmt::format("{} has ended with {}{}{}", traits.name, how,
-                                   lastLine.empty() ? "" : ": ", lastLine));
+    if (current.reloading && has(traits.reloadedMark)) {
+        putInForce(*std::exchange(current.reloading, {}));
+    } else if (!current.isReady && has(traits.readyMark)) {
+        current.isReady = true;
+        putInForce(current.reload);
     }
 }
 
-void Daemon::askToEnd() {
-    const auto now = Clock::now();
-    if (!running->killAt) {
-        running->killAt = now + patience;
-        running->process.signal(SIGTERM);
-    } else if (!running->isKilled && now >= *running->killAt) {
-        running->isKilled = true;
-        running->process.signal(SIGKILL);
-    }
+Clock::time_point Daemon::readyAt() const {
+    return current.since + (traits.readyMark.empty() ? shortStart : longStart);
 }
 
 void Daemon::becomeReady() {
-    if (running->isReady) {
-        return;
+    if (!current.isReady && Clock::now() >= readyAt()) {
+        current.isReady = true;
+        putInForce(current.reload);
     }
-    const auto limit = traits.readyMark.empty() ? shortStart : longStart;
-    if (Clock::now() < running->since + limit) {
-        return;
-    }
-    running->isReady = true;
-    putInForce(running->reload);
 }
 
 /// SIGHUP ends a program that has not yet said what to do on it, so it is sent to a ready one only.
 void Daemon::reloadIfDue(const Wish& wish) {
-    if (running->reloading && Clock::now() >= running->reloadingSince + longestReload) {
-        running->reloading.reset();
+    if (current.reloading && Clock::now() >= current.reloadingSince + longestReload) {
+        current.reloading.reset();
     }
-    if (!running->isReady || running->reloading || running->reload == wish.reload) {
+    if (!current.isReady || current.reloading || current.reload == wish.reload) {
         return;
     }
-    running->reload = wish.reload;
-    running->reloading = wish.reload;
-    running->reloadingSince = Clock::now();
-    running->process.signal(SIGHUP);
-}
-
-void Daemon::start(const Wish& wish) {
-    try {
-        running.emplace(wish, interfaceIndex());
-    } catch (const std::exception& error) {
-        postpone(wish, fmt::format("{} cannot be started: {}", traits.name, error.what()));
-    }
-}
-
-void Daemon::postpone(const Wish& wish, const std::string& why) {
-    log(LOG_ERR, fmt::format("{}; it is started again in {} s", why, pause.count()));
-    startAt = Clock::now() + pause;
-    pause = std::min(2 * pause, longestPause);
-    failedWish = wish.reload;
-    {
-        const std::lock_guard lock(mutex);
-        ++failures;
-        failure = why;
-    }
-    changed.notify_all();
+    current.reload = wish.reload;
+    current.reloading = wish.reload;
+    current.reloadingSince = Clock::now();
+    supervisor.signal(SIGHUP);
 }
 
 void Daemon::putInForce(std::uint64_t wish) {
@@ -308,13 +193,13 @@ void Daemon::putInForce(std::uint64_t wish) {
     changed.notify_all();
 }
 
-unsigned Daemon::interfaceIndex() const {
-    return traits.interface.empty() ? 0 : ::if_nametoindex(traits.interface.c_str());
-}
-
-bool Daemon::isReplaced() const {
-    const unsigned now = interfaceIndex();
-    return now != 0 && now != running->interface;
+void Daemon::fail(const std::string& why) {
+    {
+        const std::lock_guard lock(mutex);
+        ++failures;
+        failure = why;
+    }
+    changed.notify_all();
 }
 
 }  // namespace process

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "board/process/ChildProcess.h"
 #include "board/process/Log.h"
+#include "board/process/Supervisor.h"
+#include "board/process/waiting.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -44,7 +45,7 @@ public:
     /// What is to run from now on, with a configuration that has just been written; an empty
     /// command stands for nothing. It is started anew if the command or the restart key is another
     /// one than before, or if it cannot read its configuration again.
-    void want(const std::vector<std::string>& command, const std::string& restartKey = {});
+    void want(const Command& command, const std::string& restartKey = {});
 
     /// Waits until the program runs as it was wanted last, or nothing does if nothing is wanted.
     /// Throws std::runtime_error with the reason if it has not come to that: the program has ended
@@ -58,9 +59,6 @@ public:
     void end();
 
 private:
-    using Clock = std::chrono::steady_clock;
-
-    static constexpr std::chrono::seconds shortestPause{1};
     static constexpr std::chrono::seconds longestPause{10};
     static constexpr std::chrono::seconds patience{1};
     /// After which a program without a ready mark, or one that does not write it, is taken to
@@ -71,33 +69,25 @@ private:
     static constexpr std::chrono::seconds interfaceCheck{2};
 
     struct Wish {
-        std::vector<std::string> command{};
+        Command command{};
         std::string restartKey{};
         std::uint64_t start = 0;   ///< counts the wishes that need another process
         std::uint64_t reload = 0;  ///< counts the wishes
     };
 
-    struct Running {
-        Running(const Wish& wish, unsigned boundInterface);
-
-        ChildProcess process;
-        std::uint64_t start;
-        std::uint64_t reload;  ///< wish that its configuration is at least as new as
-        unsigned interface;    ///< index; 0: there was none
-        Clock::time_point since = Clock::now();
+    /// The process that runs, or has run last.
+    struct Current {
+        std::uint64_t reload = 0;  ///< wish that its configuration is at least as new as
+        unsigned interface = 0;    ///< index; 0: there was none
+        Clock::time_point since{};
         bool isReady = false;
-        bool hasOutput = true;
         std::optional<std::uint64_t> reloading{};  ///< wish that SIGHUP was sent for
         Clock::time_point reloadingSince{};
-        std::optional<Clock::time_point> killAt{};
-        bool isKilled = false;
-        std::string unfinishedLine{};
-        std::string lastLine{};
     };
 
     const Traits traits;
     const Log log;
-    support::Descriptor wake;  ///< eventfd(2)
+    const WakeEvent wake;
 
     std::mutex mutex;
     std::condition_variable changed;
@@ -108,28 +98,21 @@ private:
     std::string failure;         ///< why it does not run; empty: it does, or never was to
 
     // Of the thread alone.
-    std::optional<Running> running;
-    Clock::time_point startAt = Clock::now();
-    std::chrono::seconds pause = shortestPause;
-    std::uint64_t failedWish = 0;  ///< a later one is tried without a pause
+    Supervisor supervisor;
+    Current current;
+    std::uint64_t lastWish = 0;
 
     std::thread thread;
 
     void work();
-    void wakeUp() const;
-    void wait(const Wish& wish, bool ending);
+    void wait();
     void act(const Wish& wish, bool ending);
-    void readOutput();
-    void takeLine();
-    void takeEnd(const Wish& wish, bool ending);
-    void askToEnd();
-    void reloadIfDue(const Wish& wish);
+    void takeLine(const std::string& line);
     void becomeReady();
-    void start(const Wish& wish);
-    void postpone(const Wish& wish, const std::string& why);
+    void reloadIfDue(const Wish& wish);
     void putInForce(std::uint64_t wish);
-    unsigned interfaceIndex() const;
-    bool isReplaced() const;
+    void fail(const std::string& why);
+    Clock::time_point readyAt() const;
 };
 
 }  // namespace process

@@ -4,15 +4,12 @@
 #include <net/if.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <sys/eventfd.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <syslog.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <exception>
-#include <system_error>
 #include <utility>
 
 namespace services {
@@ -22,14 +19,6 @@ namespace {
 /// From the closing of an idle session to the end of its server by force.
 constexpr std::chrono::seconds patience{5};
 constexpr std::chrono::seconds pauseWithoutMeans{1};
-
-support::Descriptor makeEvent() {
-    support::Descriptor event(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    if (!event) {
-        throw std::system_error(errno, std::generic_category(), "cannot make an event");
-    }
-    return event;
-}
 
 /// Time since the client has sent something, by the kernel's own clock: setting the machine's makes
 /// nobody idle.
@@ -44,7 +33,6 @@ std::chrono::milliseconds silence(const support::Descriptor& connection) {
 
 SessionServers::SessionServers(ServerConfiguration given)
     : configuration(std::move(given)),
-      wakeEvent(makeEvent()),
       services{Service{"telnet", &configuration.telnet}, Service{"SSH", &configuration.ssh},
                Service{"FTP", &configuration.ftp}},
       thread([this] { run(); }) {}
@@ -54,7 +42,7 @@ SessionServers::~SessionServers() {
         const std::lock_guard lock(mutex);
         isEnding = true;
     }
-    wake();
+    wake.raise();
     thread.join();
 }
 
@@ -81,7 +69,7 @@ void SessionServers::apply(Kind kind, std::optional<std::uint16_t> port) {
     Service& service = services[kind];
     service.wantedPort = service.command->empty() ? std::nullopt : port;
     // Also where nothing is opened or closed, as limits have changed.
-    wake();
+    wake.raise();
     if (!service.wantedPort) {
         service.listener.reset();
         return;
@@ -91,7 +79,7 @@ void SessionServers::apply(Kind kind, std::optional<std::uint16_t> port) {
 
 /// With the mutex held. Throws.
 void SessionServers::open(Service& service) {
-    checkProgram(*service.command);
+    process::checkProgram(*service.command);
     const bool isOpen =
         service.listener && service.listener->port() == *service.wantedPort &&
         service.listener->interfaceIndex() == ::if_nametoindex(configuration.interface.c_str());
@@ -101,11 +89,6 @@ void SessionServers::open(Service& service) {
     Listener listener(configuration.interface, *service.wantedPort);
     service.listener.reset();
     service.listener.emplace(std::move(listener));
-}
-
-void SessionServers::wake() const {
-    const std::uint64_t one = 1;
-    [[maybe_unused]] const ssize_t written = ::write(wakeEvent.get(), &one, sizeof one);
 }
 
 void SessionServers::log(int level, const std::string& text) const {
@@ -127,14 +110,10 @@ void SessionServers::run() {
 /// Waits for something to do and does it; false when it was the last time.
 bool SessionServers::look() {
     std::vector<pollfd> descriptors = awaited();
-    const auto due = remaining();
-    const auto milliseconds =
-        due ? static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(*due).count()) : -1;
-    ::poll(descriptors.data(), descriptors.size(), milliseconds);
+    process::awaitReady(descriptors, due());
 
     const std::lock_guard lock(mutex);
-    std::uint64_t ignored = 0;
-    [[maybe_unused]] const ssize_t size = ::read(wakeEvent.get(), &ignored, sizeof ignored);
+    wake.clear();
     if (isEnding) {
         return false;
     }
@@ -150,7 +129,7 @@ bool SessionServers::look() {
 
 std::vector<pollfd> SessionServers::awaited() {
     const std::lock_guard lock(mutex);
-    std::vector<pollfd> result{{wakeEvent.get(), POLLIN, 0}, {links.descriptor(), POLLIN, 0}};
+    std::vector<pollfd> result{{wake.descriptor(), POLLIN, 0}, {links.descriptor(), POLLIN, 0}};
     for (const Session& session : sessions) {
         result.push_back({session.process.handle().get(), POLLIN, 0});
     }
@@ -168,26 +147,18 @@ std::vector<pollfd> SessionServers::awaited() {
     return result;
 }
 
-/// Until there is something to do even if no descriptor becomes ready.
-std::optional<SessionServers::Clock::duration> SessionServers::remaining() {
+/// When there is something to do even if no descriptor becomes ready.
+std::optional<SessionServers::Clock::time_point> SessionServers::due() {
     const std::lock_guard lock(mutex);
-    const auto now = Clock::now();
-    std::optional<Clock::duration> result;
-    const auto consider = [&](Clock::duration wait) {
-        wait = std::max(wait, Clock::duration::zero());
-        result = result ? std::min(*result, wait) : wait;
-    };
-    if (acceptAgainAt) {
-        consider(*acceptAgainAt - now);
-    }
+    process::Due due{acceptAgainAt};
     for (const Session& session : sessions) {
         if (session.killAt) {
-            consider(*session.killAt - now);
+            due.by(session.killAt);
         } else if (const auto wait = untilIdle(session)) {
-            consider(*wait);
+            due.by(Clock::now() + *wait);
         }
     }
-    return result;
+    return due.time;
 }
 
 /// Takes up what the interface's coming or going has changed.
@@ -247,7 +218,7 @@ void SessionServers::admit(Kind kind, Listener::Connection connection) {
         refuse(kind, connection, limit);
         return;
     }
-    SessionProcess process(*services[kind].command, connection.socket);
+    process::SessionProcess process(*services[kind].command, connection.socket);
     log(LOG_INFO, fmt::format("{} session from {}, {} of {}", services[kind].name, connection.peer,
                               others + 1, limit));
     sessions.push_back(
@@ -293,7 +264,7 @@ void SessionServers::closeIdle() {
     for (Session& session : sessions) {
         if (session.killAt) {
             if (now >= *session.killAt) {
-                session.process.kill();
+                session.process.signal(SIGKILL);
                 session.killAt = now + patience;
             }
             continue;

@@ -1,18 +1,15 @@
 #pragma once
 
+#include "board/process/LinkMonitor.h"
+#include "board/process/Log.h"
+#include "board/process/SessionProcess.h"
+#include "board/process/waiting.h"
 #include "board/services/Listener.h"
-#include "board/services/SessionProcess.h"
-#include "board/support/Descriptor.h"
-#include "board/varo/link/LinkMonitor.h"
 #include "varo/records.h"
-
-#include <poll.h>
 
 #include <array>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -25,15 +22,15 @@ namespace services {
 /// standard input and output, as inetd(8) runs servers.
 struct ServerConfiguration {
     std::string interface;  ///< the only one through which connections are taken
-    Command telnet{};
-    Command ssh{};
-    Command ftp{};
+    process::Command telnet{};
+    process::Command ssh{};
+    process::Command ftp{};
     std::uint16_t telnetPort = 23;
     std::uint16_t ftpPort = 21;
     /// Length of a minute of the idle timeout.
     std::chrono::milliseconds minute{60'000};
     /// Receives log lines with their level of syslog(3), from the servers' thread.
-    std::function<void(int level, const std::string& text)> log{};
+    process::Log log{};
 };
 
 /// Telnet, SSH and FTP on the management interface: takes connections as the settings want it, and
@@ -62,13 +59,13 @@ public:
     void applyFtp(const varoLib_s_ftpSrv& server);
 
 private:
-    using Clock = std::chrono::steady_clock;
+    using Clock = process::Clock;
 
     enum Kind { telnet, ssh, ftp, kinds };
 
     struct Service {
         const char* name;
-        const Command* command;
+        const process::Command* command;
         std::optional<std::uint16_t> wantedPort{};  ///< none: it is off
         std::optional<Listener> listener{};
     };
@@ -77,13 +74,13 @@ private:
         Kind kind;
         support::Descriptor connection;
         std::string peer;
-        SessionProcess process;
+        process::SessionProcess process;
         std::optional<Clock::time_point> killAt{};  ///< set once it was closed for being idle
     };
 
     const ServerConfiguration configuration;
-    varo::LinkMonitor links;
-    support::Descriptor wakeEvent;
+    const process::LinkMonitor links;
+    const process::WakeEvent wake;
 
     std::mutex mutex;  ///< protects what follows
     std::array<Service, kinds> services;
@@ -100,12 +97,11 @@ private:
 
     void apply(Kind kind, std::optional<std::uint16_t> port);
     void open(Service& service);
-    void wake() const;
 
     void run();
     bool look();
     std::vector<pollfd> awaited();
-    std::optional<Clock::duration> remaining();
+    std::optional<Clock::time_point> due();
     void follow();
     void acceptAll();
     void admit(Kind kind, Listener::Connection connection);

@@ -1,39 +1,39 @@
 #include "board/varo/link/InterfaceKeeper.h"
 
-#include <pthread.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
+#include "board/varo/link/dhcpEvent.h"
+#include "board/varo/link/reportText.h"
 
-#include <algorithm>
-#include <cerrno>
+#include <fmt/format.h>
+#include <pthread.h>
+#include <syslog.h>
+
 #include <chrono>
-#include <limits>
 #include <system_error>
 
 namespace varo {
 
 namespace {
 
-using Clock = DhcpClient::Clock;
-
 /// How long callers wait for a client's end, which takes two seconds at most by itself.
 constexpr std::chrono::seconds settleLimit{5};
+constexpr std::chrono::seconds patience{2};
+constexpr std::chrono::seconds longestPause{60};
 
 constexpr const char* call = "management interface";
 
-int millisecondsUntil(Clock::time_point time) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now()).count();
-    return static_cast<int>(std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
+void log(int level, const std::string& text) { Library::instance().log(level, text); }
+
+process::LinkMonitor watchLinks() {
+    try {
+        return {};
+    } catch (const std::system_error& error) {
+        throw Failure(systemFailed, error.what());
+    }
 }
 
 }  // namespace
 
-InterfaceKeeper::InterfaceKeeper(Names given)
-    : names(std::move(given)), wakeEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (!wakeEvent) {
-        throw std::system_error(errno, std::generic_category(), "cannot make an event");
-    }
-}
+InterfaceKeeper::InterfaceKeeper(Names given) : names(std::move(given)), monitor(watchLinks()) {}
 
 void InterfaceKeeper::start(Netlink& netlink, const std::optional<Netlink::Link>& link) {
     knownIndex = link ? link->index : 0;
@@ -41,12 +41,12 @@ void InterfaceKeeper::start(Netlink& netlink, const std::optional<Netlink::Link>
     thread = std::thread([this] { run(); });
 }
 
-std::uint64_t InterfaceKeeper::want(const std::vector<std::string>& command) {
+std::uint64_t InterfaceKeeper::want(const process::Command& command) {
     const std::lock_guard lock(mutex);
     if (command != wantedCommand) {
         wantedCommand = command;
         ++wantedNumber;
-        wake();
+        wake.raise();
     }
     return wantedNumber;
 }
@@ -65,18 +65,12 @@ void InterfaceKeeper::end() {
     {
         const std::lock_guard lock(mutex);
         isEnding = true;
-        wake();
+        wake.raise();
     }
     settled.notify_all();
     if (thread.joinable()) {
         thread.join();
     }
-}
-
-void InterfaceKeeper::wake() const {
-    const std::uint64_t one = 1;
-    // Fails only when it is awake already, some 2^64 times.
-    [[maybe_unused]] const ssize_t written = ::write(wakeEvent.get(), &one, sizeof one);
 }
 
 bool InterfaceKeeper::isWanted(std::uint64_t number) {
@@ -86,12 +80,16 @@ bool InterfaceKeeper::isWanted(std::uint64_t number) {
 
 void InterfaceKeeper::run() {
     ::pthread_setname_np(::pthread_self(), names.thread.c_str());
-    DhcpClient client(names.client, [&](std::uint64_t wishNumber, std::uint64_t start,
-                                        const std::string& message) {
-        if (receive(wishNumber, start, message)) {
-            client.works();
-        }
-    });
+    process::Supervisor client(
+        {.name = "the " + names.client,
+         .longestPause = longestPause,
+         .patience = patience,
+         .failureLevel = LOG_WARNING,
+         .tellsAll = true,
+         .socketVariable = dhcpEventVariable},
+        {.log = log,
+         .line = [&](const auto& line) { log(LOG_DEBUG, names.client + ": " + line); },
+         .message = [&](const auto& message) { receive(client, message); }});
     for (;;) {
         const std::uint64_t taken = passWish(client);
         guarded(call, [&] { client.act(); });
@@ -111,29 +109,50 @@ void InterfaceKeeper::run() {
 
 /// Returns the number of the wish. At the end, and without a usable interface, no client is to
 /// run.
-std::uint64_t InterfaceKeeper::passWish(DhcpClient& client) {
+std::uint64_t InterfaceKeeper::passWish(process::Supervisor& client) {
     const std::lock_guard lock(mutex);
-    DhcpClient::Wish wish{wantedNumber, usableInterface, {}};
+    process::Supervisor::Wish wish{wantedNumber, usableInterface, {}};
     if (usableInterface != 0 && !isEnding) {
         wish.command = wantedCommand;
     }
-    client.want(wish);
+    if (client.want(wish)) {
+        client.works();
+        client.startNow();
+    }
     return wantedNumber;
 }
 
-void InterfaceKeeper::wait(const DhcpClient& client) {
-    std::vector<pollfd> descriptors{{wakeEvent.get(), POLLIN, 0},
+void InterfaceKeeper::receive(process::Supervisor& client, const std::string& message) {
+    guarded(names.client.c_str(), [&] {
+        Report report;
+        try {
+            report = read(client.starts(), message);
+        } catch (const BadReport& bad) {
+            log(LOG_ERR,
+                fmt::format("a report of the {} is not usable: {}", names.client, bad.what()));
+            return;
+        }
+        auto change = Library::instance().change();
+        // It may have been switched off meanwhile, and what it says counts no more.
+        if (!isWanted(client.runningFor().number)) {
+            return;
+        }
+        if (report.showsServer) {
+            client.works();
+        }
+        report.apply(change);
+    });
+}
+
+void InterfaceKeeper::wait(const process::Supervisor& client) {
+    std::vector<pollfd> descriptors{{wake.descriptor(), POLLIN, 0},
                                     {monitor.descriptor(), POLLIN, 0}};
     client.addTo(descriptors);
-    const auto due = client.due();
     // Interrupted by a signal: looking too early does no harm.
-    if (::poll(descriptors.data(), descriptors.size(), due ? millisecondsUntil(*due) : -1) <= 0) {
+    if (!process::awaitReady(descriptors, client.due())) {
         return;
     }
-    if (descriptors[0].revents != 0) {
-        std::uint64_t ignored = 0;
-        [[maybe_unused]] const ssize_t size = ::read(wakeEvent.get(), &ignored, sizeof ignored);
-    }
+    wake.clear();
     if (descriptors[1].revents != 0) {
         monitor.drain();
         guarded(call, [&] { look(); });

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "board/support/Descriptor.h"
+#include "board/process/LinkMonitor.h"
+#include "board/process/Supervisor.h"
 #include "board/varo/Library.h"
-#include "board/varo/link/DhcpClient.h"
-#include "board/varo/link/LinkMonitor.h"
 #include "board/varo/link/Netlink.h"
 
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -33,7 +33,7 @@ public:
 
     /// The client that is to run; empty for none. With a Library::Change held, so that no report of
     /// the client before is put into force any more. Returns the number of this wish.
-    std::uint64_t want(const std::vector<std::string>& command);
+    std::uint64_t want(const process::Command& command);
     /// The number of the last wish.
     std::uint64_t wish();
     /// Waits until no other client is running, up to a few seconds. False when they have passed.
@@ -53,7 +53,12 @@ protected:
 
     const Names names;
 
-    bool isWanted(std::uint64_t number);
+    /// A report of the client.
+    struct Report {
+        bool showsServer;  ///< it shows the client at work with a server
+        /// Puts it into force; not called when the client was switched off meanwhile.
+        std::function<void(Library::Change& change)> apply;
+    };
 
     // Called on the thread.
 
@@ -63,18 +68,18 @@ protected:
     /// The interface was looked at, because something has changed about it. It is new when it was
     /// not there before, or another one. May throw.
     virtual void lookAt(Netlink& netlink, const std::optional<Netlink::Link>& link, bool isNew) = 0;
-    /// A report of the client. True for one that shows the client at work with a server.
-    virtual bool receive(std::uint64_t wishNumber, std::uint64_t start,
-                         const std::string& message) = 0;
+    /// Reads a report; starts of the client are counted, so that one can be told from the one
+    /// before it. Throws BadReport.
+    virtual Report read(std::uint64_t start, const std::string& message) = 0;
 
 private:
-    LinkMonitor monitor;
-    support::Descriptor wakeEvent;
+    const process::LinkMonitor monitor;
+    const process::WakeEvent wake;
     std::thread thread;
 
     std::mutex mutex;  ///< protects what follows
     std::condition_variable settled;
-    std::vector<std::string> wantedCommand;
+    process::Command wantedCommand;
     std::uint64_t wantedNumber = 0;
     std::uint64_t settledNumber = 0;
     bool isEnding = false;
@@ -83,10 +88,11 @@ private:
     int knownIndex = 0;
     std::uint64_t usableInterface = 0;
 
-    void wake() const;
     void run();
-    void wait(const DhcpClient& client);
-    std::uint64_t passWish(DhcpClient& client);
+    void wait(const process::Supervisor& client);
+    std::uint64_t passWish(process::Supervisor& client);
+    bool isWanted(std::uint64_t number);
+    void receive(process::Supervisor& client, const std::string& message);
     void look();
 };
 

@@ -32,8 +32,7 @@ private:
 
     std::uint64_t usable(Netlink& netlink, const std::optional<Netlink::Link>& link) override;
     void lookAt(Netlink& netlink, const std::optional<Netlink::Link>& link, bool isNew) override;
-    bool receive(std::uint64_t wishNumber, std::uint64_t start,
-                 const std::string& message) override;
+    Report read(std::uint64_t start, const std::string& message) override;
 
     void applyAgain(Library::Change& change, Netlink& netlink, const Netlink::Link& link);
     void applyReport(Library::Change& change, std::uint64_t start, const DhcpReport& report);

@@ -73,27 +73,10 @@ void Ipv6Keeper::lookAt(Netlink& netlink, const std::optional<Netlink::Link>& li
     applySettings(netlink, names.interface, link->index, settings);
 }
 
-bool Ipv6Keeper::receive(std::uint64_t wishNumber, std::uint64_t start,
-                         const std::string& message) {
-    bool isLease = false;
-    guarded("DHCPv6 client", [&] {
-        Dhcp6Report report;
-        try {
-            report = readReport6(message);
-        } catch (const BadReport& bad) {
-            log(LOG_ERR,
-                fmt::format("a report of the DHCPv6 client is not usable: {}", bad.what()));
-            return;
-        }
-        auto change = Library::instance().change();
-        // It may have been switched off meanwhile, and what it says counts no more.
-        if (!isWanted(wishNumber)) {
-            return;
-        }
-        isLease = report.event == Dhcp6Event::granted;
-        applyReport(change, start, report);
-    });
-    return isLease;
+InterfaceKeeper::Report Ipv6Keeper::read(std::uint64_t start, const std::string& message) {
+    const Dhcp6Report report = readReport6(message);
+    return {report.event == Dhcp6Event::granted,
+            [this, start, report](Library::Change& change) { applyReport(change, start, report); }};
 }
 
 void Ipv6Keeper::applyReport(Library::Change& change, std::uint64_t start,
@@ -121,7 +104,7 @@ void Ipv6Keeper::applyLease(Library::Change& change, std::uint64_t start, const 
     log(isFirst ? LOG_NOTICE : LOG_DEBUG,
         fmt::format("DHCPv6 lease: {} for {} s", ipv6Text(lease.address), lease.valid));
 
-    guarded("DHCPv6 client", [&] { learnResolver(change, lease); });
+    guarded(names.client.c_str(), [&] { learnResolver(change, lease); });
     Netlink netlink;
     const int index = requiredLink(netlink, names.interface).index;
     const Ipv6Settings settings = change.store().session().read(ipv6Group());
@@ -141,7 +124,7 @@ void Ipv6Keeper::endLease(Library::Change& change, const Ipv6Address& address) {
     log(LOG_WARNING, fmt::format("the DHCPv6 lease of {} has ended", ipv6Text(address)));
     std::erase(granted, address);
     if (granted.empty()) {
-        guarded("DHCPv6 client", [&] { learnResolver(change, {}); });
+        guarded(names.client.c_str(), [&] { learnResolver(change, {}); });
     }
     Netlink netlink;
     // It may have gone with the interface, or with its own lifetime.

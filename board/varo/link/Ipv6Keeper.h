@@ -33,8 +33,7 @@ private:
     /// here (RFC 8415, section 18.2.3).
     std::uint64_t usable(Netlink& netlink, const std::optional<Netlink::Link>& link) override;
     void lookAt(Netlink& netlink, const std::optional<Netlink::Link>& link, bool isNew) override;
-    bool receive(std::uint64_t wishNumber, std::uint64_t start,
-                 const std::string& message) override;
+    Report read(std::uint64_t start, const std::string& message) override;
 
     bool hasLostAddresses(Netlink& netlink, int index) const;
     void applyReport(Library::Change& change, std::uint64_t start, const Dhcp6Report& report);

@@ -1,28 +1,23 @@
 #pragma once
 
-#include <memory>
+#include "board/support/Descriptor.h"
 
-struct nl_sock;
-
-namespace varo {
+namespace process {
 
 /// Hears from the kernel that interfaces come, change or go (rtnetlink(7)), in the network
 /// namespace of the thread that makes it.
 class LinkMonitor {
 public:
-    /// Everything from here on is heard. Throws Failure (systemFailed).
+    /// Everything from here on is heard. Throws std::system_error.
     LinkMonitor();
 
     /// Readable when something was heard.
-    int descriptor() const;
+    int descriptor() const { return socket.get(); }
     /// Takes what was heard; what it was is not told, as messages may have been lost.
-    void drain();
+    void drain() const;
 
 private:
-    struct Close {
-        void operator()(nl_sock* socket) const;
-    };
-    std::unique_ptr<nl_sock, Close> socket;
+    support::Descriptor socket;
 };
 
-}  // namespace varo
+}  // namespace process
