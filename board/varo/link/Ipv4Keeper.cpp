@@ -1,6 +1,7 @@
 #include "board/varo/link/Ipv4Keeper.h"
 
 #include "board/varo/link/addressing.h"
+#include "board/varo/link/dhcpProgram.h"
 #include "board/varo/settings/appliers.h"
 #include "board/varo/settings/groups.h"
 #include "board/varo/settings/sources.h"
@@ -75,7 +76,7 @@ void Ipv4Keeper::applyAgain(Library::Change& change, Netlink& netlink, const Net
 }
 
 InterfaceKeeper::Report Ipv4Keeper::read(std::uint64_t start, const std::string& message) {
-    const DhcpReport report = readReport(message);
+    const DhcpReport report = udhcpc.read(message);
     const bool isLease = report.event == DhcpEvent::bound || report.event == DhcpEvent::renew;
     return {isLease,
             [this, start, report](Library::Change& change) { applyReport(change, start, report); }};

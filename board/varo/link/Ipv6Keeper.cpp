@@ -2,6 +2,7 @@
 
 #include "board/varo/link/addressing.h"
 #include "board/varo/link/addressingIpv6.h"
+#include "board/varo/link/dhcpProgram.h"
 #include "board/varo/settings/appliers.h"
 #include "board/varo/settings/checks.h"
 #include "board/varo/settings/groups.h"
@@ -74,7 +75,7 @@ void Ipv6Keeper::lookAt(Netlink& netlink, const std::optional<Netlink::Link>& li
 }
 
 InterfaceKeeper::Report Ipv6Keeper::read(std::uint64_t start, const std::string& message) {
-    const Dhcp6Report report = readReport6(message);
+    const Dhcp6Report report = dhclient.read(message);
     return {report.event == Dhcp6Event::granted,
             [this, start, report](Library::Change& change) { applyReport(change, start, report); }};
 }

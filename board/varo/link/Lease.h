@@ -1,11 +1,9 @@
 #pragma once
 
-#include "board/varo/link/reportText.h"
 #include "board/varo/settings/ipv4.h"
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace varo {
@@ -34,10 +32,5 @@ struct DhcpReport {
     Lease lease;                       ///< with bound and renew
     std::vector<std::string> leftOut;  ///< values that cannot be used, and why
 };
-
-/// Reads the message of a DHCP client's event; see dhcpEvent.h for its form. What a server sends is
-/// not trusted: an address that no host can have spoils the report, bad values beside it are left
-/// out. Throws BadReport.
-DhcpReport readReport(std::string_view message);
 
 }  // namespace varo

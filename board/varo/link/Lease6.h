@@ -1,12 +1,10 @@
 #pragma once
 
-#include "board/varo/link/reportText.h"
 #include "board/varo/settings/ipv6.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace varo {
@@ -33,10 +31,5 @@ struct Dhcp6Report {
     std::optional<Ipv6Address> ended{};  ///< the address that is no longer granted
     std::vector<std::string> leftOut{};  ///< values that cannot be used, and why
 };
-
-/// Reads the message of a DHCPv6 client's event, with the names that ISC's dhclient-script(8) gets;
-/// see dhcpEvent.h for its form. As with DHCP, an address that no host can have spoils the report,
-/// bad values beside it are left out. Throws BadReport.
-Dhcp6Report readReport6(std::string_view message);
 
 }  // namespace varo

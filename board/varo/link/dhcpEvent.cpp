@@ -1,5 +1,6 @@
 #include "board/varo/link/dhcpEvent.h"
 
+#include "board/varo/link/dhcpProgram.h"
 #include "board/varo/link/linkLocalAddress.h"
 
 #include <signal.h>
@@ -11,22 +12,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <string>
 
 namespace varo {
 
 namespace {
 
-/// The values of udhcpc that are looked at.
-constexpr const char* values[] = {"ip", "subnet", "router", "dns", "domain", "lease", "serverid"};
-
-/// Those of dhclient, and the variable that names the event.
-constexpr const char* values6[] = {"new_ip6_address",         "new_max_life",
-                                   "new_preferred_life",      "new_dhcp6_name_servers",
-                                   "new_dhcp6_domain_search", "old_ip6_address"};
-constexpr const char* reason = "reason";
-/// Before dhclient opens its socket on the link-local address.
-constexpr const char* beforeStart = "PREINIT6";
+constexpr const DhcpEventForm* forms[] = {&udhcpc.events, &dhclient.events};
 
 std::string variable(const char* name) {
     const char* const value = std::getenv(name);
@@ -38,8 +31,7 @@ void append(std::string& report, const std::string& text) {
     report += '\0';
 }
 
-template <std::size_t count>
-std::string report(const std::string& event, const char* const (&names)[count]) {
+std::string report(const std::string& event, std::span<const char* const> names) {
     std::string text;
     append(text, event);
     for (const char* name : names) {
@@ -62,24 +54,8 @@ int pass(const std::string& event, const std::string& message) {
     return EXIT_FAILURE;
 }
 
-}  // namespace
-
-bool isDhcpEvent(int argumentCount, const char* const* arguments) {
-    if (std::getenv(dhcpEventVariable) == nullptr) {
-        return false;
-    }
-    return argumentCount == 2 ? arguments[1][0] != '-'
-                              : argumentCount == 1 && std::getenv(reason) != nullptr;
-}
-
-int passDhcpEvent(const char* const* arguments) {
-    if (arguments[1] != nullptr) {
-        return pass(arguments[1], report(arguments[1], values));
-    }
-    const std::string event = variable(reason);
-    if (event != beforeStart) {
-        return pass(event, report(event, values6));
-    }
+/// The client needs its interface's link-local address.
+int awaitStart() {
     // The client may be ended while this waits.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string interface = variable("interface");
@@ -87,6 +63,34 @@ int passDhcpEvent(const char* const* arguments) {
         std::fprintf(stderr, "%s has no link-local address yet\n", interface.c_str());
     }
     return EXIT_SUCCESS;
+}
+
+/// How this process was told of an event; null: it was not.
+const DhcpEventForm* formOf(int argumentCount, const char* const* arguments) {
+    for (const DhcpEventForm* form : forms) {
+        if (form->eventVariable == nullptr
+                ? argumentCount == 2 && arguments[1][0] != '-'
+                : argumentCount == 1 && std::getenv(form->eventVariable) != nullptr) {
+            return form;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+bool isDhcpEvent(int argumentCount, const char* const* arguments) {
+    return std::getenv(dhcpEventVariable) != nullptr && formOf(argumentCount, arguments) != nullptr;
+}
+
+int passDhcpEvent(const char* const* arguments) {
+    const DhcpEventForm& form = *formOf(arguments[1] == nullptr ? 1 : 2, arguments);
+    const std::string event =
+        form.eventVariable == nullptr ? arguments[1] : variable(form.eventVariable);
+    if (form.beforeStart != nullptr && event == form.beforeStart) {
+        return awaitStart();
+    }
+    return pass(event, report(event, form.values));
 }
 
 }  // namespace varo

@@ -12,12 +12,13 @@ namespace varo {
 /// Environment variable with the number of that socket.
 inline constexpr const char* dhcpEventVariable = "VARO_DHCP_EVENTS";
 
-/// True when this process was run by a DHCP client for one event: udhcpc gives the event as the
-/// argument, dhclient as the environment variable "reason". To be asked first in main().
+/// True when this process was run by one of the DHCP clients that the board knows, for one event.
+/// To be asked first in main().
 bool isDhcpEvent(int argumentCount, const char* const* arguments);
 
 /// Reports the event; returns the exit status of the process. Before a DHCPv6 client begins it
-/// waits a few seconds until the interface has a link-local address, which the client needs.
+/// waits a few seconds until the interface has a link-local address, which the client needs. Only
+/// for a process that was run for an event.
 int passDhcpEvent(const char* const* arguments);
 
 }  // namespace varo

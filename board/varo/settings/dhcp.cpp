@@ -1,5 +1,6 @@
 #include "board/varo/link/Ipv4Keeper.h"
 #include "board/varo/link/addressing.h"
+#include "board/varo/link/dhcpProgram.h"
 #include "board/varo/settings/appliers.h"
 #include "board/varo/settings/groups.h"
 #include "board/varo/settings/sources.h"
@@ -8,47 +9,12 @@
 #include <fmt/format.h>
 #include <syslog.h>
 
-#include <cstring>
-#include <initializer_list>
-
 namespace varo {
 
 namespace {
 
 /// What an update is made with.
 constexpr std::uint32_t updateSelector = 2;
-
-/// The client starts over every 16 seconds while nobody answers: 3 requests in 6, then a rest.
-constexpr std::initializer_list<const char*> rhythm{"-t", "3", "-T", "2", "-A", "10"};
-
-/// Relay agent information (RFC 3046) with the circuit id, sub-option 1, as the client's argument.
-std::string option82(const std::string& circuitId) {
-    std::string argument = fmt::format("0x52:01{:02x}", circuitId.size());
-    for (const char c : circuitId) {
-        argument += fmt::format("{:02x}", static_cast<unsigned char>(c));
-    }
-    return argument;
-}
-
-/// Empty when no client is to run.
-std::vector<std::string> clientCommand(const Configuration& configuration,
-                                       const varoLib_s_dhcp& dhcp) {
-    if (dhcp.dhcpEnabled == 0 || configuration.dhcpClient.empty()) {
-        return {};
-    }
-    std::vector<std::string> command = configuration.dhcpClient;
-    command.insert(command.end(), {"-f", "-i", configuration.managementInterface, "-s",
-                                   configuration.dhcpScript.string()});
-    command.insert(command.end(), rhythm.begin(), rhythm.end());
-    // An empty class keeps the client from sending its own.
-    command.insert(command.end(),
-                   {"-V", dhcp.vendorClassEnabled != 0 ? configuration.dhcpVendorClass : ""});
-    const std::string circuitId(dhcp.circuitId, strnlen(dhcp.circuitId, sizeof dhcp.circuitId));
-    if (dhcp.option82Enabled != 0 && !circuitId.empty()) {
-        command.insert(command.end(), {"-x", option82(circuitId)});
-    }
-    return command;
-}
 
 /// Puts the stored address and gateway into force.
 void applyStored(Netlink& netlink, const std::string& name, const Netlink::Link& link,
@@ -114,7 +80,7 @@ void applyIpv4(RecordStore& store, const Configuration& configuration, Keepers& 
         auto session = store.session();
         return std::pair(session.read(ipv4Group()), session.read(dhcpGroup()));
     }();
-    const auto command = clientCommand(configuration, dhcp);
+    const auto command = commandOf(udhcpc, configuration.dhcpClient, configuration, dhcp);
     if (keepers.ipv4) {
         keepers.ipv4->want(command);
         return;

@@ -1,15 +1,12 @@
 #include "board/varo/link/Ipv6Keeper.h"
 #include "board/varo/link/addressingIpv6.h"
-#include "board/varo/link/dhcpEvent.h"
+#include "board/varo/link/dhcpProgram.h"
 #include "board/varo/settings/appliers.h"
 #include "board/varo/settings/groups.h"
 #include "board/varo/settings/sources.h"
 #include "varo/varoLib.h"
 
 #include <fmt/format.h>
-#include <syslog.h>
-
-#include <cstdlib>
 
 namespace varo {
 
@@ -17,26 +14,6 @@ namespace {
 
 /// What an update is made with.
 constexpr std::uint32_t updateSelector = 2;
-
-/// Holds the client's identifier (RFC 8415, section 11), which has to stay the same, and its lease.
-constexpr const char* leaseFile = "dhcp6.leases";
-
-/// Empty when no client is to run.
-std::vector<std::string> clientCommand(const Configuration& configuration,
-                                       const varoLib_s_dhcp6& dhcp) {
-    if (dhcp.dhcpEnabled == 0 || configuration.dhcp6Client.empty()) {
-        return {};
-    }
-    std::vector<std::string> command = configuration.dhcp6Client;
-    // It runs its script with an environment of its own.
-    command.insert(command.end(),
-                   {"-6", "-d", "--no-pid", "-cf", "/dev/null", "-lf",
-                    (configuration.stateDirectory / leaseFile).string(), "-sf",
-                    configuration.dhcpScript.string(), "-e",
-                    fmt::format("{}={}", dhcpEventVariable, process::ChildProcess::childSocket),
-                    configuration.managementInterface});
-    return command;
-}
 
 /// What the client has brought goes with it.
 void forgetLeases(Library::Change& change) {
@@ -62,7 +39,7 @@ void applyIpv6(RecordStore& store, const Configuration& configuration, Keepers& 
         auto session = store.session();
         return std::pair(session.read(ipv6Group()), session.read(dhcp6Group()));
     }();
-    const auto command = clientCommand(configuration, dhcp);
+    const auto command = commandOf(dhclient, configuration.dhcp6Client, configuration, dhcp);
     if (keepers.ipv6) {
         keepers.ipv6->want(command);
         return;

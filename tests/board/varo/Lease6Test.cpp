@@ -1,4 +1,5 @@
-#include "board/varo/link/Lease6.h"
+#include "board/varo/link/dhcpProgram.h"
+#include "board/varo/link/reportText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,12 +29,12 @@ varo::Dhcp6Report granted(std::vector<std::string> more) {
          {"new_ip6_address=2001:db8::100", "new_max_life=7500", "new_preferred_life=7200"}) {
         more.emplace_back(value);
     }
-    return varo::readReport6(message(more));
+    return varo::dhclient.read(message(more));
 }
 
 std::string refusal(const std::string& text) {
     try {
-        varo::readReport6(text);
+        varo::dhclient.read(text);
     } catch (const varo::BadReport& bad) {
         return bad.what();
     }
@@ -42,7 +43,7 @@ std::string refusal(const std::string& text) {
 
 TEST(Lease6, IsRead) {
     for (const char* const event : {"BOUND6", "RENEW6", "REBIND6"}) {
-        const auto report = varo::readReport6(message(
+        const auto report = varo::dhclient.read(message(
             {event, "new_ip6_address=2001:DB8::100", "new_max_life=7500", "new_preferred_life=7200",
              "new_dhcp6_name_servers=2001:DB8::53 2001:db8::54 ::2:3:4",
              "new_dhcp6_domain_search=example.org. b.example."}));
@@ -67,17 +68,17 @@ TEST(Lease6, TellsWhichAddressItReplaces) {
 
 TEST(Lease6, Ends) {
     for (const char* const event : {"EXPIRE6", "RELEASE6", "STOP6"}) {
-        const auto report = varo::readReport6(message({event, "old_ip6_address=2001:db8::100"}));
+        const auto report = varo::dhclient.read(message({event, "old_ip6_address=2001:db8::100"}));
         EXPECT_EQ(report.event, varo::Dhcp6Event::ended);
         ASSERT_TRUE(report.ended);
         EXPECT_EQ(varo::ipv6Text(*report.ended), "2001:db8::100");
     }
-    EXPECT_FALSE(varo::readReport6(message({"STOP6"})).ended);
+    EXPECT_FALSE(varo::dhclient.read(message({"STOP6"})).ended);
 }
 
 TEST(Lease6, HasEventsThatChangeNothing) {
     for (const char* const event : {"PREINIT6", "DEPREF6", "FAIL6"}) {
-        EXPECT_EQ(varo::readReport6(message({event})).event, varo::Dhcp6Event::other);
+        EXPECT_EQ(varo::dhclient.read(message({event})).event, varo::Dhcp6Event::other);
     }
 }
 

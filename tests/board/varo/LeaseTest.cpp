@@ -1,4 +1,5 @@
-#include "board/varo/link/Lease.h"
+#include "board/varo/link/dhcpProgram.h"
+#include "board/varo/link/reportText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@ using testing::IsEmpty;
 using varo::BadReport;
 using varo::DhcpEvent;
 using varo::DhcpReport;
-using varo::readReport;
+using varo::udhcpc;
 
 std::string message(const std::vector<std::string>& parts) {
     std::string result;
@@ -26,12 +27,12 @@ std::string message(const std::vector<std::string>& parts) {
 
 DhcpReport bound(std::vector<std::string> values) {
     values.insert(values.begin(), {"bound", "ip=192.0.2.7", "lease=60"});
-    return readReport(message(values));
+    return udhcpc.read(message(values));
 }
 
 std::string refusal(const std::vector<std::string>& parts) {
     try {
-        readReport(message(parts));
+        udhcpc.read(message(parts));
     } catch (const BadReport& bad) {
         return bad.what();
     }
@@ -39,7 +40,7 @@ std::string refusal(const std::vector<std::string>& parts) {
 }
 
 TEST(Lease, IsReadFromAReport) {
-    const DhcpReport report = readReport(
+    const DhcpReport report = udhcpc.read(
         message({"renew", "ip=192.0.2.7", "subnet=255.255.255.0", "router=192.0.2.1 192.0.2.2",
                  "dns=192.0.2.53 198.51.100.53 203.0.113.53", "domain=example.org", "lease=3600",
                  "serverid=192.0.2.1", "unknown=value"}));
@@ -55,16 +56,16 @@ TEST(Lease, IsReadFromAReport) {
 }
 
 TEST(Lease, IsNotExpectedWithOtherEvents) {
-    EXPECT_EQ(readReport(message({"deconfig"})).event, DhcpEvent::deconfig);
-    EXPECT_EQ(readReport(message({"nak", "ip=nonsense"})).event, DhcpEvent::nak);
-    EXPECT_EQ(readReport(message({"leasefail"})).event, DhcpEvent::leasefail);
-    EXPECT_EQ(readReport("deconfig").event, DhcpEvent::deconfig) << "without its last zero byte";
+    EXPECT_EQ(udhcpc.read(message({"deconfig"})).event, DhcpEvent::deconfig);
+    EXPECT_EQ(udhcpc.read(message({"nak", "ip=nonsense"})).event, DhcpEvent::nak);
+    EXPECT_EQ(udhcpc.read(message({"leasefail"})).event, DhcpEvent::leasefail);
+    EXPECT_EQ(udhcpc.read("deconfig").event, DhcpEvent::deconfig) << "without its last zero byte";
 }
 
 TEST(Lease, WithoutAMaskHasThatOfItsClass) {
     const auto prefix = [](const std::string& address) {
         return varo::prefixText(
-            readReport(message({"bound", "ip=" + address, "lease=60"})).lease.prefix);
+            udhcpc.read(message({"bound", "ip=" + address, "lease=60"})).lease.prefix);
     };
     EXPECT_EQ(prefix("10.1.2.3"), "10.1.2.3/8");
     EXPECT_EQ(prefix("172.16.2.3"), "172.16.2.3/16");
@@ -72,7 +73,7 @@ TEST(Lease, WithoutAMaskHasThatOfItsClass) {
 }
 
 TEST(Lease, MayHoldForGood) {
-    EXPECT_EQ(readReport(message({"bound", "ip=192.0.2.7", "lease=4294967295"})).lease.seconds,
+    EXPECT_EQ(udhcpc.read(message({"bound", "ip=192.0.2.7", "lease=4294967295"})).lease.seconds,
               0xFFFFFFFF);
 }
 

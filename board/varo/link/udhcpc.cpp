@@ -1,18 +1,50 @@
-#include "board/varo/link/Lease.h"
+// BusyBox's udhcpc: how it is run, and what it reports.
 
 #include "board/varo/Failure.h"
+#include "board/varo/link/dhcpProgram.h"
+#include "board/varo/link/reportText.h"
 #include "board/varo/store/Column.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
 
 #include <charconv>
+#include <cstring>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
 namespace varo {
 
 namespace {
+
+/// The client starts over every 16 seconds while nobody answers: 3 requests in 6, then a rest.
+constexpr std::initializer_list<const char*> rhythm{"-t", "3", "-T", "2", "-A", "10"};
+
+/// Relay agent information (RFC 3046) with the circuit id, sub-option 1, as the client's argument.
+std::string option82(const std::string& circuitId) {
+    std::string argument = fmt::format("0x52:01{:02x}", circuitId.size());
+    for (const char c : circuitId) {
+        argument += fmt::format("{:02x}", static_cast<unsigned char>(c));
+    }
+    return argument;
+}
+
+process::Command arguments(const Configuration& configuration, const varoLib_s_dhcp& dhcp) {
+    process::Command words{"-f", "-i", configuration.managementInterface, "-s",
+                           configuration.dhcpScript.string()};
+    words.insert(words.end(), rhythm.begin(), rhythm.end());
+    // An empty class keeps the client from sending its own.
+    words.insert(words.end(),
+                 {"-V", dhcp.vendorClassEnabled != 0 ? configuration.dhcpVendorClass : ""});
+    const std::string circuitId(dhcp.circuitId, strnlen(dhcp.circuitId, sizeof dhcp.circuitId));
+    if (dhcp.option82Enabled != 0 && !circuitId.empty()) {
+        words.insert(words.end(), {"-x", option82(circuitId)});
+    }
+    return words;
+}
+
+constexpr const char* reported[] = {"ip", "subnet", "router", "dns", "domain", "lease", "serverid"};
 
 constexpr std::pair<std::string_view, DhcpEvent> events[] = {
     {"deconfig", DhcpEvent::deconfig},   {"bound", DhcpEvent::bound},
@@ -121,9 +153,7 @@ Lease readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
     return lease;
 }
 
-}  // namespace
-
-DhcpReport readReport(std::string_view message) {
+DhcpReport read(std::string_view message) {
     const ReportParts parts = readParts(message);
     DhcpReport report;
     report.event = eventAmong<DhcpEvent>(events, parts);
@@ -133,5 +163,10 @@ DhcpReport readReport(std::string_view message) {
     report.lease = readLease(parts, report.leftOut);
     return report;
 }
+
+}  // namespace
+
+constinit const DhcpProgram<varoLib_s_dhcp, DhcpReport> udhcpc{
+    arguments, {.eventVariable = nullptr, .values = reported}, read};
 
 }  // namespace varo

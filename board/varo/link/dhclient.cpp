@@ -1,4 +1,9 @@
-#include "board/varo/link/Lease6.h"
+// ISC's dhclient: how it is run for DHCPv6, and what it reports.
+
+#include "board/process/ChildProcess.h"
+#include "board/varo/link/dhcpEvent.h"
+#include "board/varo/link/dhcpProgram.h"
+#include "board/varo/link/reportText.h"
 
 #include <fmt/format.h>
 
@@ -9,6 +14,29 @@
 namespace varo {
 
 namespace {
+
+/// Holds the client's identifier (RFC 8415, section 11), which has to stay the same, and its lease.
+constexpr const char* leaseFile = "dhcp6.leases";
+
+process::Command arguments(const Configuration& configuration, const varoLib_s_dhcp6&) {
+    // It runs its script with an environment of its own.
+    return {"-6",
+            "-d",
+            "--no-pid",
+            "-cf",
+            "/dev/null",
+            "-lf",
+            (configuration.stateDirectory / leaseFile).string(),
+            "-sf",
+            configuration.dhcpScript.string(),
+            "-e",
+            fmt::format("{}={}", dhcpEventVariable, process::ChildProcess::childSocket),
+            configuration.managementInterface};
+}
+
+constexpr const char* reported[] = {"new_ip6_address",         "new_max_life",
+                                    "new_preferred_life",      "new_dhcp6_name_servers",
+                                    "new_dhcp6_domain_search", "old_ip6_address"};
 
 constexpr std::pair<std::string_view, Dhcp6Event> events[] = {
     {"BOUND6", Dhcp6Event::granted},  {"RENEW6", Dhcp6Event::granted},
@@ -84,9 +112,7 @@ Lease6 readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
     return lease;
 }
 
-}  // namespace
-
-Dhcp6Report readReport6(std::string_view message) {
+Dhcp6Report read(std::string_view message) {
     const ReportParts parts = readParts(message);
     Dhcp6Report report;
     report.event = eventAmong<Dhcp6Event>(events, parts);
@@ -104,5 +130,10 @@ Dhcp6Report readReport6(std::string_view message) {
     }
     return report;
 }
+
+}  // namespace
+
+constinit const DhcpProgram<varoLib_s_dhcp6, Dhcp6Report> dhclient{
+    arguments, {.eventVariable = "reason", .values = reported, .beforeStart = "PREINIT6"}, read};
 
 }  // namespace varo
