@@ -27,6 +27,7 @@ struct Addressing {
     varoLib_s_dhcp6 dhcp6{};
     /// What a failing read leaves behind for the caller.
     std::optional<varoLib_s_dhcp> dhcpLeftByFailure;
+    std::optional<varoLib_s_ipv6> ipv6LeftByFailure;
     std::optional<InterfaceAddress> addressLeftByFailure;
     std::optional<std::array<unsigned char, 6>> macLeftByFailure;
 };

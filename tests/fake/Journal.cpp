@@ -20,6 +20,15 @@ void Journal::write(std::string entry) {
     entriesByThread[threadName()].push_back(std::move(entry));
 }
 
+void Journal::extend(const std::string& beginning, const std::string& addition) {
+    const std::lock_guard guard(mutex);
+    std::vector<std::string>& entries = entriesByThread[threadName()];
+    if (entries.empty() || !entries.back().starts_with(beginning)) {
+        entries.push_back("...");
+    }
+    entries.back() += addition;
+}
+
 std::vector<std::string> Journal::takeOf(const std::string& name) {
     const std::lock_guard guard(mutex);
     return std::exchange(entriesByThread[name], {});

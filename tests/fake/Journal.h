@@ -14,6 +14,10 @@ class Journal {
 public:
     void write(std::string entry);
 
+    /// Adds to the calling thread's latest entry, if that begins so; what follows something else is
+    /// an entry of its own, behind "..." in place of its beginning.
+    void extend(const std::string& beginning, const std::string& addition);
+
     /// The entries of the threads without a name, since the last call, which are thereby accounted
     /// for.
     std::vector<std::string> take() { return takeOf(""); }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "fake/AccessLists.h"
 #include "fake/Addressing.h"
+#include "fake/BridgeLists.h"
 #include "fake/FakeLock.h"
 #include "fake/Ipc.h"
 #include "fake/Journal.h"
@@ -10,7 +10,7 @@
 #include "fake/Programs.h"
 #include "fake/Script.h"
 #include "fake/Services.h"
-#include "fake/Switch.h"
+#include "fake/Shelf.h"
 #include "varo/records.h"
 
 #include <pthread.h>
@@ -64,6 +64,9 @@ public:
     /// Threads that run, and that the product has not waited for.
     std::vector<pthread_t> unjoinedThreads;
 
+    /// Called on a thread that gives the framework its name, after that was written down.
+    std::function<void()> onRegisterThread = [] {};
+
     /// Called before a thread is waited for, after that was written down.
     std::function<void()> onJoin = [] {};
 
@@ -100,8 +103,8 @@ public:
     FactorySettings factory;
 
     // State of the platform's services.
-    Switch shelf;
-    AccessLists accessLists;
+    Shelf shelf;
+    BridgeLists accessLists;
     OntInterface ont;
     Product product;
 
@@ -115,6 +118,10 @@ public:
     std::optional<timeval> timeOfDay;
 
     Ipc ipc;
+
+    /// The parts of the framework log's latest message; "<<" in front of one that came by that
+    /// operator.
+    std::vector<std::string> logParts;
 
     FakeLock lock;
     Journal journal;

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <utility>
 
-using fake::AccessLists;
+using fake::BridgeLists;
 using fake::Platform;
 using fake::quoted;
 
@@ -21,18 +21,18 @@ namespace {
 
 constexpr int refused = 1;
 
-AccessLists::List* listNamed(const std::string& name) {
+BridgeLists::List* listNamed(const std::string& name) {
     auto& lists = Platform::current().accessLists.lists;
     const auto found = lists.find(name);
     return found == lists.end() ? nullptr : &found->second;
 }
 
-auto placeOf(AccessLists::List& list, unsigned int ruleId) {
-    return std::ranges::find(list.rules, ruleId, &AccessLists::Rule::id);
+auto placeOf(BridgeLists::List& list, unsigned int ruleId) {
+    return std::ranges::find(list.rules, ruleId, &BridgeLists::Rule::id);
 }
 
 /// 0 and what lies past the end mean the end.
-auto placeAt(AccessLists::List& list, unsigned int sequenceNumber) {
+auto placeAt(BridgeLists::List& list, unsigned int sequenceNumber) {
     const bool isInside = sequenceNumber != 0 && sequenceNumber <= list.rules.size();
     return isInside ? list.rules.begin() + (sequenceNumber - 1) : list.rules.end();
 }
@@ -45,7 +45,7 @@ int refuse(const std::string& function, const std::string& arguments) {
 /// A call on a list; it is refused when there is no such list.
 template <class Work>
 int onList(const char* function, const std::string& name, const std::string& arguments, Work work) {
-    AccessLists::List* const list = listNamed(name);
+    BridgeLists::List* const list = listNamed(name);
     const std::string all = quoted(name) + (arguments.empty() ? "" : ", " + arguments);
     if (list == nullptr) {
         return refuse(function, all);
@@ -57,7 +57,7 @@ int onList(const char* function, const std::string& name, const std::string& arg
 template <class Work>
 int onRule(const char* function, const std::string& name, unsigned int ruleId,
            const std::string& arguments, Work work) {
-    AccessLists::List* const list = listNamed(name);
+    BridgeLists::List* const list = listNamed(name);
     const std::string all =
         fmt::format("{}, {}{}", quoted(name), ruleId, arguments.empty() ? "" : ", " + arguments);
     if (list == nullptr || placeOf(*list, ruleId) == list->rules.end()) {
@@ -90,7 +90,7 @@ int ACLContainer_t::createACL(const std::string& name, aclType_t type) {
 }
 
 int ACLContainer_t::deleteACL(const std::string& name) {
-    return onList("deleteACL", name, "", [&](AccessLists::List&) {
+    return onList("deleteACL", name, "", [&](BridgeLists::List&) {
         Platform::current().accessLists.lists.erase(name);
         return std::string();
     });
@@ -100,7 +100,7 @@ int ACLContainer_t::createRule(const std::string& name, bool permit, unsigned in
                                unsigned int sequenceNumber) {
     return onList("createRule", name,
                   fmt::format("{}, {}", permit ? "permit" : "deny", sequenceNumber),
-                  [&](AccessLists::List& list) {
+                  [&](BridgeLists::List& list) {
                       ruleId = Platform::current().accessLists.nextId++;
                       list.rules.insert(placeAt(list, sequenceNumber), {ruleId, permit, {}});
                       return std::to_string(ruleId);
@@ -108,7 +108,7 @@ int ACLContainer_t::createRule(const std::string& name, bool permit, unsigned in
 }
 
 int ACLContainer_t::delRuleById(const std::string& name, unsigned int ruleId) {
-    return onRule("delRuleById", name, ruleId, "", [](AccessLists::List& list, auto rule) {
+    return onRule("delRuleById", name, ruleId, "", [](BridgeLists::List& list, auto rule) {
         list.rules.erase(rule);
         return std::string();
     });
@@ -116,15 +116,15 @@ int ACLContainer_t::delRuleById(const std::string& name, unsigned int ruleId) {
 
 int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
                                  const zubridge_acl_condition& condition) {
-    if (const AccessLists::List* const list = listNamed(name)) {
-        const auto rule = std::ranges::find(list->rules, ruleId, &AccessLists::Rule::id);
+    if (const BridgeLists::List* const list = listNamed(name)) {
+        const auto rule = std::ranges::find(list->rules, ruleId, &BridgeLists::Rule::id);
         if (rule != list->rules.end() && !rule->conditions.empty()) {
             return refuse("addCondition", fmt::format("{}, {}, {}", quoted(name), ruleId,
                                                       fake::describe(condition)));
         }
     }
     return onRule("addCondition", name, ruleId, fake::describe(condition),
-                  [&](AccessLists::List&, auto rule) {
+                  [&](BridgeLists::List&, auto rule) {
                       rule->conditions.push_back(condition);
                       return std::string();
                   });
@@ -132,15 +132,15 @@ int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
 
 int ACLContainer_t::delCondition(const std::string& name, unsigned int ruleId,
                                  unsigned int number) {
-    const AccessLists::List* const list = listNamed(name);
+    const BridgeLists::List* const list = listNamed(name);
     if (list != nullptr) {
-        const auto rule = std::ranges::find(list->rules, ruleId, &AccessLists::Rule::id);
+        const auto rule = std::ranges::find(list->rules, ruleId, &BridgeLists::Rule::id);
         if (rule != list->rules.end() && (number == 0 || number > rule->conditions.size())) {
             return refuse("delCondition", fmt::format("{}, {}, {}", quoted(name), ruleId, number));
         }
     }
     return onRule("delCondition", name, ruleId, std::to_string(number),
-                  [&](AccessLists::List&, auto rule) {
+                  [&](BridgeLists::List&, auto rule) {
                       rule->conditions.erase(rule->conditions.begin() + (number - 1));
                       return std::string();
                   });
@@ -149,8 +149,8 @@ int ACLContainer_t::delCondition(const std::string& name, unsigned int ruleId,
 int ACLContainer_t::changeRuleSequenceNumber(const std::string& name, unsigned int ruleId,
                                              unsigned int sequenceNumber) {
     return onRule("changeRuleSequenceNumber", name, ruleId, std::to_string(sequenceNumber),
-                  [&](AccessLists::List& list, auto rule) {
-                      const AccessLists::Rule moved = std::move(*rule);
+                  [&](BridgeLists::List& list, auto rule) {
+                      const BridgeLists::Rule moved = std::move(*rule);
                       list.rules.erase(rule);
                       list.rules.insert(placeAt(list, sequenceNumber), moved);
                       return std::string();
@@ -159,26 +159,26 @@ int ACLContainer_t::changeRuleSequenceNumber(const std::string& name, unsigned i
 
 int ACLContainer_t::assignACL(const std::string& name, int portId, bool outgoing,
                               unsigned int priority) {
-    const AccessLists::List* const list = listNamed(name);
+    const BridgeLists::List* const list = listNamed(name);
     const std::string arguments = fmt::format("{}, {}, {}", portId, outgoing, priority);
     const auto holdsPort = [portId](const auto& each) { return each.second.port == portId; };
     if (list != nullptr &&
         (list->port || std::ranges::any_of(Platform::current().accessLists.lists, holdsPort))) {
         return refuse("assignACL", quoted(name) + ", " + arguments);
     }
-    return onList("assignACL", name, arguments, [&](AccessLists::List& found) {
+    return onList("assignACL", name, arguments, [&](BridgeLists::List& found) {
         found.port = portId;
         return std::string();
     });
 }
 
 int ACLContainer_t::deassignACL(const std::string& name, int portId, bool outgoing) {
-    const AccessLists::List* const list = listNamed(name);
+    const BridgeLists::List* const list = listNamed(name);
     const std::string arguments = fmt::format("{}, {}", portId, outgoing);
     if (list != nullptr && list->port != portId) {
         return refuse("deassignACL", quoted(name) + ", " + arguments);
     }
-    return onList("deassignACL", name, arguments, [](AccessLists::List& found) {
+    return onList("deassignACL", name, arguments, [](BridgeLists::List& found) {
         found.port.reset();
         return std::string();
     });
@@ -186,7 +186,7 @@ int ACLContainer_t::deassignACL(const std::string& name, int portId, bool outgoi
 
 int ACLContainer_t::getACLRule(const std::string& name, unsigned int ruleId,
                                aclRule_t& rule) const {
-    return onRule("getACLRule", name, ruleId, "", [&](AccessLists::List& list, auto found) {
+    return onRule("getACLRule", name, ruleId, "", [&](BridgeLists::List& list, auto found) {
         rule.sequenceNumber = static_cast<unsigned int>(found - list.rules.begin()) + 1;
         rule.permit = found->permit;
         rule.conditions = found->conditions;

@@ -49,9 +49,13 @@ void BLLManager::registerEntity(BLEntity& entity) {
 void BLLManager::registerThread(const std::string& name) {
     fake::Journal::nameThread(name);
     note(fmt::format("registerThread({})", quoted(name)));
+    Platform::current().onRegisterThread();
 }
 
-BLLManager::ExternalMessageEvent& BLLManager::externalMessage() { return externalMessageEvent; }
+BLLManager::ExternalMessageEvent& BLLManager::externalMessage() {
+    note("externalMessage()");
+    return externalMessageEvent;
+}
 
 BLLManager::sharedLock_t::sharedLock_t()
     : obtained(acquire(FakeLock::Mode::shared, "sharedLock")) {}
@@ -75,15 +79,25 @@ Log::Log() = default;
 Log::~Log() = default;
 
 Log& Log::setMsgLevel(LogImpl::logLevel_t level) {
-    note(fmt::format("Log::setMsgLevel({})", static_cast<int>(level)));
+    note(fmt::format("Log({}): ", static_cast<int>(level)));
+    Platform::current().logParts.clear();
     return *this;
 }
 
-Log& Log::operator<<(const std::string& text) { return write(text); }
+Log& Log::operator<<(const std::string& text) {
+    Platform::current().logParts.emplace_back("<<");
+    return write(text);
+}
 
 bool Log::hasSink() const { return true; }
 
-void Log::writeImpl(const std::string& text) { note(fmt::format("Log << {}", quoted(text))); }
+/// A message is one entry, from the setting of its level on.
+void Log::writeImpl(const std::string& text) {
+    Platform& platform = Platform::current();
+    platform.logParts.push_back(text);
+    const std::string shown = quoted(text);
+    platform.journal.extend("Log(", shown.substr(1, shown.size() - 2));
+}
 
 Interfaces::Interfaces() : BLEntity("interfaces") {}
 Interfaces::~Interfaces() = default;

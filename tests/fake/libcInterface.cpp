@@ -23,6 +23,8 @@ namespace {
 /// What the kernel gives an interface with its address.
 constexpr std::uint32_t maskOfNewAddress = 0xffffffff;
 
+constexpr const char* anotherRequest = "another request";
+
 const char* nameOf(unsigned long request) {
     switch (request) {
         case SIOCSIFADDR:
@@ -40,7 +42,7 @@ const char* nameOf(unsigned long request) {
         case SIOCSIFHWADDR:
             return "SIOCSIFHWADDR";
         default:
-            return "another request";
+            return anotherRequest;
     }
 }
 
@@ -137,13 +139,14 @@ int errorOf(int descriptor, unsigned long request, ifreq& record) {
 
 }  // namespace
 
-/// Only descriptors of the fake's own, and that of a socket which could not be opened, get here.
+/// Requests for an interface never reach the system, whatever the descriptor.
 extern "C" int __wrap_ioctl(int descriptor, unsigned long request, ...) {
     std::va_list arguments;
     va_start(arguments, request);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    if (descriptor >= 0 && descriptor < Platform::firstDescriptor) {
+    if (descriptor >= 0 && descriptor < Platform::firstDescriptor &&
+        nameOf(request) == anotherRequest) {
         return __real_ioctl(descriptor, request, argument);
     }
     ifreq& record = *static_cast<ifreq*>(argument);

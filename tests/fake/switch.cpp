@@ -79,7 +79,7 @@ int interfaceLinuxnameGet(int portId, int size, char* name) {
 
 int zuvlanGetVlanInfoId(zuHandle_t handle, std::uint32_t vlanId, zuvlanInfo_t* info) {
     return onVlan("zuvlanGetVlanInfoId", argumentsOf(handle, std::to_string(vlanId)), vlanId,
-                  [&](fake::Switch&) { std::memset(info->opaque, 0xa5, sizeof info->opaque); });
+                  [&](fake::Shelf&) { std::memset(info->opaque, 0xa5, sizeof info->opaque); });
 }
 
 int zuvlanCreate(zuHandle_t handle, std::uint32_t vlanId) {
@@ -92,17 +92,17 @@ int zuvlanCreate(zuHandle_t handle, std::uint32_t vlanId) {
 
 int zuvlanAddMembership(zuHandle_t handle, std::uint16_t vlanId, int portId) {
     return onVlan("zuvlanAddMembership", argumentsOf(handle, fmt::format("{}, {}", vlanId, portId)),
-                  vlanId, [&](fake::Switch& shelf) { shelf.vlans[vlanId].insert(portId); });
+                  vlanId, [&](fake::Shelf& shelf) { shelf.vlans[vlanId].insert(portId); });
 }
 
 int zuvlanDelMembership(zuHandle_t handle, std::uint32_t vlanId, int portId) {
     return onVlan("zuvlanDelMembership", argumentsOf(handle, fmt::format("{}, {}", vlanId, portId)),
-                  vlanId, [&](fake::Switch& shelf) { shelf.vlans[vlanId].erase(portId); });
+                  vlanId, [&](fake::Shelf& shelf) { shelf.vlans[vlanId].erase(portId); });
 }
 
 int zuvlanSetPvid(zuHandle_t handle, std::uint16_t vlanId, int portId) {
     return onVlan("zuvlanSetPvid", argumentsOf(handle, fmt::format("{}, {}", vlanId, portId)),
-                  vlanId, [&](fake::Switch& shelf) { shelf.portVlans[portId] = vlanId; });
+                  vlanId, [&](fake::Shelf& shelf) { shelf.portVlans[portId] = vlanId; });
 }
 
 int vlanMngWrite(std::uint32_t vlanId) {
@@ -173,7 +173,10 @@ void sysInfo::getShelfId(std::string& id) const {
     id = platform.shelf.shelfId;
 }
 
-sysInfo::ShelfIdEvent& sysInfo::shelfIdChanged() { return shelfIdEvent; }
+sysInfo::ShelfIdEvent& sysInfo::shelfIdChanged() {
+    Platform::current().journal.write("shelfIdChanged()");
+    return shelfIdEvent;
+}
 
 template class singleton<PortSecurity>;
 template class singleton<sysInfo>;

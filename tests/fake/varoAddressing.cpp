@@ -25,13 +25,18 @@ int refuse(const std::string& function, const std::string& arguments) {
 
 bool isTerminated(const auto& text) { return std::memchr(text, '\0', sizeof text) != nullptr; }
 
-/// A read of the one record of a group.
+/// A read of the one record of a group, which leaves something else behind when it fails.
 template <class Record>
-int read(const char* function, const Record& state, Record* record) {
-    return Platform::current().call(function, "", [&] {
+int read(const char* function, const Record& state, Record* record,
+         const std::optional<Record>& leftByFailure = std::nullopt) {
+    const int status = Platform::current().call(function, "", [&] {
         *record = state;
         return describe(*record);
     });
+    if (status != 0 && leftByFailure) {
+        *record = *leftByFailure;
+    }
+    return status;
 }
 
 template <class Record>
@@ -63,11 +68,7 @@ int varoGetMyBoardPos(std::uint32_t* position) {
 
 int varoGetDhcp(varoLib_s_dhcp* dhcp) {
     const auto& addressing = Platform::current().addressing;
-    const int status = read("varoGetDhcp", addressing.dhcp, dhcp);
-    if (status != 0 && addressing.dhcpLeftByFailure) {
-        *dhcp = *addressing.dhcpLeftByFailure;
-    }
-    return status;
+    return read("varoGetDhcp", addressing.dhcp, dhcp, addressing.dhcpLeftByFailure);
 }
 
 int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
@@ -183,7 +184,8 @@ int varoSendSigToAcs(int signal) {
 }
 
 int varoGetIpv6(varoLib_s_ipv6* ipv6) {
-    return read("varoGetIpv6", Platform::current().addressing.ipv6, ipv6);
+    const auto& addressing = Platform::current().addressing;
+    return read("varoGetIpv6", addressing.ipv6, ipv6, addressing.ipv6LeftByFailure);
 }
 
 int varoSetIpv6Addr(varoLib_s_ipv6* ipv6) {

@@ -155,6 +155,17 @@ TEST(Symbols, OfferedAreThoseListed) {
     EXPECT_THAT(symbols("--defined-only", "TDBRS"), ElementsAreArray(listed(LISTS "/exports.txt")));
 }
 
+// In front of the slots stand the offset to the top and the type information.
+TEST(Symbols, VirtualTableOfTheEntityHas89Slots) {
+    const Output output = run("nm -D -S --demangle --defined-only " LIBRARY);
+    const auto table = std::ranges::find_if(output.lines, [](const std::string& line) {
+        return line.ends_with(" vtable for Network");
+    });
+    ASSERT_NE(table, output.lines.end());
+    const std::size_t size = std::stoul(table->substr(table->find(' ')), nullptr, 16);
+    EXPECT_EQ(size, (2 + 89) * sizeof(void*));
+}
+
 TEST(Symbols, CallTheFortifiedSystemLogAndTheGuardedCopy) {
     const std::vector<std::string> names = symbols("--undefined-only", "U");
     EXPECT_THAT(names, testing::Contains(testing::StartsWith("__vsyslog_chk@")));

@@ -4,11 +4,13 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
+#include "network/freshProcess.h"
 #include "network/journals.h"
 
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -41,6 +43,8 @@ protected:
         return lines;
     }
 };
+
+using ComponentLinesDeathTest = ComponentLines;
 
 TEST_F(ComponentLines, AreWalkedByTheIndex) {
     EXPECT_THAT(walk(networkGetVersionLineApl),
@@ -95,6 +99,26 @@ TEST_F(ComponentLines, RefusedLockLeavesLineAndIndexAlone) {
         EXPECT_TRUE(line.isUntouched());
         EXPECT_THAT(journal(), refusedLock("sharedLock"));
     }
+}
+
+// For the race detector: the lists are filled under no lock of the framework's.
+TEST_F(ComponentLinesDeathTest, MayBeReadWhileTheyAreFilled) {
+    inFreshProcess([&] {
+        auto& outputs = platform.programs.outputs;
+        outputs["rpm -q --whatprovides dorn-medium"].text = "platform\n";
+        outputs["rpm -q --requires platform"].text = "kernel = 5\n";
+        entity().platformLines.clear();
+        char line[100];
+        std::thread reader([&] {
+            for (int index = -1; index == -1;) {
+                index = 0;
+                networkGetVersionLinePlat(line, &index);
+            }
+        });
+        entity().initVersComp();
+        reader.join();
+        return mismatch(std::string(line), testing::Eq("kernel = 5"));
+    });
 }
 
 TEST_F(ComponentLines, LongLinesAreCutTo99) {

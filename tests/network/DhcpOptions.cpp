@@ -278,6 +278,31 @@ TEST_F(DhcpOptions, Option82IsWrittenAnewThoughTheRecordCannotBeReadAgain) {
     EXPECT_EQ(record().vendorClassEnabled, 0U);
 }
 
+// What a failing read leaves is taken for the record.
+TEST_F(DhcpOptions, ChangesGoOnWithWhatAFailedReadLeft) {
+    platform.fail("varoGetDhcp", 5);
+    platform.addressing.dhcpLeftByFailure = varoLib_s_dhcp{8, 1, 1, "left", 7};
+    EXPECT_EQ(networkSetVendor(0, 0), 0);
+    EXPECT_EQ(networkSetOption82(0, 0), 0);
+    entity().dhcpCehckBeforeSetOption82(nullptr);
+    EXPECT_THAT(
+        journal(),
+        ElementsAreArray(sequence(
+            exclusively(
+                "varoGetDhcp() -> 5",
+                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=7 circuitId="left"}) -> 0)",
+                trace("setVendor: return value: 0")),
+            exclusively(
+                "varoGetDhcp() -> 5",
+                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="left"}) -> 0)",
+                trace("setOption82: return value: 0")),
+            "varoGetDhcp() -> 5",
+            exclusively(
+                "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+                trace("setOption82: return value: 0")))));
+}
+
 TEST_F(DhcpOptions, Option82IsNotWrittenWhenItIsOff) {
     entity().dhcpCehckBeforeSetOption82(nullptr);
     EXPECT_THAT(journal(), ElementsAre(recordRead));

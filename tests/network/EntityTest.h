@@ -2,6 +2,7 @@
 
 #include "fake/Platform.h"
 #include "network/Network.h"
+#include "network/journals.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,6 +36,5 @@ protected:
 
 /// The journal of an operation whose lock was refused.
 inline auto refusedLock(const std::string& lock) {
-    return testing::ElementsAre(lock + " -> refused", "Log::setMsgLevel(1)",
-                                R"(Log << "Network BLE: Lock cant be obtained.\n")");
+    return testing::ElementsAreArray(refused(lock));
 }

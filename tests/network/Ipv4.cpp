@@ -291,6 +291,44 @@ TEST_F(Ipv4Address, ChangeSucceedsThoughSignalAndGatewayFail) {
     EXPECT_EQ(gatewayNow(), 0U);
 }
 
+/// Another's operations in the slots of those that a change of the address calls.
+struct OverriddenNetwork : Network {
+    static void note(const char* operation) { fake::Platform::current().journal.write(operation); }
+    int getNetworkInfo(NetworkInfo* info) override {
+        note("getNetworkInfo");
+        info->ipAddr = oldAddress;
+        info->netmask = mask;
+        return 0;
+    }
+    int getGateway(unsigned int* place) override {
+        note("getGateway");
+        *place = gateway;
+        return 0;
+    }
+    int setGateway(unsigned int) override {
+        note("setGateway");
+        return 0;
+    }
+};
+
+TEST_F(Ipv4Address, OtherOperationsAreCalledThroughTheVirtualInterface) {
+    {
+        OverriddenNetwork overridden;
+        journal();
+        EXPECT_EQ(overridden.Network::setIp(newAddress, mask), 0);
+        EXPECT_THAT(
+            journal(),
+            ElementsAreArray(exclusively(
+                "getNetworkInfo", dhcpRead,
+                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
+                "varoDhcpRetreatAlrServNotResponding() -> 0", "getGateway", portNamed, oldDetached,
+                portNamed, newAttached, "varoSendSigToAcs(10) -> 0", "setGateway")));
+        EXPECT_EQ(overridden.Network::setGateway(gateway), 0);
+        EXPECT_THAT(journal(), ElementsAreArray(exclusively("getGateway")));
+    }
+    journal();
+}
+
 // The event of the management address.
 
 TEST_F(Ipv4Address, HandlersAreGivenTheNewAddressUnderTheLock) {

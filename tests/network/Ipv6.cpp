@@ -236,6 +236,7 @@ TEST_F(Ipv6, InformationHoldsTextsOf99Characters) {
 
 TEST_F(Ipv6, InformationThatCannotBeReadIsEmptyAndNoFailure) {
     platform.fail("varoGetIpv6", 5);
+    platform.addressing.ipv6LeftByFailure = state();
     Network::NetworkInfoIpv6 info;
     std::memset(&info, 0xff, sizeof info);
     EXPECT_EQ(entity().getNetworkInfoIpv6(&info), 0);

@@ -7,6 +7,8 @@
 
 #include <boost/function/function_base.hpp>
 
+#include <chrono>
+#include <future>
 #include <semaphore>
 #include <sstream>
 
@@ -142,13 +144,16 @@ const Entries listCreated = {"interfaceMngGet() -> 0 1",
                              R"(createRule("RA_mng0", deny, 201) -> 0 101)",
                              R"(addCondition("RA_mng0", 101, {1 20 0 0.0.0.0 0.0.0.0}) -> 0)",
                              "fflush(all)"};
+/// The events of the shelf and of the framework are subscribed to, or left.
+const Entries eventsReached = {"shelfIdChanged()", "externalMessage()"};
 const Entries listDestroyed = {R"(delCondition("RA_mng0", 101, 1) -> 0)",
                                R"(delRuleById("RA_mng0", 101) -> 0)",
                                R"(deleteACL("RA_mng0") -> 0)"};
 
 TEST_F(Lifecycle, StartRegistersTheServiceCreatesTheListAndAsksForThePollThread) {
     EXPECT_EQ(entity().start(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(listCreated, "pthread_create() -> 0")));
+    EXPECT_THAT(journal(),
+                ElementsAreArray(sequence(listCreated, eventsReached, "pthread_create() -> 0")));
     entity().rpcProxy.stop(false);
     EXPECT_THAT(platform.journal.takeOf("Network_mng"),
                 ElementsAre(R"(registerThread("Network_mng"))", "pmap_unset(536870921, 1) -> 0",
@@ -164,13 +169,14 @@ TEST_F(Lifecycle, StartGoesOnWithoutTheList) {
     EXPECT_EQ(entity().start(), 1);
     EXPECT_THAT(
         journal(),
-        ElementsAre("interfaceMngGet() -> 0 1", R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
-                    R"(createACL("RA_mng0", 4) -> 5)",
-                    error("initNetworkAcl: createACL(RA_mng0): faild! Remote access "
-                          "filtering will not be able to work! Return value: 5"),
-                    error("start: initNetworkAcl has failed!"), "pthread_create() -> 0"));
+        ElementsAreArray(sequence(
+            "interfaceMngGet() -> 0 1", R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
+            R"(createACL("RA_mng0", 4) -> 5)",
+            error("initNetworkAcl: createACL(RA_mng0): faild! Remote access "
+                  "filtering will not be able to work! Return value: 5"),
+            error("start: initNetworkAcl has failed!"), eventsReached, "pthread_create() -> 0")));
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAre("pthread_join()"));
+    EXPECT_THAT(journal(), ElementsAreArray(sequence("pthread_join()", eventsReached)));
     platform.journal.takeAll();
 }
 
@@ -190,13 +196,14 @@ protected:
     /// What the framework does with a message from outside.
     static void sendExternalMessage(const std::string& name, const std::string& value) {
         std::ostringstream reply;
-        singleton<BLLManager>::instance().externalMessage().firePost(name, value, &reply, "test");
+        singleton<BLLManager>::instance().externalMessageEvent.firePost(name, value, &reply,
+                                                                        "test");
     }
 
     /// What the shelf tells when it is given another identity.
     void renameShelf(const std::string& id) {
         platform.shelf.shelfId = id;
-        singleton<sysInfo>::instance().shelfIdChanged().firePost(id);
+        singleton<sysInfo>::instance().shelfIdEvent.firePost(id);
     }
 
     void TearDown() override {
@@ -248,7 +255,8 @@ TEST_F(StartedEntity, StartingAgainFailsAndDoesNothing) {
 
 TEST_F(StartedEntity, StopJoinsThePollThreadAndLeavesTheEvents) {
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence("pthread_join()", listDestroyed)));
+    EXPECT_THAT(journal(),
+                ElementsAreArray(sequence("pthread_join()", listDestroyed, eventsReached)));
     sendExternalMessage("networkBle_severity", "7");
     entity().networkBleSyslog(7, "seven\n");
     EXPECT_THAT(journal(), IsEmpty());
@@ -258,14 +266,22 @@ TEST_F(StartedEntity, StopGoesOnThoughTheListStays) {
     platform.fail("deleteACL", 6);
     EXPECT_EQ(entity().stop(), 1);
     EXPECT_THAT(journal(),
-                ElementsAre("pthread_join()", R"(delCondition("RA_mng0", 101, 1) -> 0)",
-                            R"(delRuleById("RA_mng0", 101) -> 0)", R"(deleteACL("RA_mng0") -> 6)",
-                            error("destroyNetworkAcl: deleteACL(RA_mng0): faild! Remote access "
-                                  "filtering will not be able to work anymore! Return value: 6"),
-                            error("start: destroyNetworkAcl has failed!")));
+                ElementsAreArray(
+                    sequence("pthread_join()", R"(delCondition("RA_mng0", 101, 1) -> 0)",
+                             R"(delRuleById("RA_mng0", 101) -> 0)", R"(deleteACL("RA_mng0") -> 6)",
+                             error("destroyNetworkAcl: deleteACL(RA_mng0): faild! Remote access "
+                                   "filtering will not be able to work anymore! Return value: 6"),
+                             error("start: destroyNetworkAcl has failed!"), eventsReached)));
     sendExternalMessage("networkBle_severity", "7");
     renameShelf("7");
     EXPECT_THAT(journal(), IsEmpty());
+}
+
+TEST_F(StartedEntity, AnotherStopFindsNothingLeftToDo) {
+    EXPECT_EQ(entity().stop(), 1);
+    journal();
+    EXPECT_EQ(entity().stop(), 1);
+    EXPECT_THAT(journal(), ElementsAreArray(eventsReached));
 }
 
 TEST_F(StartedEntity, StopStoresTheValueOnWhichTheLoopRuns) {
@@ -280,13 +296,38 @@ TEST_F(Lifecycle, StopWithoutAPollThreadJoinsNothing) {
     EXPECT_EQ(entity().start(), 1);
     EXPECT_EQ(entity().stop(), 1);
     EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(listCreated, "pthread_create() -> 11", listDestroyed)));
+                ElementsAreArray(sequence(listCreated, eventsReached, "pthread_create() -> 11",
+                                          listDestroyed, eventsReached)));
     platform.journal.takeAll();
 }
 
 TEST_F(Lifecycle, StopOfAnEntityThatNeverStartedSucceeds) {
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), IsEmpty());
+    EXPECT_THAT(journal(), ElementsAreArray(eventsReached));
+}
+
+TEST_F(Lifecycle, MayBeStartedAgainAfterItsStop) {
+    for (int round = 0; round < 3; ++round) {
+        platform.accessLists = {};
+        EXPECT_EQ(entity().start(), 1);
+        EXPECT_EQ(entity().stop(), 1);
+        EXPECT_THAT(journal(),
+                    ElementsAreArray(sequence(listCreated, eventsReached, "pthread_create() -> 0",
+                                              "pthread_join()", listDestroyed, eventsReached)));
+    }
+    platform.journal.takeAll();
+}
+
+// However long its registration takes: a stop that gave up after a while would let go of the list.
+TEST_F(Lifecycle, StopWaitsUntilTheServicesThreadHasEnded) {
+    std::binary_semaphore mayRegister{0};
+    platform.onRegisterThread = [&] { mayRegister.acquire(); };
+    ASSERT_EQ(entity().start(), 1);
+    auto stopped = std::async(std::launch::async, [] { return entity().stop(); });
+    EXPECT_EQ(stopped.wait_for(std::chrono::milliseconds(300)), std::future_status::timeout);
+    mayRegister.release();
+    EXPECT_EQ(stopped.get(), 1);
+    platform.journal.takeAll();
 }
 
 // The poll thread is a real one here. It runs on after stop() has been called, because stop()
@@ -408,21 +449,19 @@ TEST_F(Lifecycle, FailedLookIsSkippedSilentlyAndTheNextOneCounts) {
                             "a is asked about 0", "a is told 3221225986", "sleep(5)"));
 }
 
+// The address is remembered between the asking and the telling.
 TEST_F(Lifecycle, EmptyHandlerRaisesTheFrameworksError) {
     setAddress(firstAddress);
+    const auto raised = testing::ThrowsMessage<boost::bad_function_call>(
+        testing::StrEq("call to empty boost::function"));
     entity().mngAddrChanged.subscribePost({});
-    EXPECT_THROW(
-        {
-            try {
-                entity().Poll();
-            } catch (const boost::bad_function_call& error) {
-                EXPECT_STREQ(error.what(), "call to empty boost::function");
-                throw;
-            }
-        },
-        boost::bad_function_call);
+    EXPECT_THAT([] { entity().Poll(); }, raised);
     EXPECT_EQ(entity().currentIpAddr, firstAddress);
-    EXPECT_THAT(journal(), ElementsAre(firstAddressRead));
+    setAddress(secondAddress);
+    entity().mngAddrChanged.subscribePre({});
+    EXPECT_THAT([] { entity().Poll(); }, raised);
+    EXPECT_EQ(entity().currentIpAddr, firstAddress);
+    EXPECT_THAT(journal(), ElementsAre(firstAddressRead, secondAddressRead));
 }
 
 }  // namespace

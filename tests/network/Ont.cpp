@@ -92,6 +92,19 @@ TEST_F(Ont, WithoutASocketTheFirstRequestFails) {
                           "descriptor"))));
 }
 
+// Where nothing else is open.
+TEST_F(Ont, SocketZeroIsClosedToo) {
+    platform.nextDescriptor = 0;
+    platform.fail("ioctl SIOCGIFADDR", ENODEV);
+    unsigned int unused = 0;
+    EXPECT_EQ(networkGetOntMng(&unused, &unused, &unused), -1);
+    EXPECT_THAT(journal(),
+                ElementsAreArray(sequence(
+                    "socket(2, 2, 0) -> 0", R"(ioctl(0, SIOCGIFADDR, "ont0") -> errno 19)",
+                    error("getOntMng: Could not get the ip. Errorcode : 19 No such device"),
+                    "close(0) -> 0")));
+}
+
 TEST_F(Ont, ThatIsMissingIsReported) {
     platform.ont.exists = false;
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);

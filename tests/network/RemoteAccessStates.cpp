@@ -69,14 +69,16 @@ protected:
         EXPECT_EQ(entity().stop(), 1);
         EXPECT_THAT(journal(), ElementsAre(R"(delCondition("RA_mng0", 101, 1) -> 0)",
                                            R"(delRuleById("RA_mng0", 101) -> 0)",
-                                           R"(deleteACL("RA_mng0") -> 0)"));
+                                           R"(deleteACL("RA_mng0") -> 0)", "shelfIdChanged()",
+                                           "externalMessage()"));
         EXPECT_EQ(entity().start(), 1);
-        EXPECT_THAT(journal(), ElementsAreArray(sequence(
-                                   listNamed, R"(createACL("RA_mng0", 4) -> 0)",
-                                   R"(createRule("RA_mng0", deny, 201) -> 0 104)",
-                                   R"(addCondition("RA_mng0", 104, {1 20 0 0.0.0.0 0.0.0.0}) -> 0)",
-                                   trace("initNetworkAcl: addCondition ok."), "fflush(all)",
-                                   "pthread_create() -> 0")));
+        EXPECT_THAT(journal(),
+                    ElementsAreArray(sequence(
+                        listNamed, R"(createACL("RA_mng0", 4) -> 0)",
+                        R"(createRule("RA_mng0", deny, 201) -> 0 104)",
+                        R"(addCondition("RA_mng0", 104, {1 20 0 0.0.0.0 0.0.0.0}) -> 0)",
+                        trace("initNetworkAcl: addCondition ok."), "fflush(all)",
+                        "shelfIdChanged()", "externalMessage()", "pthread_create() -> 0")));
         entity().rpcProxy.stop(false);
         platform.journal.takeAll();
     }

@@ -39,7 +39,7 @@ protected:
     }
 
     /// The bridge's list, and the ids of its rules in the order of their evaluation.
-    fake::AccessLists::List& bridgeList() { return platform.accessLists.lists["RA_mng0"]; }
+    fake::BridgeLists::List& bridgeList() { return platform.accessLists.lists["RA_mng0"]; }
     std::vector<unsigned int> bridgeRules() {
         std::vector<unsigned int> ids;
         for (const auto& rule : bridgeList().rules) {

@@ -188,6 +188,14 @@ TEST_F(ResolverIpv6DeathTest, Ipv6ServerTextThatDoesNotFitEndsTheProcess) {
     EXPECT_THAT(journal(), testing::Each("fflush(all)"));
 }
 
+// It is not looked for: the values of both families are handed out before it shows.
+TEST_F(ResolverIpv6DeathTest, NoPlaceForTheSourceEndsTheProcess) {
+    Buffer<100> buffer;
+    EXPECT_DEATH(networkGetDomainnameWS(nullptr, buffer.text), "");
+    EXPECT_DEATH(networkGetIPv6Domainname(nullptr, buffer.text), "");
+    EXPECT_THAT(journal(), testing::Each("fflush(all)"));
+}
+
 TEST_F(ResolverIpv6, DeletingTheIpv6ServersKeepsTheDomain) {
     EXPECT_EQ(networkDeleteIPv6DnsServers(), 0);
     EXPECT_THAT(journal(),

@@ -42,6 +42,7 @@ inline std::string shown(const void* pointer) {
 class ResolverTest : public EntityTest {
 protected:
     ResolverTest() {
+        logEverything();
         put(platform.dns[2].domain, "example.net");
         platform.dns[2].ip_pri = serverA;
         platform.dns[2].ip_sec = serverB;

@@ -172,6 +172,16 @@ TEST_P(FailedCommand, OfTheEventServersStartEndsTheSwitch) {
     EXPECT_THAT(platform.threadRequests, IsEmpty());
 }
 
+// The parts and the order in which they come; elsewhere the message is one entry.
+TEST_F(WebServer, FailedCommandIsWrittenToTheFrameworksLogValueByValue) {
+    platform.commandStatus[hassesStart] = exitedWith1;
+    EXPECT_EQ(networkHttpServerSet(1), -1);
+    EXPECT_THAT(platform.logParts,
+                ElementsAre("network", ": ", "network", ": ", "networkHttpServerSet", ": ", "4053",
+                            ": ", "Error executing system command: ", hassesStart, "\n"));
+    journal();
+}
+
 TEST_P(FailedCommand, OfApachesStartLeavesTheEventServerStarted) {
     platform.commandStatus[apacheStartCommand] = GetParam();
     EXPECT_EQ(networkHttpServerSet(1), -1);

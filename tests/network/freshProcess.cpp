@@ -2,8 +2,9 @@
 
 #include "fake/Platform.h"
 
+#include <unistd.h>
+
 #include <cstdio>
-#include <cstdlib>
 
 void inFreshProcess(const std::function<std::string()>& body) {
     // The test framework starts the program anew with this test alone.
@@ -12,7 +13,7 @@ void inFreshProcess(const std::function<std::string()>& body) {
         {
             const std::string complaint = body();
             std::fputs(complaint.c_str(), stderr);
-            std::_Exit(complaint.empty() ? 0 : 1);
+            ::_exit(complaint.empty() ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
     // Before it forks, the test framework writes out all streams.

@@ -31,8 +31,7 @@ Entries sharing(const Parts&... parts) {
 
 /// What a refused lock leaves.
 inline Entries refused(const std::string& lock) {
-    return {lock + " -> refused", "Log::setMsgLevel(1)",
-            R"(Log << "Network BLE: Lock cant be obtained.\n")"};
+    return {lock + " -> refused", R"(Log(1): Network BLE: Lock cant be obtained.\n)"};
 }
 
 /// A line of the system log, all of which begin and end alike.
@@ -47,19 +46,8 @@ inline std::string logged(const std::string& level, const std::string& text) {
 inline std::string error(const std::string& text) { return logged("3", text); }
 inline std::string trace(const std::string& text) { return logged("7", text); }
 
-/// The framework-log entry of a command of the web server set that failed, part by
-/// part.
-inline Entries commandFailed(const std::string& label, const std::string& command) {
-    return {"Log::setMsgLevel(0)",
-            R"(Log << "network")",
-            R"(Log << ": ")",
-            R"(Log << "network")",
-            R"(Log << ": ")",
-            R"(Log << "networkHttpServerSet")",
-            R"(Log << ": ")",
-            "Log << \"" + label + "\"",
-            R"(Log << ": ")",
-            R"(Log << "Error executing system command: ")",
-            "Log << \"" + command + "\"",
-            R"(Log << "\n")"};
+/// The framework-log entry of a command of the web server set that failed.
+inline std::string commandFailed(const std::string& label, const std::string& command) {
+    return "Log(0): network: network: networkHttpServerSet: " + label +
+           ": Error executing system command: " + command + R"(\n)";
 }

@@ -10,7 +10,7 @@
 namespace fake {
 
 /// The access lists of the bridge. A rule's sequence number is its place in the list.
-struct AccessLists {
+struct BridgeLists {
     struct Rule {
         unsigned int id;
         bool permit;

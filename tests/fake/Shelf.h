@@ -8,7 +8,7 @@
 namespace fake {
 
 /// What the platform's services keep: interface registry, VLANs, profile and features.
-struct Switch {
+struct Shelf {
     int managementPort = 1;
     std::map<int, std::string> portNames{{1, "mng0"}};
 
