@@ -1,6 +1,7 @@
 // The library as it ships, in a process of its own: what it does when it is loaded and when the
 // process ends, what it asks of its host, and what it offers.
 
+#include "load/symbolLists.h"
 #include "support/privateNamespaces.h"
 
 #include <gmock/gmock.h>
@@ -11,7 +12,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -108,20 +108,6 @@ TEST(Load, TellsTheWebManagerOfTheRestart) {
 
 #ifdef CHECK_SYMBOLS
 
-/// The lines of a committed list; comments and empty lines are left out.
-std::vector<std::string> listed(const std::string& path) {
-    std::ifstream file(path);
-    EXPECT_TRUE(file.is_open()) << path;
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) {
-        if (!line.empty() && line.front() != '#') {
-            lines.push_back(line);
-        }
-    }
-    std::ranges::sort(lines);
-    return lines;
-}
-
 /// Names of symbols that nm prints with one of the given types.
 std::vector<std::string> symbols(const std::string& options, const std::string& types) {
     const Output output = run("nm -D --demangle " + options + " " LIBRARY);
@@ -147,12 +133,12 @@ TEST(Symbols, AskedOfTheHostAreThoseListed) {
     std::erase_if(names, [](const std::string& name) {
         return name.find('@') != std::string::npos || name.find("boost::") != std::string::npos;
     });
-    EXPECT_THAT(names, ElementsAreArray(listed(LISTS "/imports.txt")));
+    EXPECT_THAT(names, ElementsAreArray(listedSymbols("imports.txt")));
 }
 
 // Weak symbols are instantiations of templates, which are the compiler's business.
 TEST(Symbols, OfferedAreThoseListed) {
-    EXPECT_THAT(symbols("--defined-only", "TDBRS"), ElementsAreArray(listed(LISTS "/exports.txt")));
+    EXPECT_THAT(symbols("--defined-only", "TDBRS"), ElementsAreArray(listedSymbols("exports.txt")));
 }
 
 // In front of the slots stand the offset to the top and the type information.

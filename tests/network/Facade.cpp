@@ -1,7 +1,7 @@
 #include "network/EntityTest.h"
-#include "network/exportedFunctions.h"
 #include "network/exports.h"
 #include "network/networkInfoToWire.h"
+#include "network/operations.h"
 
 #include <array>
 #include <cstring>
@@ -50,13 +50,13 @@ private:
 TEST_F(Facade, CallsAreBoundStatically) {
     {
         const TrappedVirtualTable table(entity());
-        for (const ExportedFunction& function : exportedFunctions()) {
+        for (const Operation& operation : exportedOperations()) {
             // With the lock refused, the operation itself ends before it calls any other.
-            if (!function.lock.empty()) {
-                platform.fail(function.lock, 1, 1);
+            if (!operation.lock().empty()) {
+                platform.fail(operation.lock(), 1, 1);
             }
-            function.callWithBuffers();
-            EXPECT_EQ(trapped, 0) << function.name;
+            operation.call.make();
+            EXPECT_EQ(trapped, 0) << operation.name();
             trapped = 0;
         }
     }

@@ -3,107 +3,91 @@
 // and holds no lock afterwards.
 
 #include "network/EntityTest.h"
-#include "network/journals.h"
 #include "network/operations.h"
 
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <ostream>
+#include <optional>
 #include <set>
+#include <sstream>
 #include <thread>
-
-// What a failing test prints of its row.
-void PrintTo(const Operation& operation, std::ostream* out);
-void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
 
 namespace {
 
-constexpr int failure = 42;
+using testing::ElementsAreArray;
 
-/// Answers that are values and no status.
-const std::set<std::string> queries = {"checkProfileMode",        "defConnectGetDefModeNative",
-                                       "defConnectGetDefVid",     "isActive",
-                                       "isClearConfigInProgress", "isFeatureSupported"};
+constexpr int failure = 42;
 
 /// Calls that answer 1 when all is well.
 const std::set<std::string> checks = {"checkIpHostname", "checkIpv4Addr", "checkIpv6Addr"};
-
-/// A call that answers with what it found; only the failure is nothing that it can find.
-constexpr const char* classification = "getIpAddrType";
 
 /// Calls that report a failure by -1 and errno, and may return any number otherwise.
 const std::set<std::string> errnoCalls = {"close",        "ioctl",        "sem_close",
                                           "sem_open",     "sem_getvalue", "sem_trywait",
                                           "settimeofday", "socket",       "stat"};
 
-/// A call of a journal that can be made to fail.
-struct Call {
+/// A word of a good run.
+struct Step {
+    explicit Step(const std::string& word) : name(word.substr(0, word.find_first_of("=?"))) {
+        canFail = word != "~" && !word.ends_with('?');
+        if (const std::size_t place = word.find('='); place != std::string::npos) {
+            const std::string results = word.substr(place + 1);
+            once = std::stoi(results);
+            forGood = std::stoi(results.substr(results.find('/') + 1));
+        }
+    }
+
     std::string name;
-    std::size_t place;  ///< in the journal
-    int earlier;        ///< calls of the same name before it
+    bool canFail;
+    /// What the operation returns; without them -1, and it ends there.
+    std::optional<int> once{};
+    std::optional<int> forGood{};
 };
+
+std::vector<Step> stepsOf(const std::string& run) {
+    std::vector<Step> steps;
+    std::istringstream words(run);
+    for (std::string word; words >> word;) {
+        steps.emplace_back(word);
+    }
+    return steps;
+}
 
 bool isLock(const std::string& entry) { return entry == "sharedLock" || entry == "exclusiveLock"; }
 
-bool isOrdinary(const std::string& entry) {
-    return !entry.starts_with("syslog") && !entry.starts_with("Log");
+bool isLog(const std::string& entry) {
+    return entry.starts_with("syslog(") || entry.starts_with("Log(");
 }
 
-/// What an entry says behind the call's arguments.
-std::size_t placeOfResult(const std::string& entry) { return entry.find(") -> "); }
+/// What may still happen once an operation has failed.
+bool isAftermath(const std::string& entry) {
+    return isLog(entry) || entry.starts_with("~") || entry.starts_with("close(");
+}
 
 std::string functionOf(const std::string& entry) { return entry.substr(0, entry.find('(')); }
 
-/// What a call fails under: its function's name, and the kind of request where there are several.
+/// The word for an entry of the journal.
 std::string nameOf(const std::string& entry) {
+    if (entry.starts_with("~")) {
+        return "~";
+    }
     const std::string function = functionOf(entry);
     if (function != "ioctl") {
         return function;
     }
     const std::size_t request = entry.find(", ") + 2;
-    return function + " " + entry.substr(request, entry.find(", ", request) - request);
+    return entry.substr(request, entry.find(", ", request) - request);
 }
 
-bool hasWorked(const std::string& entry) {
-    const std::string function = functionOf(entry);
-    const std::string result = entry.substr(placeOfResult(entry));
-    if (errnoCalls.contains(function)) {
-        return result != ") -> not there" && !result.starts_with(") -> errno ");
-    }
-    if (checks.contains(function)) {
-        return result == ") -> 1";
-    }
-    return function == classification || result == ") -> 0" || result.starts_with(") -> 0 ");
+/// What a call fails under.
+std::string scriptName(const Step& step) {
+    return (step.name.starts_with("SIOC") ? "ioctl " : "") + step.name;
 }
 
-/// Whether a call takes its place in the script even if the board refuses it by itself.
+/// Whether a call that the board refuses by itself takes its place in the script nevertheless.
 bool isAlwaysCounted(const std::string& function) {
     return errnoCalls.contains(function) || checks.contains(function) || function == "system";
-}
-
-/// The calls that worked. One that the board refused by itself does not count.
-std::vector<Call> callsThatWorked(const Entries& journal) {
-    std::vector<Call> calls;
-    std::map<std::string, int> counts;
-    for (std::size_t place = 0; place < journal.size(); ++place) {
-        const std::string& entry = journal[place];
-        std::string name = entry;
-        if (!isLock(entry)) {
-            const std::string function = functionOf(entry);
-            if (!isOrdinary(entry) || placeOfResult(entry) == std::string::npos ||
-                queries.contains(function)) {
-                continue;
-            }
-            name = nameOf(entry);
-            if (!hasWorked(entry)) {
-                counts[name] += isAlwaysCounted(function) ? 1 : 0;
-                continue;
-            }
-        }
-        calls.push_back({name, place, counts[name]++});
-    }
-    return calls;
 }
 
 /// The entry of the same call when it fails.
@@ -112,7 +96,7 @@ std::string failed(const std::string& entry) {
         return entry + " -> refused";
     }
     const std::string function = functionOf(entry);
-    const std::string call = entry.substr(0, placeOfResult(entry));
+    const std::string call = entry.substr(0, entry.find(") -> "));
     if (checks.contains(function)) {
         return call + ") -> 0";
     }
@@ -127,21 +111,40 @@ protected:
         Entries journal;
     };
 
-    /// Runs the operation on a board of its own, on which one call may fail.
-    Outcome run(const Call* failing, int times) {
+    /// Runs the operation on a board of its own, with one call failing after so many that worked.
+    Outcome run(const Step* failing = nullptr, int earlier = 0, int times = 0) {
         fake::Platform board;
         remakeEntity();
         logEverything();
-        GetParam().prepare(board);
+        buffers = {};
+        if (GetParam().prepare) {
+            GetParam().prepare(board);
+        }
         board.journal.takeAll();
         if (failing != nullptr) {
-            board.fail(failing->name, failure, times, failing->earlier);
+            board.fail(scriptName(*failing), failure, times, earlier);
         }
-        const int result = GetParam().call(entity());
+        const int result = GetParam().call.make();
         const Outcome outcome{result, board.journal.take()};
         EXPECT_TRUE(isFree(board.lock));
         entity().stop();
         return outcome;
+    }
+
+    /// One failure, at that place of the good run's journal.
+    void fail(const Entries& good, std::size_t place, const Step& step, int earlier, int times) {
+        SCOPED_TRACE(step.name + ", call " + std::to_string(earlier + 1) +
+                     (times == 1 ? ", fails once" : ", fails for good"));
+        const auto [result, journal] = run(&step, earlier, times);
+        EXPECT_EQ(result, (times == 1 ? step.once : step.forGood).value_or(-1));
+        Entries expected(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(place));
+        expected.push_back(failed(good[place]));
+        ASSERT_GE(journal.size(), expected.size());
+        const auto next = journal.begin() + static_cast<std::ptrdiff_t>(expected.size());
+        EXPECT_THAT(Entries(journal.begin(), next), ElementsAreArray(expected));
+        if (!step.once) {
+            EXPECT_THAT(Entries(next, journal.end()), testing::Each(testing::Truly(isAftermath)));
+        }
     }
 
     /// Whether another thread could have the lock to itself.
@@ -159,36 +162,35 @@ protected:
 };
 
 TEST_P(FailureSweep, EveryFailureHasItsResultAndChangesNothingBeforeIt) {
-    const Outcome clean = run(nullptr, 0);
-    EXPECT_EQ(clean.result, GetParam().success);
-    const std::vector<Call> calls = callsThatWorked(clean.journal);
-    std::vector<std::string> names;
-    std::ranges::transform(calls, std::back_inserter(names), &Call::name);
-    std::vector<std::string> listed;
-    std::ranges::transform(GetParam().calls, std::back_inserter(listed), &ImportedCall::name);
-    ASSERT_THAT(names, testing::ElementsAreArray(listed));
-
-    for (std::size_t number = 0; number < calls.size(); ++number) {
-        const Call& failing = calls[number];
-        const ImportedCall& expected = GetParam().calls[number];
-        for (const int times : {1, fake::Script::forever}) {
-            SCOPED_TRACE(failing.name + ", call " + std::to_string(failing.earlier + 1) +
-                         (times == 1 ? ", fails once" : ", fails for good"));
-            const Outcome outcome = run(&failing, times);
-            EXPECT_EQ(outcome.result, times == 1 ? expected.resultOnce : expected.resultForGood);
-            Entries before(clean.journal.begin(),
-                           clean.journal.begin() + static_cast<std::ptrdiff_t>(failing.place));
-            before.push_back(failed(clean.journal[failing.place]));
-            ASSERT_GE(outcome.journal.size(), before.size());
-            EXPECT_THAT(
-                Entries(outcome.journal.begin(),
-                        outcome.journal.begin() + static_cast<std::ptrdiff_t>(before.size())),
-                testing::ElementsAreArray(before));
+    const auto [result, journal] = run();
+    EXPECT_EQ(result, GetParam().success);
+    const std::vector<Step> steps = stepsOf(GetParam().goodRun);
+    Entries listed;
+    std::ranges::transform(steps, std::back_inserter(listed), &Step::name);
+    Entries made;
+    for (const std::string& entry : journal) {
+        if (!isLog(entry)) {
+            made.push_back(nameOf(entry));
         }
+    }
+    ASSERT_THAT(made, ElementsAreArray(listed));
+
+    std::map<std::string, int> counts;
+    auto step = steps.begin();
+    for (std::size_t place = 0; place < journal.size(); ++place) {
+        if (isLog(journal[place])) {
+            continue;
+        }
+        if (step->canFail) {
+            fail(journal, place, *step, counts[step->name], 1);
+            fail(journal, place, *step, counts[step->name], fake::Script::forever);
+        }
+        counts[step->name] += step->canFail || isAlwaysCounted(functionOf(journal[place])) ? 1 : 0;
+        ++step;
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, FailureSweep, testing::ValuesIn(operations()),
-                         [](const auto& operation) { return operation.param.name; });
+                         [](const auto& operation) { return operation.param.name(); });
 
 }  // namespace

@@ -1,100 +1,83 @@
 // The lock that each exported function's operation takes.
 
 #include "network/EntityTest.h"
-#include "network/exportedFunctions.h"
 #include "network/fixedFiles.h"
-#include "network/journals.h"
+#include "network/operations.h"
 
 #include <algorithm>
 #include <iterator>
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using testing::ElementsAreArray;
 
 /// Two of the operations read files of fixed names.
-class Locking : public EntityTest, public testing::WithParamInterface<ExportedFunction> {
+class Locking : public EntityTest, public testing::WithParamInterface<Operation> {
+protected:
+    /// What an operation writes before it takes its lock, and behind the report of a refused one:
+    /// nothing, but for the one that traces its entry.
+    static Entries traced(const std::string& text) {
+        return GetParam().call.name == "networkSetDefVlanMode" ? Entries{error(text)} : Entries{};
+    }
+    static Entries tracedBefore() {
+        return traced("setDefVlanMode():1038 Entering function: defVid=300, defMode=2");
+    }
+
+    /// The entries of locks alone.
+    Entries locks(const Entries& entries) const {
+        Entries found;
+        std::ranges::copy_if(entries, std::back_inserter(found), [](const std::string& entry) {
+            return entry.find("Lock") != std::string::npos;
+        });
+        return found;
+    }
+    /// The locks that an operation without one takes for a part of its work.
+    static Entries locksOfAPart() { return GetParam().isLockOfAPart ? sharing() : Entries{}; }
+
+private:
     FixedFiles files;
 };
 
-std::string nameOf(const testing::TestParamInfo<ExportedFunction>& info) { return info.param.name; }
-
-/// What an operation writes before it takes its lock: nothing, but for the one that traces its
-/// entry.
-Entries tracedBefore(const ExportedFunction& function) {
-    if (function.name == "networkSetDefVlanMode") {
-        return {error("setDefVlanMode():1038 Entering function: defVid=1, defMode=1")};
-    }
-    return {};
-}
-
-/// What it adds to the report of a refused lock.
-Entries tracedBehind(const ExportedFunction& function) {
-    if (function.name == "networkSetDefVlanMode") {
-        return {error("setDefVlanMode():1042")};
-    }
-    return {};
-}
-
-bool isLockEntry(const std::string& entry) { return entry.find("Lock") != std::string::npos; }
-
-/// The locks that an operation without one takes for a part of its work.
-Entries locksOfAPart(const ExportedFunction& function) {
-    if (function.name == "networkSetOntMng") {
-        return sharing();  // to read the entity's own state
-    }
-    return {};
-}
-
 TEST_P(Locking, IsOfItsKindAndComesBeforeAnythingElse) {
-    const ExportedFunction& function = GetParam();
-    function.callWithBuffers();
-    const std::vector<std::string> entries = journal();
-    std::vector<std::string> locks;
-    std::ranges::copy_if(entries, std::back_inserter(locks), isLockEntry);
-    if (function.lock.empty()) {
-        EXPECT_THAT(locks, testing::ElementsAreArray(locksOfAPart(function)));
+    const std::string lock = GetParam().lock();
+    GetParam().call.make();
+    const Entries entries = journal();
+    if (lock.empty()) {
+        EXPECT_THAT(locks(entries), ElementsAreArray(locksOfAPart()));
         return;
     }
-    Entries first = tracedBefore(function);
-    first.push_back(function.lock);
+    const Entries first = sequence(tracedBefore(), lock);
     ASSERT_GT(entries.size(), first.size());
     EXPECT_EQ(Entries(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(first.size())),
               first);
-    EXPECT_EQ(entries.back(), "~" + function.lock);
-    EXPECT_EQ(locks.front(), function.lock);
+    EXPECT_EQ(entries.back(), "~" + lock);
+    EXPECT_EQ(locks(entries).front(), lock);
 }
 
 TEST_P(Locking, RefusedMeansFailureBeforeAnyArgumentIsLookedAt) {
-    const ExportedFunction& function = GetParam();
+    const std::string lock = GetParam().lock();
     logEverything();
-    if (function.lock.empty()) {
-        function.callWithNulls();
-        Entries entries = journal();
-        std::erase_if(entries, [](const std::string& entry) { return !isLockEntry(entry); });
-        EXPECT_THAT(entries, testing::ElementsAreArray(locksOfAPart(function)));
+    if (lock.empty()) {
+        GetParam().call.make();
+        EXPECT_THAT(locks(journal()), ElementsAreArray(locksOfAPart()));
         return;
     }
-    platform.fail(function.lock, 1);
-    EXPECT_EQ(function.callWithNulls(), -1);
-    EXPECT_THAT(journal(),
-                testing::ElementsAreArray(sequence(tracedBefore(function), refused(function.lock),
-                                                   tracedBehind(function))));
+    platform.fail(lock, 1);
+    EXPECT_EQ(GetParam().call.makeWithNulls(), -1);
+    EXPECT_THAT(platform.logParts,
+                testing::ElementsAre("<<", "Network BLE: Lock cant be obtained.\n"));
+    EXPECT_THAT(journal(), ElementsAreArray(sequence(tracedBefore(), refused(lock),
+                                                     traced("setDefVlanMode():1042"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(ExportedFunctions, Locking, testing::ValuesIn(exportedFunctions()),
-                         nameOf);
-
-// Every function of the table stands in the library's list of exports and the other way round; that
-// list is compared with the library elsewhere.
-TEST(ExportedFunctions, AreEightyTwo) { EXPECT_EQ(exportedFunctions().size(), 82U); }
+INSTANTIATE_TEST_SUITE_P(ExportedFunctions, Locking, testing::ValuesIn(exportedOperations()),
+                         [](const auto& operation) { return operation.param.call.name; });
 
 class LockOfRuleCount : public EntityTest {};
 
 TEST_F(LockOfRuleCount, IsShared) {
     entity().getAclIdx();
-    EXPECT_THAT(journal(), ElementsAre("sharedLock", "~sharedLock"));
+    EXPECT_THAT(journal(), ElementsAreArray(sharing()));
 }
 
 TEST_F(LockOfRuleCount, RefusedIsMinusOneAsAnUnsignedValue) {

@@ -1,6 +1,8 @@
-// Host name and IPv4 domain.
+// Host name, and the domain of both families.
 
 #include "network/ResolverTest.h"
+
+#include <ostream>
 
 namespace {
 
@@ -12,241 +14,195 @@ using ResolverDomains = ResolverTest;
 
 // Host name.
 
-TEST_F(ResolverDomains, HostNameCannotBeSet) {
+TEST_F(ResolverDomains, HostNameCanNeitherBeSetNorRead) {
     EXPECT_EQ(networkSetHostname("board"), -1);
-    EXPECT_THAT(journal(), IsEmpty());
-}
-
-TEST_F(ResolverDomains, HostNameThatIsNullIsReported) {
-    EXPECT_EQ(networkSetHostname(nullptr), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            R"(syslog(3, "[networkBLE]: setHostname failed! One of input args is NULL. hostname: (nil)\n"))"));
-}
-
-TEST_F(ResolverDomains, HostNameCannotBeRead) {
     Buffer<100> buffer;
     EXPECT_EQ(networkGetHostname(buffer.text), -1);
     EXPECT_TRUE(buffer.isUntouched());
     EXPECT_THAT(journal(), IsEmpty());
 }
 
-TEST_F(ResolverDomains, HostNameBufferThatIsNullIsReported) {
+TEST_F(ResolverDomains, HostNameThatIsNullIsReported) {
+    EXPECT_EQ(networkSetHostname(nullptr), -1);
     EXPECT_EQ(networkGetHostname(nullptr), -1);
     EXPECT_THAT(
         journal(),
-        ElementsAre(
-            R"(syslog(3, "[networkBLE]: getHostname failed! One of input args is NULL. hostname: (nil)\n"))"));
+        ElementsAre(error("setHostname failed! One of input args is NULL. hostname: (nil)"),
+                    error("getHostname failed! One of input args is NULL. hostname: (nil)")));
 }
 
-// Domain.
+// Setting the domain.
 
-TEST_F(ResolverDomains, SettingTheDomainKeepsTheServers) {
-    EXPECT_EQ(networkSetDomainname("example.org"), 0);
+struct DomainSetter {
+    const ResolverFamily& family;
+    int (*set)(const char* domain);
+    const char* nullReported;
+    const char* unreadReported;
+    const char* failureReported;
+};
+
+void PrintTo(const DomainSetter& setter, std::ostream* out) { *out << setter.family.name; }
+
+const DomainSetter setters[] = {
+    {v4, networkSetDomainname, "setDomainname failed! One of input args is NULL. domainname: (nil)",
+     "setDomainname: varoGetDns has failed!",
+     "setDomainname: varoUpdateDns has failed! Return value: 6"},
+    {v6, networkSetIPv6Domainname,
+     "setIPv6Domainname failed! One of input args is NULL. domainname: (nil)",
+     "setIPv6Domainname: varoGetDns6 has failed!",
+     "setIPv6Domainname: varoUpdateDns6 has failed! Return value: 6"},
+};
+
+class DomainSetting : public ResolverTest, public testing::WithParamInterface<DomainSetter> {
+protected:
+    const ResolverFamily& family = GetParam().family;
+};
+
+INSTANTIATE_TEST_SUITE_P(, DomainSetting, testing::ValuesIn(setters),
+                         [](const auto& test) { return std::string(test.param.family.name); });
+
+TEST_P(DomainSetting, KeepsTheServers) {
+    EXPECT_EQ(GetParam().set("example.org"), 0);
+    EXPECT_THAT(journal(),
+                ElementsAreArray(exclusively(family.ownRead(),
+                                             family.written(family.withDomain("example.org")))));
+}
+
+TEST_P(DomainSetting, ReportsADomainThatIsNull) {
+    EXPECT_EQ(GetParam().set(nullptr), -1);
+    EXPECT_THAT(journal(), ElementsAreArray(exclusively(error(GetParam().nullReported))));
+}
+
+TEST_P(DomainSetting, WritesEvenIfTheRecordCannotBeRead) {
+    platform.fail(family.readCall, 5);
+    EXPECT_EQ(GetParam().set("example.org"), 0);
     EXPECT_THAT(
         journal(),
-        ElementsAre(
-            "exclusiveLock", readV4,
-            R"(varoUpdateDnsWS(2, {domain="example.org" pri=192.0.2.1 sec=192.0.2.2}) -> 0)",
-            "~exclusiveLock"));
+        ElementsAreArray(exclusively(
+            family.readFailed(), error(GetParam().unreadReported),
+            family.written(family.record("example.org", family.noServer, family.noServer)))));
 }
 
-TEST_F(ResolverDomains, DomainThatIsNullIsReported) {
-    EXPECT_EQ(networkSetDomainname(nullptr), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            "exclusiveLock",
-            R"(syslog(3, "[networkBLE]: setDomainname failed! One of input args is NULL. domainname: (nil)\n"))",
-            "~exclusiveLock"));
-}
-
-TEST_F(ResolverDomains, DomainIsWrittenEvenIfTheRecordCannotBeRead) {
-    platform.fail("varoGetDnsWS", 5);
-    EXPECT_EQ(networkSetDomainname("example.org"), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre("exclusiveLock", "varoGetDnsWS(2) -> 5",
-                    R"(syslog(3, "[networkBLE]: setDomainname: varoGetDns has failed!\n"))",
-                    R"(varoUpdateDnsWS(2, {domain="example.org" pri=0.0.0.0 sec=0.0.0.0}) -> 0)",
-                    "~exclusiveLock"));
-}
-
-TEST_F(ResolverDomains, DomainIsWrittenWithWhatAFailedReadLeft) {
-    varoLib_s_dns left{};
-    left.ip_pri = serverB;
-    platform.dnsLeftByFailure = left;
-    platform.fail("varoGetDnsWS", 5);
-    EXPECT_EQ(networkSetDomainname("example.org"), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre("exclusiveLock", "varoGetDnsWS(2) -> 5",
-                    R"(syslog(3, "[networkBLE]: setDomainname: varoGetDns has failed!\n"))",
-                    R"(varoUpdateDnsWS(2, {domain="example.org" pri=192.0.2.2 sec=0.0.0.0}) -> 0)",
-                    "~exclusiveLock"));
-}
-
-TEST_F(ResolverDomains, DomainThatCannotBeWrittenIsReported) {
-    platform.fail("varoUpdateDnsWS", 6);
-    EXPECT_EQ(networkSetDomainname("example.org"), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            "exclusiveLock", readV4,
-            R"(varoUpdateDnsWS(2, {domain="example.org" pri=192.0.2.1 sec=192.0.2.2}) -> 6)",
-            R"(syslog(3, "[networkBLE]: setDomainname: varoUpdateDns has failed! Return value: 6\n"))",
-            "~exclusiveLock"));
-}
-
-TEST_F(ResolverDomains, DomainIsWrittenToTheManagementConfigurationWhateverSourceTheReadReports) {
+TEST_P(DomainSetting, WritesToTheManagementConfigurationWhateverSourceTheReadReports) {
     platform.reportedSource = 1;
-    EXPECT_EQ(networkSetDomainname("example.org"), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            "exclusiveLock", readV4AsOfALease,
-            R"(varoUpdateDnsWS(2, {domain="example.org" pri=192.0.2.1 sec=192.0.2.2}) -> 0)",
-            "~exclusiveLock"));
-}
-
-TEST_F(ResolverDomains, LongDomainIsStoredCutTo255AndReadCutTo99) {
-    const std::string name = lettersOf(300);
-    const std::string stored = recordV4(name.substr(0, 255), "192.0.2.1", "192.0.2.2");
-    EXPECT_EQ(networkSetDomainname(name.c_str()), 0);
-    EXPECT_EQ(platform.dns[2].domain, name.substr(0, 255));
+    EXPECT_EQ(GetParam().set("example.org"), 0);
     EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(readV4, "varoUpdateDnsWS(2, " + stored + ") -> 0")));
-
-    Buffer<100> buffer;
-    EXPECT_EQ(networkGetDomainname(buffer.text), 0);
-    EXPECT_EQ(buffer.content(), name.substr(0, 99));
-    EXPECT_TRUE(buffer.isIntactBehind());
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetDnsWS(2) -> 0 2 " + stored)));
+                ElementsAreArray(exclusively(family.ownRead(1),
+                                             family.written(family.withDomain("example.org")))));
 }
 
-TEST_F(ResolverDomains, DomainOf255IsStoredWhole) {
-    const std::string name = lettersOf(255);
-    EXPECT_EQ(networkSetDomainname(name.c_str()), 0);
-    EXPECT_EQ(platform.dns[2].domain, name);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               readV4, "varoUpdateDnsWS(2, " +
-                                           recordV4(name, "192.0.2.1", "192.0.2.2") + ") -> 0")));
-}
-
-TEST_F(ResolverDomains, EmptyDomainClearsIt) {
-    EXPECT_EQ(networkSetDomainname(""), 0);
-    EXPECT_STREQ(platform.dns[2].domain, "");
-    EXPECT_EQ(platform.dns[2].ip_pri, serverA);
-    EXPECT_THAT(journal(),
-                ElementsAre("exclusiveLock", readV4,
-                            R"(varoUpdateDnsWS(2, {domain="" pri=192.0.2.1 sec=192.0.2.2}) -> 0)",
-                            "~exclusiveLock"));
-}
-
-TEST_F(ResolverDomains, DomainIsReadFromTheManagementConfiguration) {
-    Buffer<100> buffer;
-    EXPECT_EQ(networkGetDomainname(buffer.text), 0);
-    EXPECT_EQ(buffer.content(), "example.net");
-    EXPECT_EQ(buffer.text[99], '\0');
-    EXPECT_EQ(buffer.text[98], '#');
-    EXPECT_TRUE(buffer.isIntactBehind());
-    EXPECT_THAT(journal(), ElementsAre("sharedLock", readV4, "~sharedLock"));
-}
-
-TEST_F(ResolverDomains, DomainOf99IsReadWholeAndOneOf100Cut) {
-    for (const std::size_t length : {99, 100}) {
-        const std::string name = lettersOf(length);
-        put(platform.dns[2].domain, name);
-        Buffer<100> buffer;
-        EXPECT_EQ(networkGetDomainname(buffer.text), 0);
-        EXPECT_EQ(buffer.content(), name.substr(0, 99));
-        EXPECT_TRUE(buffer.isIntactBehind());
-        EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetDnsWS(2) -> 0 2 " +
-                                                        recordV4(name, "192.0.2.1", "192.0.2.2"))));
+TEST_P(DomainSetting, ReportsADomainThatCannotBeWritten) {
+    platform.fail(family.updateCall, 6);
+    for (const int reported : {1, 2}) {
+        platform.reportedSource = reported;
+        EXPECT_EQ(GetParam().set("example.org"), -1);
+        EXPECT_THAT(journal(), ElementsAreArray(
+                                   exclusively(family.ownRead(reported),
+                                               family.written(family.withDomain("example.org"), 6),
+                                               error(GetParam().failureReported))));
     }
 }
 
-TEST_F(ResolverDomains, DomainBufferThatIsNullIsReported) {
-    EXPECT_EQ(networkGetDomainname(nullptr), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            "sharedLock",
-            R"(syslog(3, "[networkBLE]: getDomainname failed! One of input args is NULL. domainname: (nil)\n"))",
-            "~sharedLock"));
-}
-
-TEST_F(ResolverDomains, DomainThatCannotBeReadIsReported) {
-    platform.fail("varoGetDnsWS", 5);
-    Buffer<100> buffer;
-    EXPECT_EQ(networkGetDomainname(buffer.text), -1);
-    EXPECT_TRUE(buffer.isUntouched());
-    EXPECT_THAT(journal(),
-                ElementsAre("sharedLock", "varoGetDnsWS(2) -> 5",
-                            R"(syslog(3, "[networkBLE]: getDomainname: varoGetDns has failed!\n"))",
-                            "~sharedLock"));
-}
-
-TEST_F(ResolverDomains, DomainWithSourceIsWhatVaroLibChooses) {
-    platform.sourceInForce = 1;
-    Buffer<100> buffer;
-    int source = 77;
-    EXPECT_EQ(networkGetDomainnameWS(&source, buffer.text), 0);
-    EXPECT_EQ(buffer.content(), "lease.example");
-    EXPECT_EQ(buffer.text[99], '\0');
-    EXPECT_TRUE(buffer.isIntactBehind());
-    EXPECT_EQ(source, 1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            "sharedLock",
-            R"(varoGetDnsWS(0) -> 0 1 {domain="lease.example" pri=198.51.100.1 sec=0.0.0.0})",
-            "~sharedLock"));
-}
-
-TEST_F(ResolverDomains, DomainWithSourceOf99IsReadWholeAndALongerOneCut) {
-    platform.sourceInForce = 1;
-    for (const std::size_t length : {99, 100, 255}) {
+TEST_P(DomainSetting, StoresUpTo255Characters) {
+    for (const std::size_t length : {0, 255, 300}) {
         const std::string name = lettersOf(length);
-        put(platform.dns[1].domain, name);
-        Buffer<100> buffer;
-        int source = 77;
-        EXPECT_EQ(networkGetDomainnameWS(&source, buffer.text), 0);
-        EXPECT_EQ(buffer.content(), name.substr(0, 99));
-        EXPECT_EQ(buffer.text[99], '\0');
-        EXPECT_TRUE(buffer.isIntactBehind());
-        EXPECT_EQ(source, 1);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sharing("varoGetDnsWS(0) -> 0 1 " +
-                                             recordV4(name, "198.51.100.1", "0.0.0.0"))));
+        const std::string before = family.withDomain(domain(family, 2));
+        EXPECT_EQ(GetParam().set(name.c_str()), 0);
+        EXPECT_EQ(domain(family, 2), name.substr(0, 255));
+        EXPECT_THAT(journal(), ElementsAreArray(exclusively(
+                                   family.read(2, 2, before),
+                                   family.written(family.withDomain(name.substr(0, 255))))));
     }
 }
 
-TEST_F(ResolverDomains, DomainWithSourceReportsANullBufferByTheOtherGettersText) {
-    int source = 77;
-    EXPECT_EQ(networkGetDomainnameWS(&source, nullptr), -1);
-    EXPECT_EQ(source, 77);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(
-            "sharedLock",
-            R"(syslog(3, "[networkBLE]: getDomainname failed! One of input args is NULL. domainname: (nil)\n"))",
-            "~sharedLock"));
-}
+// Reading the domain.
 
-TEST_F(ResolverDomains, DomainWithSourceThatCannotBeReadIsReported) {
-    platform.fail("varoGetDnsWS", 5);
+struct DomainGetter {
+    const char* name;
+    const ResolverFamily& family;
+    int (*get)(int* source, char* domain);
+    /// What it reads: its own, or what the configuration library chooses.
+    int asked;
+    const char* nullReported;
+    const char* unreadReported;
+};
+
+void PrintTo(const DomainGetter& getter, std::ostream* out) { *out << getter.name; }
+
+const DomainGetter getters[] = {
+    {"Ipv4", v4, [](int*, char* domain) { return networkGetDomainname(domain); }, 2,
+     "getDomainname failed! One of input args is NULL. domainname: (nil)",
+     "getDomainname: varoGetDns has failed!"},
+    // By the other getter's text.
+    {"Ipv4WithSource", v4, networkGetDomainnameWS, 0,
+     "getDomainname failed! One of input args is NULL. domainname: (nil)",
+     "getDomainnameWS: varoGetDnsWS has failed!"},
+    {"Ipv6", v6, networkGetIPv6Domainname, 0,
+     "getIPv6Domainname failed! One of input args is NULL. domainname: (nil)",
+     "getIPv6Domainname: varoGetDns6 has failed!"},
+};
+
+class DomainReading : public ResolverTest, public testing::WithParamInterface<DomainGetter> {
+protected:
+    const ResolverFamily& family = GetParam().family;
     Buffer<100> buffer;
     int source = 77;
-    EXPECT_EQ(networkGetDomainnameWS(&source, buffer.text), -1);
+};
+
+INSTANTIATE_TEST_SUITE_P(, DomainReading, testing::ValuesIn(getters),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+// A getter without a source leaves it alone.
+TEST_P(DomainReading, HandsOut99CharactersOfWhatItIsTo) {
+    for (const int inForce : {1, 2}) {
+        platform.sourceInForce = inForce;
+        const int taken = GetParam().asked == 0 ? inForce : 2;
+        const std::string stored = domain(family, taken);
+        for (const std::string& name :
+             {stored, std::string(), lettersOf(99), lettersOf(100), lettersOf(255)}) {
+            put(domain(family, taken), name);
+            buffer = {};
+            source = 77;
+            EXPECT_EQ(GetParam().get(&source, buffer.text), 0);
+            EXPECT_EQ(buffer.content(), name.substr(0, 99));
+            EXPECT_EQ(buffer.text[99], '\0');
+            if (name.size() < 98) {
+                EXPECT_EQ(buffer.text[98], '#');
+            }
+            EXPECT_TRUE(buffer.isIntactBehind());
+            EXPECT_EQ(source, GetParam().asked == 0 ? inForce : 77);
+            EXPECT_THAT(journal(),
+                        ElementsAreArray(sharing(family.read(
+                            GetParam().asked, taken,
+                            taken == 1 ? family.leased(name) : family.withDomain(name)))));
+        }
+    }
+}
+
+TEST_P(DomainReading, ReportsABufferThatIsNull) {
+    EXPECT_EQ(GetParam().get(&source, nullptr), -1);
+    EXPECT_EQ(source, 77);
+    EXPECT_THAT(journal(), ElementsAreArray(sharing(error(GetParam().nullReported))));
+}
+
+TEST_P(DomainReading, ReportsADomainThatCannotBeRead) {
+    platform.fail(family.readCall, 5);
+    EXPECT_EQ(GetParam().get(&source, buffer.text), -1);
     EXPECT_TRUE(buffer.isUntouched());
     EXPECT_EQ(source, 77);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre("sharedLock", "varoGetDnsWS(0) -> 5",
-                    R"(syslog(3, "[networkBLE]: getDomainnameWS: varoGetDnsWS has failed!\n"))",
-                    "~sharedLock"));
+    EXPECT_THAT(journal(), ElementsAreArray(sharing(family.readFailed(GetParam().asked),
+                                                    error(GetParam().unreadReported))));
+}
+
+// Nobody looks for it.
+class DomainReadingDeathTest : public ResolverTest {};
+
+TEST_F(DomainReadingDeathTest, WithoutAPlaceForTheSourceEndsTheProcess) {
+    Buffer<100> buffer;
+    EXPECT_DEATH(networkGetDomainnameWS(nullptr, buffer.text), "");
+    EXPECT_DEATH(networkGetIPv6Domainname(nullptr, buffer.text), "");
+    // Before it forks, the test framework writes out all streams.
+    EXPECT_THAT(journal(), testing::Each("fflush(all)"));
 }
 
 }  // namespace
