@@ -106,7 +106,7 @@ int Network::stop() {
         pollThread = 0;
     }
     rpcProxy.stop(false);
-    // Callers know this message by these words.
+    // "start" is part of the message.
     reportIf(!destroyNetworkAcl(), "[networkBLE]: start: destroyNetworkAcl has failed!\n");
     singleton<sysInfo>::instance().shelfIdChanged().unsubscribePost(shelfIdHandler(this));
     singleton<BLLManager>::instance().externalMessage().unsubscribePost(
@@ -142,13 +142,10 @@ void* Network::PollThread(void* self) {
 }
 
 int Network::Poll() {
-    if (pollStop) {
-        return 0;
-    }
-    do {
+    while (!pollStop) {
         pollOnce();
         sleep(pollPeriod);
-    } while (!pollStop);
+    }
     return 0;
 }
 

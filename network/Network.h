@@ -134,7 +134,7 @@ public:
     // ARP listing is not offered.
     virtual int getNextArp(int index, ArpInfo* info);
 
-    // Older web-server operations, not supported.
+    // Settings of the web server one by one, not supported: the set has a single switch.
     virtual int setHttpSPort(unsigned int port);
     virtual int setHttpSProto(SProtocol protocol);
     virtual int enableHttpSServer(bool on);
@@ -261,20 +261,13 @@ public:
     void onShelfIdVlanChange(const std::string& shelfId);
 
     /// Writes option 82 anew if it is on, by the given record or else by the one in force. The
-    /// caller holds the lock. The name is as callers know it.
+    /// caller holds the lock. The name's spelling is part of the interface.
     void dhcpCehckBeforeSetOption82(varoLib_s_dhcp* dhcp);
 
     /// Writes to the system log when the threshold is at least the level (syslog(3) priorities).
     void networkBleSyslog(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 private:
-    /// Writes to the system log at the level of failures if there is one to report, and says
-    /// whether.
-    bool reportIf(bool failure, const char* format, ...)
-        __attribute__((format(printf, 3, 4), visibility("hidden")));
-    __attribute__((visibility("hidden"))) void writeSyslog(int level, const char* format,
-                                                           std::va_list arguments);
-
     /// An event of the management address; handlers take an address in host byte order.
     using AddressEvent = Notification::Event<unsigned int>;
     using WebEvent = Notification::Event<>;
@@ -282,41 +275,13 @@ private:
     /// Start-up work at the end of construction.
     void networkBleInit();
 
-    // IPv4. Steps of the operations; the callers hold the lock.
+    // IPv4. The callers hold the lock.
     /// Fills an interface record for the management port; false when the registry does not know it.
     bool getIntf(unsigned int ipAddr, unsigned int netmask, varoLib_s_interface* interface);
     /// Cuts a mask to its leading run of ones, complemented on demand. Always true.
     bool correctNetmask(unsigned int* mask, bool negate);
     /// Position of the board in the shelf, 0 when it is not known.
     void getIpmiBoardPos(unsigned int* position);
-    int switchDhcp(bool on, const char* operation);
-    void detachAddress(unsigned int ipAddr, unsigned int netmask);
-    bool attachAddress(unsigned int ipAddr, unsigned int netmask);
-    void fillDhcp(NetworkInfo& info);
-    void fillAddress(NetworkInfo& info);
-
-    // Factory settings. Each group says whether all its calls succeeded.
-    template <class Record>
-    struct DefaultCall {
-        const char* name;
-        int (*call)(Record* record);
-    };
-    template <class Record>
-    struct DefaultSourceCall {
-        const char* name;
-        int (*call)(int source, Record* record);
-    };
-    bool isDefaultDone(const char* call, int status);
-    template <class Record>
-    bool defaultGroup(const DefaultCall<Record>& fill, const DefaultCall<Record>& update);
-    template <class Record>
-    bool defaultResolver(const DefaultSourceCall<Record>& fill,
-                         const DefaultSourceCall<Record>& update);
-    bool defaultTimeZone();
-    bool defaultTelnet();
-    bool defaultNtp();
-    int defaultAcs(bool& isDone);
-    void defaultWebServer(int statusOfGroupBefore);
 
     // Software inventory.
     /// Stores the first line, at most 99 characters, that a tool program or a pipeline prints; an
@@ -324,20 +289,6 @@ private:
     void parseSoftwareInfo(const std::string& command, int mode, char* out);
     /// Fills the component lists, once in the life of the process.
     void initVersComp();
-    int nextComponent(const std::vector<std::string>& lines, char* line, int* index);
-
-    /// How a changed time-zone record is written, and the call's name in messages.
-    struct TimeZoneUpdate {
-        int (*call)(varoLib_s_sntpTimeZone* zone);
-        const char* name;
-    };
-    /// Reads the time-zone record, changes it and writes it back.
-    template <class Change>
-    int changeTimeZone(const char* operation, const TimeZoneUpdate& update, Change change);
-
-    // Management VLAN. Steps of the move, under its lock.
-    bool ensureVlan(unsigned int vlanId);
-    bool moveManagementPort(unsigned int vlanId);
 
     // The remote-access list in the bridge. The callers hold the lock, or start or stop the entity.
     /// Creates the list and its catch-all; not bound to the port yet.
@@ -348,16 +299,46 @@ private:
     bool deassignNetworkAcl();
     /// Forgets the rules, without touching the bridge.
     void networkRAClear();
-    bool createUserRule(bool permit, unsigned int index, unsigned int& ruleId);
-    void rememberRule(unsigned int ruleId, unsigned int index);
-    int removeAllRules();
-    int removeRuleAt(unsigned int index);
-    bool removeFromBridge(unsigned int ruleId);
 
     /// Watches the management interface until the poll flag says stop.
     int Poll();
     static void* PollThread(void* self);
-    void pollOnce();
+
+    // What follows is not exported: steps that no more than one file of the library takes, and what
+    // all operations share.
+
+    [[gnu::visibility("hidden")]] void pollOnce();
+    [[gnu::visibility("hidden")]] int switchDhcp(bool on, const char* operation);
+    [[gnu::visibility("hidden")]] void detachAddress(unsigned int ipAddr, unsigned int netmask);
+    [[gnu::visibility("hidden")]] bool attachAddress(unsigned int ipAddr, unsigned int netmask);
+    [[gnu::visibility("hidden")]] void fillDhcp(NetworkInfo& info);
+    [[gnu::visibility("hidden")]] void fillAddress(NetworkInfo& info);
+    [[gnu::visibility("hidden")]] bool ensureVlan(unsigned int vlanId);
+    [[gnu::visibility("hidden")]] bool moveManagementPort(unsigned int vlanId);
+    [[gnu::visibility("hidden")]] bool createUserRule(bool permit, unsigned int index,
+                                                      unsigned int& ruleId);
+    [[gnu::visibility("hidden")]] void rememberRule(unsigned int ruleId, unsigned int index);
+    [[gnu::visibility("hidden")]] int removeAllRules();
+    [[gnu::visibility("hidden")]] int removeRuleAt(unsigned int index);
+    [[gnu::visibility("hidden")]] bool removeFromBridge(unsigned int ruleId);
+    /// Reads the time-zone record, changes it and writes it back.
+    template <class Update, class Change>
+    int changeTimeZone(const char* operation, const Update& update, Change change);
+    /// The groups of factory settings (defaults.cpp).
+    class [[gnu::visibility("hidden")]] FactorySettings;
+
+    /// Reports a failure, if there is one, to the system log. Whether there is.
+    [[gnu::visibility("hidden"), gnu::format(printf, 3, 4)]] bool reportIf(bool failure,
+                                                                           const char* format, ...);
+    /// The result of an operation whose last call returned the status: -1 if that is not 0, which
+    /// the second form reports.
+    static int resultOf(int status) { return status != 0 ? -1 : 0; }
+    [[gnu::visibility("hidden"), gnu::format(printf, 3, 4)]] int resultOf(int status,
+                                                                          const char* format, ...);
+    /// A pointer as "%p" takes it.
+    static const void* address(const void* pointer) { return pointer; }
+    [[gnu::visibility("hidden")]] void writeSyslog(int level, const char* format,
+                                                   std::va_list arguments);
 
     /// The one way into the configuration lock: runs the body under it, or reports the refusal.
     template <class Body>
@@ -376,7 +357,7 @@ private:
         }
         return body();
     }
-    int reportRefusedLock() const;
+    [[gnu::visibility("hidden")]] int reportRefusedLock() const;
 
 public:
     /// The address of "mng0" has changed, or is about to: handlers before the change get an address
@@ -405,7 +386,8 @@ private:
 
 public:
     /// Post-handlers are called once a cycle of 100 seconds while the web server set is on, on the
-    /// event thread and without a lock. To be changed only while it is off.
+    /// event thread and without a lock; that thread outlives the set by up to a cycle. A change of
+    /// the handlers holds from the next cycle on.
     WebEvent webEvent;
 
 private:

@@ -24,10 +24,14 @@ constexpr std::size_t timeTextSize = 30;
 /// Characters of the zone's name that getTimezoneInfo hands out, the terminator not counted.
 constexpr std::size_t nameLimit = 199;
 
-const void* address(const void* pointer) { return pointer; }
+/// How a changed time-zone record is written, and the call's name in messages.
+struct TimeZoneUpdate {
+    int (*call)(varoLib_s_sntpTimeZone* zone);
+    const char* name;
+};
 
-constexpr const char* wholeUpdateName = "varoUpdateSntpTimeZone";
-constexpr const char* nameUpdateName = "varoUpdateSntpTimeZoneAlt";
+constexpr TimeZoneUpdate wholeUpdate{varoUpdateSntpTimeZone, "varoUpdateSntpTimeZone"};
+constexpr TimeZoneUpdate nameUpdate{varoUpdateSntpTimeZoneAlt, "varoUpdateSntpTimeZoneAlt"};
 
 /// Months, weeks and days are kept in 16 bits.
 std::int16_t shortened(unsigned int value) { return static_cast<std::int16_t>(value); }
@@ -76,8 +80,8 @@ int Network::setTimezoneOffset(int offset) {
     });
 }
 
-template <class Change>
-int Network::changeTimeZone(const char* operation, const TimeZoneUpdate& update, Change change) {
+template <class Update, class Change>
+int Network::changeTimeZone(const char* operation, const Update& update, Change change) {
     varoLib_s_sntpTimeZone zone{};
     if (reportIf(varoGetSntpTimeZone(&zone) != 0,
                  "[networkBLE]: %s: varoGetSntpTimeZone has failed!\n", operation)) {
@@ -85,10 +89,8 @@ int Network::changeTimeZone(const char* operation, const TimeZoneUpdate& update,
     }
     change(zone);
     const int status = update.call(&zone);
-    return reportIf(status != 0, "[networkBLE]: %s: %s has failed! Return value: %d\n", operation,
-                    update.name, status)
-               ? -1
-               : 0;
+    return resultOf(status, "[networkBLE]: %s: %s has failed! Return value: %d\n", operation,
+                    update.name, status);
 }
 
 int Network::setTimezoneName(const char* name) {
@@ -98,31 +100,30 @@ int Network::setTimezoneName(const char* name) {
                      address(name))) {
             return -1;
         }
-        return changeTimeZone("setTimezoneName", {varoUpdateSntpTimeZoneAlt, nameUpdateName},
+        return changeTimeZone("setTimezoneName", nameUpdate,
                               [&](varoLib_s_sntpTimeZone& zone) { copyBounded(zone.name, name); });
     });
 }
 
 int Network::setSntpTimezone(int offset, const char* linuxName) {
     return withExclusiveLock([&] {
-        if (reportIf(linuxName == nullptr,
-                     "[networkBLE]: setSntpTimezone failed! One of input args is NULL. linuxName: "
-                     "%p\n",
-                     address(linuxName))) {
+        if (reportIf(
+                linuxName == nullptr,
+                "[networkBLE]: setSntpTimezone failed! One of input args is NULL. linuxName: %p\n",
+                address(linuxName))) {
             return -1;
         }
-        return changeTimeZone("setSntpTimezone", {varoUpdateSntpTimeZone, wholeUpdateName},
-                              [&](varoLib_s_sntpTimeZone& zone) {
-                                  zone.offset = offset;
-                                  copyBounded(zone.name, linuxName);
-                              });
+        return changeTimeZone("setSntpTimezone", wholeUpdate, [&](varoLib_s_sntpTimeZone& zone) {
+            zone.offset = offset;
+            copyBounded(zone.name, linuxName);
+        });
     });
 }
 
 int Network::setSntpTimezoneDstStart(unsigned int month, unsigned int week, unsigned int dayInWeek,
                                      int time) {
     return withExclusiveLock([&] {
-        return changeTimeZone("setSntpTimezoneDstStart", {varoUpdateSntpTimeZone, wholeUpdateName},
+        return changeTimeZone("setSntpTimezoneDstStart", wholeUpdate,
                               [&](varoLib_s_sntpTimeZone& zone) {
                                   zone.dstSMonth = shortened(month);
                                   zone.dstSWeek = shortened(week);
@@ -135,7 +136,7 @@ int Network::setSntpTimezoneDstStart(unsigned int month, unsigned int week, unsi
 int Network::setSntpTimezoneDstEnd(unsigned int month, unsigned int week, unsigned int dayInWeek,
                                    int time) {
     return withExclusiveLock([&] {
-        return changeTimeZone("setSntpTimezoneDstEnd", {varoUpdateSntpTimeZone, wholeUpdateName},
+        return changeTimeZone("setSntpTimezoneDstEnd", wholeUpdate,
                               [&](varoLib_s_sntpTimeZone& zone) {
                                   zone.dstEMonth = shortened(month);
                                   zone.dstEWeek = shortened(week);
@@ -147,17 +148,17 @@ int Network::setSntpTimezoneDstEnd(unsigned int month, unsigned int week, unsign
 
 int Network::setSntpTimezoneDstOffset(int dstOffset) {
     return withExclusiveLock([&] {
-        return changeTimeZone("setSntpTimezoneDstOffset", {varoUpdateSntpTimeZone, wholeUpdateName},
+        return changeTimeZone("setSntpTimezoneDstOffset", wholeUpdate,
                               [&](varoLib_s_sntpTimeZone& zone) { zone.dstOffset = dstOffset; });
     });
 }
 
 int Network::getTimezoneInfo(int* offset, char* name) {
     return withSharedLock([&] {
-        if (reportIf(offset == nullptr || name == nullptr,
-                     "[networkBLE]: getTimezoneInfo failed! One of input args is NULL. offset: %p, "
-                     "name: %p\n",
-                     address(offset), address(name))) {
+        if (reportIf(
+                offset == nullptr || name == nullptr,
+                "[networkBLE]: getTimezoneInfo failed! One of input args is NULL. offset: %p, name: %p\n",
+                address(offset), address(name))) {
             return -1;
         }
         varoLib_s_sntpTimeZone zone{};
@@ -190,13 +191,12 @@ int Network::getSntpTimezoneInfo(rpcNetworkSntpTimezone* info) {
         info->dstEDayInWeek = zone.dstEDayInWeek;
         info->dstETime = zone.dstETime;
         info->preset = zone.preset;
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: getSntpTimezoneInfo: name=%s, offset=%d, dstOffset=%d, "
-                         "dstSMonth=%d, dstSWeek=%d, dstSDayInWeek=%d, dstSTime=%d, dstEMonth=%d, "
-                         "dstEWeek=%d, dstEDayInWeek=%d, dstETime=%d, preset=%d\n",
-                         info->name, info->offset, info->dstOffset, info->dstSMonth, info->dstSWeek,
-                         info->dstSDayInWeek, info->dstSTime, info->dstEMonth, info->dstEWeek,
-                         info->dstEDayInWeek, info->dstETime, info->preset);
+        networkBleSyslog(
+            LOG_DEBUG,
+            "[networkBLE]: getSntpTimezoneInfo: name=%s, offset=%d, dstOffset=%d, dstSMonth=%d, dstSWeek=%d, dstSDayInWeek=%d, dstSTime=%d, dstEMonth=%d, dstEWeek=%d, dstEDayInWeek=%d, dstETime=%d, preset=%d\n",
+            info->name, info->offset, info->dstOffset, info->dstSMonth, info->dstSWeek,
+            info->dstSDayInWeek, info->dstSTime, info->dstEMonth, info->dstEWeek,
+            info->dstEDayInWeek, info->dstETime, info->preset);
         return 0;
     });
 }

@@ -5,7 +5,8 @@
 #include "framework/BLLManager.h"
 #include "framework/CliConfig.h"
 #include "network/Network.h"
-#include "platform/features.h"
+#include "network/cordProfile.h"
+#include "network/sources.h"
 #include "varo/varoLib.h"
 
 #include <syslog.h>
@@ -15,12 +16,6 @@
 namespace {
 
 constexpr const char* operation = "applyDefaultSettings";
-
-/// The profile in which telnet and the auto-configuration client are off.
-constexpr int cordProfile = 12;
-
-constexpr int cliSource = 2;
-constexpr int dhcpSource = 1;
 
 bool isClearConfigInProgress() {
     return singleton<CliConfig>::instance().isClearConfigInProgress();
@@ -40,134 +35,159 @@ varoLib_s_sntpTimeZone factoryTimeZone() {
     return zone;
 }
 
+/// A call that fills or writes a record, and its name in messages. Where settings have sources it
+/// is told one.
+template <class Record, class... Source>
+struct Call {
+    const char* name;
+    int (*call)(Source... source, Record* record);
+};
+
 }  // namespace
+
+/// Writes group after group; any failure shows in `isDone`.
+class Network::FactorySettings {
+public:
+    explicit FactorySettings(Network& entity) : network(entity) {}
+
+    void write();
+
+    bool isDone = true;
+
+private:
+    Network& network;
+
+    /// Reports a call that failed. Whether it succeeded.
+    bool check(const char* call, int status) {
+        const bool hasFailed =
+            network.reportIf(status != 0, "[networkBLE]: %s: %s has failed! Return value: %d\n",
+                             operation, call, status);
+        isDone &= !hasFailed;
+        return !hasFailed;
+    }
+
+    template <class Record>
+    void group(const Call<Record>& fill, const Call<Record>& update) {
+        Record record{};
+        if (check(fill.name, fill.call(&record))) {
+            check(update.name, update.call(&record));
+        }
+    }
+
+    /// Both sources get the factory values; the second is written even if the first cannot be.
+    template <class Record>
+    void resolver(const Call<Record, int>& fill, const Call<Record, int>& update) {
+        Record record{};
+        if (check(fill.name, fill.call(cliSource, &record))) {
+            check(update.name, update.call(cliSource, &record));
+            check(update.name, update.call(dhcpSource, &record));
+        }
+    }
+
+    void timeZone();
+    void telnet();
+    void ntp();
+    int acs();
+    void webServer(int statusOfGroupBefore);
+};
 
 int Network::applyDefaultSettings() {
     networkBleSyslog(LOG_DEBUG, "[networkBLE]: %s: Inside function\n", operation);
-    bool isDone = true;
-    isDone &= defaultTimeZone();
-    isDone &= defaultTelnet();
-    isDone &= defaultGroup<varoLib_s_sshSrv>({"varoDefSshSrv", varoDefSshSrv},
-                                             {"varoUpdateSshSrv", varoUpdateSshSrv});
-    isDone &= defaultGroup<varoLib_s_ftpSrv>({"varoDefFtpSrv", varoDefFtpSrv},
-                                             {"varoUpdateFtpSrv", varoUpdateFtpSrv});
-    isDone &= defaultGroup<varoLib_s_subag>({"varoDefSubag", varoDefSubag},
-                                            {"varoUpdateSubag", varoUpdateSubag});
-    isDone &=
-        defaultGroup<varoLib_s_snmpCommunity>({"varoDefSnmpCommunity", varoDefSnmpCommunity},
-                                              {"varoUpdateSnmpCommunity", varoUpdateSnmpCommunity});
-    isDone &= defaultGroup<varoLib_s_snmpSystem>({"varoDefSnmpSystem", varoDefSnmpSystem},
-                                                 {"varoUpdateSnmpSystem", varoUpdateSnmpSystem});
-    isDone &= defaultNtp();
-    if (isClearConfigInProgress()) {
-        networkRAClear();
-    } else {
-        isDone &= defaultResolver<varoLib_s_dns>({"varoDefDnsWS", varoDefDnsWS},
-                                                 {"varoUpdateDnsWS", varoUpdateDnsWS});
-        isDone &= defaultResolver<varoLib_s_dns6>({"varoDefDns6", varoDefDns6},
-                                                  {"varoUpdateDns6", varoUpdateDns6});
-        const int lastAcsStatus = defaultAcs(isDone);
-        defaultWebServer(lastAcsStatus);
-    }
+    FactorySettings settings(*this);
+    settings.write();
     initVersComp();
-    return isDone ? 1 : 0;
+    return settings.isDone ? 1 : 0;
 }
 
-/// Reports a call of the library that failed. Whether it succeeded.
-bool Network::isDefaultDone(const char* call, int status) {
-    return !reportIf(status != 0, "[networkBLE]: %s: %s has failed! Return value: %d\n", operation,
-                     call, status);
-}
-
-template <class Record>
-bool Network::defaultGroup(const DefaultCall<Record>& fill, const DefaultCall<Record>& update) {
-    Record record{};
-    return isDefaultDone(fill.name, fill.call(&record)) &&
-           isDefaultDone(update.name, update.call(&record));
-}
-
-/// Both sources get the factory values; the second is written even if the first cannot be.
-template <class Record>
-bool Network::defaultResolver(const DefaultSourceCall<Record>& fill,
-                              const DefaultSourceCall<Record>& update) {
-    Record record{};
-    if (!isDefaultDone(fill.name, fill.call(cliSource, &record))) {
-        return false;
+void Network::FactorySettings::write() {
+    timeZone();
+    telnet();
+    group<varoLib_s_sshSrv>({"varoDefSshSrv", varoDefSshSrv},
+                            {"varoUpdateSshSrv", varoUpdateSshSrv});
+    group<varoLib_s_ftpSrv>({"varoDefFtpSrv", varoDefFtpSrv},
+                            {"varoUpdateFtpSrv", varoUpdateFtpSrv});
+    group<varoLib_s_subag>({"varoDefSubag", varoDefSubag}, {"varoUpdateSubag", varoUpdateSubag});
+    group<varoLib_s_snmpCommunity>({"varoDefSnmpCommunity", varoDefSnmpCommunity},
+                                   {"varoUpdateSnmpCommunity", varoUpdateSnmpCommunity});
+    group<varoLib_s_snmpSystem>({"varoDefSnmpSystem", varoDefSnmpSystem},
+                                {"varoUpdateSnmpSystem", varoUpdateSnmpSystem});
+    ntp();
+    if (isClearConfigInProgress()) {
+        network.networkRAClear();
+        return;
     }
-    const bool isCliDone = isDefaultDone(update.name, update.call(cliSource, &record));
-    const bool isDhcpDone = isDefaultDone(update.name, update.call(dhcpSource, &record));
-    return isCliDone && isDhcpDone;
+    resolver<varoLib_s_dns>({"varoDefDnsWS", varoDefDnsWS}, {"varoUpdateDnsWS", varoUpdateDnsWS});
+    resolver<varoLib_s_dns6>({"varoDefDns6", varoDefDns6}, {"varoUpdateDns6", varoUpdateDns6});
+    webServer(acs());
 }
 
-bool Network::defaultTimeZone() {
+void Network::FactorySettings::timeZone() {
     varoLib_s_sntpTimeZone zone = factoryTimeZone();
-    return isDefaultDone("varoUpdateSntpTimeZone", varoUpdateSntpTimeZone(&zone));
+    check("varoUpdateSntpTimeZone", varoUpdateSntpTimeZone(&zone));
 }
 
-bool Network::defaultTelnet() {
+void Network::FactorySettings::telnet() {
     varoLib_s_telnetSrv server{};
-    if (!isDefaultDone("varoDefTelnetSrv", varoDefTelnetSrv(&server))) {
-        return false;
+    if (!check("varoDefTelnetSrv", varoDefTelnetSrv(&server))) {
+        return;
     }
-    if (isActive(cordProfile)) {
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: %s: default telnet state set to false for CORD : %d\n",
-                         operation, 0);
+    if (isCordProfile()) {
+        network.networkBleSyslog(
+            LOG_DEBUG, "[networkBLE]: %s: default telnet state set to false for CORD : %d\n",
+            operation, 0);
         server.enabled = 0;
     }
-    return isDefaultDone("varoUpdateTelnetSrv", varoUpdateTelnetSrv(&server));
+    check("varoUpdateTelnetSrv", varoUpdateTelnetSrv(&server));
 }
 
-bool Network::defaultNtp() {
+void Network::FactorySettings::ntp() {
     rpcSntpConfigHost config{};
-    if (!isDefaultDone("varoDefNtpHost", varoDefNtpHost(cliSource, &config))) {
-        return false;
+    if (!check("varoDefNtpHost", varoDefNtpHost(cliSource, &config))) {
+        return;
     }
     int status = varoUpdateNtpHost(cliSource, &config);
-    bool isDone = !reportIf(
+    isDone &= !network.reportIf(
         status != 0,
         "[networkBLE]: %s: varoUpdateNtpHost for source CLI has failed! Return value: %d\n",
         operation, status);
     if (!isClearConfigInProgress()) {
         status = varoUpdateNtpHost(dhcpSource, &config);
-        // Operators know this message by these words.
-        isDone &= !reportIf(
+        // Spelling and blank are those of the message.
+        isDone &= !network.reportIf(
             status != 0,
             "[networkBLE]: %s: varoUpdateNtpHost for surce DHCPhas failed! Return value: %d\n",
             operation, status);
     }
-    return isDone;
 }
 
 /// Returns the status of the last call.
-int Network::defaultAcs(bool& isDone) {
+int Network::FactorySettings::acs() {
     varoLib_s_acs acs{};
     acs.source = cliSource;
     int status = varoDefAcs(&acs, cliSource);
-    if (!isDefaultDone("varoDefAcs", status)) {
-        isDone = false;
+    if (!check("varoDefAcs", status)) {
         return status;
     }
-    if (isActive(cordProfile)) {
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: %s: default acs client state set to false for CORD : %d\n",
-                         operation, 0);
+    if (isCordProfile()) {
+        network.networkBleSyslog(
+            LOG_DEBUG, "[networkBLE]: %s: default acs client state set to false for CORD : %d\n",
+            operation, 0);
         acs.enabled = 0;
     }
     for (const int source : {cliSource, dhcpSource}) {
         acs.source = source;
         status = varoUpdateAcs(&acs, source);
-        isDone &= isDefaultDone("varoUpdateAcs", status);
+        check("varoUpdateAcs", status);
     }
     return status;
 }
 
 /// A failure is reported by the status of the group before, and does not count.
-void Network::defaultWebServer(int statusOfGroupBefore) {
+void Network::FactorySettings::webServer(int statusOfGroupBefore) {
     constexpr bool on = true;
     if (singleton<BLLManager>::instance().isFeatureSupported("httpserver")) {
-        reportIf(networkHttpServerSet(on) != 0,
-                 "[networkBLE]: %s: networkHttpServerSet %d has failed! Return value: %d\n",
-                 operation, on, statusOfGroupBefore);
+        network.reportIf(network.networkHttpServerSet(on) != 0,
+                         "[networkBLE]: %s: networkHttpServerSet %d has failed! Return value: %d\n",
+                         operation, on, statusOfGroupBefore);
     }
 }

@@ -3,6 +3,7 @@
 
 #include "framework/sysInfo.h"
 #include "network/Network.h"
+#include "network/dhcpRecord.h"
 #include "varo/varoLib.h"
 
 #include <syslog.h>
@@ -10,25 +11,9 @@
 #include <cstdio>
 #include <string>
 
-namespace {
-
-/// Selects what an update of the DHCP client's record is about.
-constexpr std::uint32_t dhcpUpdate = 2;
-
-/// The record as it stands, to be changed and written back. A record that cannot be read is
-/// written nevertheless.
-varoLib_s_dhcp readForUpdate() {
-    varoLib_s_dhcp dhcp{};
-    varoGetDhcp(&dhcp);
-    dhcp.updateSelector = dhcpUpdate;
-    return dhcp;
-}
-
-}  // namespace
-
 int Network::setVendor(bool dhcp, bool vendor) {
     return withExclusiveLock([&] {
-        varoLib_s_dhcp record = readForUpdate();
+        varoLib_s_dhcp record = readDhcpForUpdate(varoGetDhcp);
         // The vendor class may switch the client on, and never off.
         if (dhcp && vendor) {
             record.dhcpEnabled = 1;
@@ -36,13 +21,13 @@ int Network::setVendor(bool dhcp, bool vendor) {
         record.vendorClassEnabled = vendor ? 1 : 0;
         const int status = varoUpdateDhcp(&record);
         networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVendor: return value: %d\n", status);
-        return status != 0 ? -1 : 0;
+        return resultOf(status);
     });
 }
 
 int Network::setOption82(bool, bool option82) {
     return withExclusiveLock([&] {
-        varoLib_s_dhcp record = readForUpdate();
+        varoLib_s_dhcp record = readDhcpForUpdate(varoGetDhcp);
         // Switched off, the record keeps its circuit id.
         if (option82) {
             singleton<Network>::instance().setCircuitId(&record);
@@ -50,7 +35,7 @@ int Network::setOption82(bool, bool option82) {
         record.option82Enabled = option82 ? 1 : 0;
         const int status = varoUpdateDhcp(&record);
         networkBleSyslog(LOG_DEBUG, "[networkBLE]: setOption82: return value: %d\n", status);
-        return status != 0 ? -1 : 0;
+        return resultOf(status);
     });
 }
 

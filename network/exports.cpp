@@ -12,8 +12,8 @@ namespace {
 
 Network& network() { return singleton<Network>::instance(); }
 
-/// A null text raises the error of string construction, in the words that callers have known it by:
-/// the standard library's own have changed between its versions.
+/// A null text raises the error of string construction, in fixed words: the standard library's own
+/// differ between its versions.
 std::string toString(const char* text) {
     if (text == nullptr) {
         throw std::logic_error("basic_string::_M_construct null not valid");

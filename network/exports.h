@@ -29,7 +29,7 @@ int networkGetNetworkInfo(rpcNetworkInfo* out);
 int networkSetGateway(unsigned int gateway);
 int networkGetGateway(unsigned int* gateway);
 
-/// Older web-server operations, not supported: always -1.
+/// Settings of the web server one by one, not supported: always -1.
 int networkSetHttpSPort(unsigned int port);
 int networkSetHttpSProto(Network::SProtocol protocol);
 int networkHttpSServerEnable(bool on);
@@ -63,10 +63,10 @@ int networkDeleteDnsServers();
 int networkDeleteIPv6DnsServers();
 int networkGetDnsServers(unsigned int* primary, unsigned int* secondary);
 int networkGetDnsServersWS(int* dnsSource, unsigned int* primary, unsigned int* secondary);
+int networkGetIPv6DnsServers(int* dnsSource, char* primary, char* secondary);
 
 /// DHCP client.
 int networkSetProtocol(int dhcp);
-int networkGetIPv6DnsServers(int* dnsSource, char* primary, char* secondary);
 
 /// DHCPv6 client.
 int networkGetIPv6Proto(bool* state);

@@ -7,6 +7,7 @@
 #include "platform/sysConfig.h"
 
 #include <sys/stat.h>
+#include <syslog.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -204,6 +205,23 @@ std::vector<std::string> platformComponents() {
     return components;
 }
 
+/// Hands out the line at the index, and counts the index up. The end of a list is no failure: it is
+/// told by the index, which is then -1.
+int nextLine(const std::vector<std::string>& lines, std::mutex& guard, char* line, int* index) {
+    if (line == nullptr) {
+        *index = -1;
+        return -1;
+    }
+    const std::lock_guard locked(guard);
+    if (*index < 0 || static_cast<std::size_t>(*index) >= lines.size()) {
+        *index = -1;
+        return 0;
+    }
+    copyBounded(line, lines[static_cast<std::size_t>(*index)].c_str(), textLimit);
+    ++*index;
+    return 0;
+}
+
 }  // namespace
 
 void Network::parseSoftwareInfo(const std::string& command, int mode, char* out) {
@@ -227,8 +245,9 @@ void Network::parseSoftwareInfo(const std::string& command, int mode, char* out)
         out[textLimit] = '\0';
         removeLineEnd(out);
     } else {
-        reportIf(true, "[networkBLE]: parseSoftwareInfo failed! File (%s) can't be open\n",
-                 versionFile);
+        networkBleSyslog(LOG_ERR,
+                         "[networkBLE]: parseSoftwareInfo failed! File (%s) can't be open\n",
+                         versionFile);
     }
     run(std::string("rm ") + versionFile);
 }
@@ -268,7 +287,7 @@ int Network::getSWData(char* product, char* buildDirectory, char* buildTime, cha
 
         if (!reportIf(fileSystem == nullptr,
                       "[networkBLE]: getSWData failed! One of input args is NULL. fileSystem: %p\n",
-                      static_cast<void*>(fileSystem))) {
+                      address(fileSystem))) {
             readFileSystemVersion(fileSystem);
         }
         fillEmpty(fileSystem);
@@ -289,7 +308,7 @@ int Network::getPackageData(char* name, char* version) {
         fillEmpty(version);
         if (!reportIf(name == nullptr,
                       "[networkBLE]: getPackageData failed! One of input args is NULL. name: %p\n",
-                      static_cast<void*>(name))) {
+                      address(name))) {
             copyBounded(name, "VANTORIX MSAN", textLimit);
         }
         return 0;
@@ -297,27 +316,11 @@ int Network::getPackageData(char* name, char* version) {
 }
 
 int Network::getVerisonLineApl(char* line, int* index) {
-    return withSharedLock([&] { return nextComponent(applicationLines, line, index); });
+    return withSharedLock([&] { return nextLine(applicationLines, componentsGuard, line, index); });
 }
 
 int Network::getVerisonLinePlat(char* line, int* index) {
-    return withSharedLock([&] { return nextComponent(platformLines, line, index); });
-}
-
-/// The end of a list is no failure: it is told by the index.
-int Network::nextComponent(const std::vector<std::string>& lines, char* line, int* index) {
-    if (line == nullptr) {
-        *index = -1;
-        return -1;
-    }
-    const std::lock_guard guard(componentsGuard);
-    if (*index < 0 || static_cast<std::size_t>(*index) >= lines.size()) {
-        *index = -1;
-        return 0;
-    }
-    copyBounded(line, lines[static_cast<std::size_t>(*index)].c_str(), textLimit);
-    ++*index;
-    return 0;
+    return withSharedLock([&] { return nextLine(platformLines, componentsGuard, line, index); });
 }
 
 void Network::initVersComp() {

@@ -3,6 +3,7 @@
 // transaction: a failure leaves in place what was done before it.
 
 #include "network/Network.h"
+#include "network/dhcpRecord.h"
 #include "platform/interfaces.h"
 #include "platform/vlan.h"
 #include "varo/varoLib.h"
@@ -13,9 +14,6 @@
 #include <cstring>
 
 namespace {
-
-/// Selects what an update of the DHCP client's record is about.
-constexpr std::uint32_t dhcpUpdate = 2;
 
 /// The auto-configuration client (SIGUSR1) is told of every new address.
 constexpr int acsAddressSignal = 10;
@@ -67,9 +65,7 @@ int Network::setProtocol(bool dhcp) {
 }
 
 int Network::switchDhcp(bool on, const char* operation) {
-    varoLib_s_dhcp dhcp{};
-    varoGetDhcp(&dhcp);
-    dhcp.updateSelector = dhcpUpdate;
+    varoLib_s_dhcp dhcp = readDhcpForUpdate(varoGetDhcp);
     dhcp.dhcpEnabled = on ? 1 : 0;
     const int updated = varoUpdateDhcp(&dhcp);
     networkBleSyslog(LOG_DEBUG, "[networkBLE]: %s: return value for varoUpdateDhcp: %d\n",
@@ -79,10 +75,9 @@ int Network::switchDhcp(bool on, const char* operation) {
     }
     const int retreated = varoDhcpRetreatAlrServNotResponding();
     networkBleSyslog(LOG_DEBUG,
-                     "[networkBLE]: %s: return value for varoDhcpRetreatAlrServNotResponding: "
-                     "%d\n",
+                     "[networkBLE]: %s: return value for varoDhcpRetreatAlrServNotResponding: %d\n",
                      operation, retreated);
-    return retreated != 0 ? -1 : 0;
+    return resultOf(retreated);
 }
 
 void Network::detachAddress(unsigned int ipAddr, unsigned int netmask) {
@@ -117,9 +112,8 @@ int Network::setGateway(unsigned int gateway) {
         if (current != 0) {
             varoLib_s_route old = defaultRoute(current);
             if (varoDeleteRoute(&old) != 0) {
-                networkBleSyslog(LOG_DEBUG,
-                                 "[networkBLE]: setGateway: unable to delete old default "
-                                 "gateway\n");
+                networkBleSyslog(
+                    LOG_DEBUG, "[networkBLE]: setGateway: unable to delete old default gateway\n");
                 return -1;
             }
         }
@@ -141,7 +135,7 @@ int Network::getGateway(unsigned int* gateway) {
     return withSharedLock([&] {
         if (reportIf(gateway == nullptr,
                      "[networkBLE]: getGateway failed! One of input args is NULL. gw: %p\n",
-                     static_cast<void*>(gateway))) {
+                     address(gateway))) {
             return -1;
         }
         *gateway = 0;
@@ -157,7 +151,7 @@ int Network::getNetworkInfo(NetworkInfo* info) {
     return withSharedLock([&] {
         if (reportIf(info == nullptr,
                      "[networkBLE]: getNetworkInfo failed! One of input args is NULL. info: %p\n",
-                     static_cast<void*>(info))) {
+                     address(info))) {
             return -1;
         }
         *info = {};
@@ -178,10 +172,10 @@ int Network::getNetworkInfo(NetworkInfo* info) {
 void Network::fillDhcp(NetworkInfo& info) {
     varoLib_s_dhcp dhcp{};
     const int status = varoGetDhcp(&dhcp);
-    if (reportIf(status != 0,
-                 "[networkBLE]: getNetworkInfo: varoGetDhcp has failed: rv=%d, DHCP default value "
-                 "is ON\n",
-                 status)) {
+    if (reportIf(
+            status != 0,
+            "[networkBLE]: getNetworkInfo: varoGetDhcp has failed: rv=%d, DHCP default value is ON\n",
+            status)) {
         info.dhcpEnabled = 1;
         return;
     }
@@ -197,10 +191,10 @@ void Network::fillAddress(NetworkInfo& info) {
     }
     networkBleSyslog(LOG_DEBUG, "[networkBLE]: getNetworkInfo: portID: %d.\n", portId);
     varoLib_s_interface interface{};
-    if (reportIf(interfaceLinuxnameGet(portId, portNameSize, interface.name) != 0,
-                 "[networkBLE]: getNetworkInfo: function interfaceLinuxnameGet has failed!portID: "
-                 "%d.\n",
-                 portId)) {
+    if (reportIf(
+            interfaceLinuxnameGet(portId, portNameSize, interface.name) != 0,
+            "[networkBLE]: getNetworkInfo: function interfaceLinuxnameGet has failed!portID: %d.\n",
+            portId)) {
         return;
     }
     unsigned char mac[sizeof info.macAddr] = {};
@@ -216,7 +210,7 @@ void Network::fillAddress(NetworkInfo& info) {
 bool Network::getIntf(unsigned int ipAddr, unsigned int netmask, varoLib_s_interface* interface) {
     if (reportIf(interface == nullptr,
                  "[networkBLE]: getIntf failed! One of input args is NULL. intf: %p\n",
-                 static_cast<void*>(interface))) {
+                 address(interface))) {
         return false;
     }
     *interface = {};

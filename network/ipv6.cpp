@@ -3,6 +3,7 @@
 
 #include "network/Network.h"
 #include "network/boundedCopy.h"
+#include "network/dhcpRecord.h"
 #include "varo/varoLib.h"
 
 #include <syslog.h>
@@ -11,14 +12,9 @@
 
 namespace {
 
-/// Selects what an update of the DHCPv6 client's record is about.
-constexpr std::uint32_t dhcpUpdate = 2;
-
 /// Characters that getIpv6Addr hands out, the terminator not counted.
 constexpr std::size_t listLimit = 1999;
 constexpr std::size_t gatewayLimit = 99;
-
-const void* address(const void* pointer) { return pointer; }
 
 }  // namespace
 
@@ -33,11 +29,9 @@ int Network::setIpv6Addr(char* ipv6Addr, unsigned int prefixLength) {
         copyBounded(ipv6.ipv6Addr, ipv6Addr);
         ipv6.prefixLen = prefixLength;
         const int status = varoSetIpv6Addr(&ipv6);
-        return reportIf(status != 0,
+        return resultOf(status,
                         "[networkBLE]: setIpv6Addr: varoSetIpv6Addr has failed! Return value: %d\n",
-                        status)
-                   ? -1
-                   : 0;
+                        status);
     });
 }
 
@@ -51,37 +45,29 @@ int Network::setIpv6Gw(char* gateway) {
         varoLib_s_ipv6 ipv6{};
         copyBounded(ipv6.ipv6Gw, gateway);
         const int status = varoSetIpv6Gw(&ipv6);
-        // Callers know this message by its doubled word.
-        return reportIf(status != 0,
-                        "[networkBLE]: setIpv6ipv6Gw: varoSetIpv6ipv6Gw has failed! Return value: "
-                        "%d\n",
-                        status)
-                   ? -1
-                   : 0;
+        // The doubled word is part of the message.
+        return resultOf(
+            status, "[networkBLE]: setIpv6ipv6Gw: varoSetIpv6ipv6Gw has failed! Return value: %d\n",
+            status);
     });
 }
 
 int Network::removeIpv6Addr() {
     return withExclusiveLock([&] {
         const int status = varoRemoveIpv6Addr();
-        return reportIf(status != 0,
-                        "[networkBLE]: removeIpv6Addr: varoRemoveIpv6Addr has failed! Return "
-                        "value: %d\n",
-                        status)
-                   ? -1
-                   : 0;
+        return resultOf(
+            status,
+            "[networkBLE]: removeIpv6Addr: varoRemoveIpv6Addr has failed! Return value: %d\n",
+            status);
     });
 }
 
 int Network::removeIpv6Gw() {
     return withExclusiveLock([&] {
         const int status = varoRemoveIpv6Gw();
-        return reportIf(
-                   status != 0,
-                   "[networkBLE]: removeIpv6Gw: varoRemoveIpv6Gw has failed! Return value: %d\n",
-                   status)
-                   ? -1
-                   : 0;
+        return resultOf(
+            status, "[networkBLE]: removeIpv6Gw: varoRemoveIpv6Gw has failed! Return value: %d\n",
+            status);
     });
 }
 
@@ -100,10 +86,10 @@ int Network::getIpv6Addr(char* addresses, char* gateway) {
 
 int Network::getNetworkInfoIpv6(NetworkInfoIpv6* info) {
     return withSharedLock([&] {
-        if (reportIf(info == nullptr,
-                     "[networkBLE]: getNetworkInfoIpv6 failed! One of input args is NULL. info: "
-                     "%p\n",
-                     address(info))) {
+        if (reportIf(
+                info == nullptr,
+                "[networkBLE]: getNetworkInfoIpv6 failed! One of input args is NULL. info: %p\n",
+                address(info))) {
             return -1;
         }
         *info = {};
@@ -126,10 +112,10 @@ int Network::getIPv6Proto(bool* state) {
         }
         varoLib_s_dhcp6 dhcp{};
         const int status = varoGetDhcp6(&dhcp);
-        const bool failed = reportIf(status != 0,
-                                     "[networkBLE]: getIPv6Proto: varoGetDhcp6 has failed: rv=%d, "
-                                     "DHCP IPv6 default value is ON\n",
-                                     status);
+        const bool failed = reportIf(
+            status != 0,
+            "[networkBLE]: getIPv6Proto: varoGetDhcp6 has failed: rv=%d, DHCP IPv6 default value is ON\n",
+            status);
         *state = failed || dhcp.dhcpEnabled != 0;
         return 0;
     });
@@ -138,14 +124,12 @@ int Network::getIPv6Proto(bool* state) {
 /// The switch works under the shared lock.
 int Network::setIPv6Proto(bool on) {
     return withSharedLock([&] {
-        varoLib_s_dhcp6 dhcp{};
-        varoGetDhcp6(&dhcp);
-        dhcp.updateSelector = dhcpUpdate;
+        varoLib_s_dhcp6 dhcp = readDhcpForUpdate(varoGetDhcp6);
         dhcp.dhcpEnabled = on ? 1 : 0;
         const int status = varoUpdateDhcp6(&dhcp);
         networkBleSyslog(LOG_DEBUG,
                          "[networkBLE]: setIPv6Proto: return value for varoUpdateDhcp6: %d\n",
                          status);
-        return status != 0 ? -1 : 0;
+        return resultOf(status);
     });
 }

@@ -21,6 +21,16 @@ bool Network::reportIf(bool failure, const char* format, ...) {
     return failure;
 }
 
+int Network::resultOf(int status, const char* format, ...) {
+    if (status != 0) {
+        std::va_list arguments;
+        va_start(arguments, format);
+        writeSyslog(LOG_ERR, format, arguments);
+        va_end(arguments);
+    }
+    return resultOf(status);
+}
+
 void Network::writeSyslog(int level, const char* format, std::va_list arguments) {
     if (severity >= level) {
         vsyslog(level, format, arguments);

@@ -102,11 +102,10 @@ int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int v
     }
     const bool isOn = ipAddr != 0;
     if (isOn && vlanId == info.mngVlanId) {
-        networkBleSyslog(LOG_WARNING,
-                         "[networkBLE]: setOntMng: ont0 vlan is the same as managment port one "
-                         "(%d).\n",
-                         vlanId);
-        // The socket that this path never opened is closed by its initial number, as it always was.
+        networkBleSyslog(
+            LOG_WARNING,
+            "[networkBLE]: setOntMng: ont0 vlan is the same as managment port one (%d).\n", vlanId);
+        // No socket has been opened yet: what is closed is the number that stands for it, 0.
         close(STDIN_FILENO);
         return -1;
     }
@@ -119,10 +118,10 @@ int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int v
     }
     if (isOn) {
         error = interface.setNetmask(netmask);
-        if (reportIf(error != 0,
-                     "[networkBLE]: setOntMng: Could not set the subnet mask to 0x%x. Errorcode : "
-                     "%d %s\n",
-                     netmask, error, std::strerror(error))) {
+        if (reportIf(
+                error != 0,
+                "[networkBLE]: setOntMng: Could not set the subnet mask to 0x%x. Errorcode : %d %s\n",
+                netmask, error, std::strerror(error))) {
             return -1;
         }
     }
@@ -147,10 +146,10 @@ int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int v
     error = interface.setMac(mac);
     if (reportIf(error != 0, "[networkBLE]: setOntMng: Could not set the mac. Errorcode : %d %s\n",
                  error, std::strerror(error))) {
-        reportIf(true,
-                 "[networkBLE]: setOntMng: Error seting mac "
-                 "%2.2x:%2.2x:%2.2x:%2.2x:%2.2x:%2.2x\n",
-                 mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
+        networkBleSyslog(
+            LOG_ERR,
+            "[networkBLE]: setOntMng: Error seting mac %2.2x:%2.2x:%2.2x:%2.2x:%2.2x:%2.2x\n",
+            mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
         return -1;
     }
     if (isOn) {
@@ -160,10 +159,8 @@ int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int v
         }
     }
     const unsigned int storedVlan = isOn ? vlanId : idleVlan;
-    return reportIf(bridge().gponOntMngVlanSet(storedVlan) != 0,
-                    "[networkBLE]: setOntMng: Could not set the vlan %d.\n", storedVlan)
-               ? -1
-               : 0;
+    return resultOf(bridge().gponOntMngVlanSet(storedVlan),
+                    "[networkBLE]: setOntMng: Could not set the vlan %d.\n", storedVlan);
 }
 
 int Network::getOntMng(unsigned int* ipAddr, unsigned int* netmask, unsigned int* vlanId) {
@@ -180,8 +177,6 @@ int Network::getOntMng(unsigned int* ipAddr, unsigned int* netmask, unsigned int
         return -1;
     }
     // The message names the setter, whose wording it shares.
-    return reportIf(bridge().gponOntMngVlanGet(vlanId) != 0,
-                    "[networkBLE]: setOntMng: Could not read the vlan.\n")
-               ? -1
-               : 0;
+    return resultOf(bridge().gponOntMngVlanGet(vlanId),
+                    "[networkBLE]: setOntMng: Could not read the vlan.\n");
 }

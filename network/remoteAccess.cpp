@@ -56,18 +56,18 @@ bool Network::initNetworkAcl() {
     }
     std::memset(aclName, 0, sizeof aclName);
     std::memcpy(aclName, aclPrefix, aclPrefixLength);
-    reportIf(interfaceLinuxnameGet(port, portNameSize, aclName + aclPrefixLength) != 0,
-             "[networkBLE]: initNetworkAcl: function interfaceLinuxnameGet has failed! portID: "
-             "%d.\n",
-             port);
+    reportIf(
+        interfaceLinuxnameGet(port, portNameSize, aclName + aclPrefixLength) != 0,
+        "[networkBLE]: initNetworkAcl: function interfaceLinuxnameGet has failed! portID: %d.\n",
+        port);
     networkBleSyslog(LOG_DEBUG, "[networkBLE]: initNetworkAcl: aclNameStr: %s.\n", aclName);
 
     ACLContainer_t& acls = bridgeAcls();
     int status = acls.createACL(aclName, aclType);
-    if (reportIf(status != 0,
-                 "[networkBLE]: initNetworkAcl: createACL(%s): faild! Remote access filtering will "
-                 "not be able to work! Return value: %d\n",
-                 aclName, status)) {
+    if (reportIf(
+            status != 0,
+            "[networkBLE]: initNetworkAcl: createACL(%s): faild! Remote access filtering will not be able to work! Return value: %d\n",
+            aclName, status)) {
         return false;
     }
     unsigned int ruleId = 0;
@@ -102,10 +102,10 @@ bool Network::destroyNetworkAcl() {
              status);
     // The rules go with their list.
     status = acls.deleteACL(aclName);
-    if (reportIf(status != 0,
-                 "[networkBLE]: destroyNetworkAcl: deleteACL(%s): faild! Remote access filtering "
-                 "will not be able to work anymore! Return value: %d\n",
-                 aclName, status)) {
+    if (reportIf(
+            status != 0,
+            "[networkBLE]: destroyNetworkAcl: deleteACL(%s): faild! Remote access filtering will not be able to work anymore! Return value: %d\n",
+            aclName, status)) {
         return false;
     }
     aclInitialized = 0;
@@ -172,10 +172,10 @@ int Network::addRARule(unsigned int ipAddr, unsigned int netmask, bool permit, u
             return -1;
         }
         unsigned int wildcard = netmask;
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: addRARule: before ip and mask correction mask=0x%x, "
-                         "ip=0x%x\n",
-                         wildcard, ipAddr);
+        networkBleSyslog(
+            LOG_DEBUG,
+            "[networkBLE]: addRARule: before ip and mask correction mask=0x%x, ip=0x%x\n", wildcard,
+            ipAddr);
         correctNetmask(&wildcard, true);
         const unsigned int network = ipAddr & ~wildcard;
         networkBleSyslog(LOG_DEBUG,
@@ -231,9 +231,9 @@ void Network::rememberRule(unsigned int ruleId, unsigned int index) {
 int Network::removeRARule(unsigned int index) {
     return withExclusiveLock([&] {
         if (ruleIdx == 0) {
-            networkBleSyslog(LOG_DEBUG,
-                             "[networkBLE]: removeRARule: Remote access filtering is already "
-                             "empty.\n");
+            networkBleSyslog(
+                LOG_DEBUG,
+                "[networkBLE]: removeRARule: Remote access filtering is already empty.\n");
             return 0;
         }
         if (reportIf(index > lastPosition, "[networkBLE]: removeRARule: index(%d) too big.\n",
@@ -286,10 +286,10 @@ bool Network::removeFromBridge(unsigned int ruleId) {
     int status = acls.delCondition(aclName, ruleId, onlyCondition);
     if (reportIf(status != 0, "[networkBLE]: removeRARule: delCondition faile. Return value: %d\n",
                  status)) {
-        reportIf(!assignNetworkAcl(),
-                 "[networkBLE]: removeRARule: assignNetworkAcl failed. ruleId=%d, Return value: "
-                 "%d\n",
-                 ruleId, 0);
+        reportIf(
+            !assignNetworkAcl(),
+            "[networkBLE]: removeRARule: assignNetworkAcl failed. ruleId=%d, Return value: %d\n",
+            ruleId, 0);
         return false;
     }
     status = acls.delRuleById(aclName, ruleId);
@@ -302,7 +302,7 @@ int Network::iterateRules(unsigned int index, RemoteAccessRule* rule) {
     return withSharedLock([&] {
         if (reportIf(rule == nullptr,
                      "[networkBLE]: iterateRules failed! One of input args is NULL. data: %p\n",
-                     static_cast<void*>(rule))) {
+                     address(rule))) {
             return -1;
         }
         if (ruleIdx == 0) {
@@ -324,18 +324,17 @@ int Network::iterateRules(unsigned int index, RemoteAccessRule* rule) {
             return -1;
         }
         networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: iterateRules: rule.sequenceNumber=%d, "
-                         "sequenceNumber=%d.\n",
+                         "[networkBLE]: iterateRules: rule.sequenceNumber=%d, sequenceNumber=%d.\n",
                          found.sequenceNumber, index);
         rule->sequenceNumber = index + 1;
         if (!found.conditions.empty()) {
             rule->ipAddr = found.conditions.front().address;
             rule->netmask = found.conditions.front().wildcard;
         }
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: iterateRules: before ip and mask correction mask=0x%x, "
-                         "ip=0x%x\n",
-                         rule->netmask, rule->ipAddr);
+        networkBleSyslog(
+            LOG_DEBUG,
+            "[networkBLE]: iterateRules: before ip and mask correction mask=0x%x, ip=0x%x\n",
+            rule->netmask, rule->ipAddr);
         rule->netmask = ~rule->netmask;
         rule->permit = found.permit;
         return 0;

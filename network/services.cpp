@@ -13,10 +13,8 @@ int Network::telnetEnable(bool on) {
         varoLib_s_telnetSrv server{};
         varoDefTelnetSrv(&server);
         server.enabled = on ? 1 : 0;
-        return reportIf(varoUpdateTelnetSrv(&server) != 0,
-                        "[networkBLE]: telnetEnable: varoUpdateTelnetSrv has failed!\n")
-                   ? -1
-                   : 0;
+        return resultOf(varoUpdateTelnetSrv(&server),
+                        "[networkBLE]: telnetEnable: varoUpdateTelnetSrv has failed!\n");
     });
 }
 
@@ -25,10 +23,8 @@ int Network::sshEnable(bool on) {
         varoLib_s_sshSrv server{};
         varoDefSshSrv(&server);
         server.enabled = on ? 1 : 0;
-        return reportIf(varoUpdateSshSrv(&server) != 0,
-                        "[networkBLE]: sshEnable: varoUpdateSshSrv has failed!\n")
-                   ? -1
-                   : 0;
+        return resultOf(varoUpdateSshSrv(&server),
+                        "[networkBLE]: sshEnable: varoUpdateSshSrv has failed!\n");
     });
 }
 
@@ -65,13 +61,10 @@ int Network::ptySetMaxSess(unsigned int maxSessions) {
         }
         server.maxSessions = maxSessions != 0 ? maxSessions : CliConfig::settings_t().maxSessions;
         const int status = varoUpdateTelnetSrv(&server);
-        return reportIf(
-                   status != 0,
-                   "[networkBLE]: ptySetMaxSess: varoUpdateTelnetSrv has failed! Return value: "
-                   "%d\n",
-                   status)
-                   ? -1
-                   : 0;
+        return resultOf(
+            status,
+            "[networkBLE]: ptySetMaxSess: varoUpdateTelnetSrv has failed! Return value: %d\n",
+            status);
     });
 }
 

@@ -14,9 +14,9 @@
 
 namespace {
 
-int failedUnlessZero(int status) { return status != 0 ? -1 : 0; }
+int resultOf(int status) { return resultOf(status); }
 
-/// Copies a text into a field that is cleared, of at least its size.
+/// Copies a text into a field that is cleared; what does not fit the smaller of the two is cut.
 template <std::size_t fieldSize, std::size_t textSize>
 void copyText(char (&field)[fieldSize], const char (&text)[textSize]) {
     copyBounded(field, text, (fieldSize < textSize ? fieldSize : textSize) - 1);
@@ -57,20 +57,19 @@ bool isKnown(rpcSnmpSystemSelector selector) {
 
 int Network::snmptrapAdd(const char* community, unsigned int ipAddress, bool add) {
     return withSharedLock([&] {
-        return failedUnlessZero(add ? varoAddSubag(community, ipAddress)
-                                    : varoDeleteSubag(community, ipAddress));
+        return resultOf(add ? varoAddSubag(community, ipAddress)
+                            : varoDeleteSubag(community, ipAddress));
     });
 }
 
 int Network::snmptrapChange(const char* community, unsigned int oldAddress,
                             unsigned int newAddress) {
-    return withSharedLock([&] {
-        return failedUnlessZero(varoChangeSubag(community, oldAddress, community, newAddress));
-    });
+    return withSharedLock(
+        [&] { return resultOf(varoChangeSubag(community, oldAddress, community, newAddress)); });
 }
 
 int Network::snmptrapPort(unsigned int port) {
-    return withSharedLock([&] { return failedUnlessZero(varoChangePortSubag(port)); });
+    return withSharedLock([&] { return resultOf(varoChangePortSubag(port)); });
 }
 
 int Network::getSnmptrapConfig(rpcSnmpTrapConfig* config) {
@@ -91,13 +90,13 @@ int Network::getSnmptrapConfig(rpcSnmpTrapConfig* config) {
 
 int Network::snmpCommunityAdd(const char* name, rpcSnmpCommunityAccess access, bool add) {
     return withSharedLock([&] {
-        return failedUnlessZero(add ? varoAddSnmpCommunity(name, access)
-                                    : varoDeleteSnmpCommunity(name, access));
+        return resultOf(add ? varoAddSnmpCommunity(name, access)
+                            : varoDeleteSnmpCommunity(name, access));
     });
 }
 
 int Network::snmpCommunityChange(const char* name, rpcSnmpCommunityAccess access) {
-    return withSharedLock([&] { return failedUnlessZero(varoChangeSnmpCommunity(name, access)); });
+    return withSharedLock([&] { return resultOf(varoChangeSnmpCommunity(name, access)); });
 }
 
 int Network::snmpCommunityGet(rpcSnmpCommunityConfig* config) {

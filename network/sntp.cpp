@@ -3,6 +3,7 @@
 // logged here.
 
 #include "network/Network.h"
+#include "network/sources.h"
 #include "platform/CZuUtil.h"
 #include "varo/varoLib.h"
 
@@ -11,12 +12,7 @@
 
 namespace {
 
-/// The configuration that changes are written to.
-constexpr int cliSource = 2;
-/// Lets varoLib choose, and report, whose values it returns.
-constexpr int anySource = 0;
-
-int failedUnlessZero(int status) { return status != 0 ? -1 : 0; }
+int resultOf(int status) { return resultOf(status); }
 
 // What CZuUtil::getIpAddrType tells of a text.
 constexpr int ipv4Text = 1;
@@ -58,7 +54,7 @@ int classify(rpcSntpSrvHost& server) {
 }  // namespace
 
 int Network::updateSntpConfig(rpcSntpConfig* config) {
-    return withSharedLock([&] { return failedUnlessZero(varoUpdateNtpWS(cliSource, config)); });
+    return withSharedLock([&] { return resultOf(varoUpdateNtpWS(cliSource, config)); });
 }
 
 /// The first bad entry ends the operation: nothing is stored, and the types written into the
@@ -71,44 +67,44 @@ int Network::updateSntpConfigHost(rpcSntpConfigHost* config) {
                 return refusal;
             }
         }
-        return failedUnlessZero(varoUpdateNtpHost(cliSource, config));
+        return resultOf(varoUpdateNtpHost(cliSource, config));
     });
 }
 
 int Network::getSntpConfig(rpcSntpConfig* config) {
     return withSharedLock([&] {
         int source = anySource;
-        return failedUnlessZero(varoGetNtpWS(&source, config));
+        return resultOf(varoGetNtpWS(&source, config));
     });
 }
 
 // Configurations are read from the source that the caller asks for, status from whichever there is.
 
 int Network::getSntpConfigWS(int* source, rpcSntpConfig* config) {
-    return withSharedLock([&] { return failedUnlessZero(varoGetNtpWS(source, config)); });
+    return withSharedLock([&] { return resultOf(varoGetNtpWS(source, config)); });
 }
 
 int Network::getSntpConfigWSHost(int* source, rpcSntpConfigHost* config) {
-    return withSharedLock([&] { return failedUnlessZero(varoGetNtpHost(source, config)); });
+    return withSharedLock([&] { return resultOf(varoGetNtpHost(source, config)); });
 }
 
 int Network::getSntpInfo(rpcSntpInfo* info) {
     return withSharedLock([&] {
         int source = anySource;
-        return failedUnlessZero(varoGetNtpStatsWS(&source, info));
+        return resultOf(varoGetNtpStatsWS(&source, info));
     });
 }
 
 int Network::getSntpInfoWS(int* source, rpcSntpInfo* info) {
     return withSharedLock([&] {
         *source = anySource;
-        return failedUnlessZero(varoGetNtpStatsWS(source, info));
+        return resultOf(varoGetNtpStatsWS(source, info));
     });
 }
 
 int Network::getSntpInfoWSHost(int* source, rpcSntpInfoHost* info) {
     return withSharedLock([&] {
         *source = anySource;
-        return failedUnlessZero(varoGetNtpHostStats(source, info));
+        return resultOf(varoGetNtpHostStats(source, info));
     });
 }

@@ -5,6 +5,7 @@
 
 #include "framework/PortSecurity.h"
 #include "network/Network.h"
+#include "network/cordProfile.h"
 #include "platform/features.h"
 #include "platform/interfaces.h"
 
@@ -14,9 +15,6 @@ namespace {
 
 /// The shelf's default VLAN database.
 constexpr zuHandle_t defaultDatabase{};
-
-/// With this feature a VLAN that is missing in the database is created.
-constexpr int cordProfile = 12;
 
 constexpr unsigned int nativeMode = 2;
 
@@ -58,7 +56,7 @@ bool Network::ensureVlan(unsigned int vlanId) {
     if (isInDatabase(vlanId)) {
         return true;
     }
-    if (!isActive(cordProfile)) {
+    if (!isCordProfile()) {
         return false;
     }
     // This message has no line end.
@@ -121,10 +119,8 @@ int Network::setDefVlanMode(unsigned int defVid, unsigned int defMode) {
         return -1;
     }
     status = defConnectReconfigureDefVlan(defVid, native);
-    return reportIf(status != 0, "[networkBLE]: %s: reconfiguring DEFAULT VLAN failed (rv = %d)\n",
-                    operation, status)
-               ? -1
-               : 0;
+    return resultOf(status, "[networkBLE]: %s: reconfiguring DEFAULT VLAN failed (rv = %d)\n",
+                    operation, status);
 }
 
 /// The identity of the shelf is part of the circuit id.

@@ -102,8 +102,8 @@ int Network::createHassesServerDir() const {
     return run("mkdir -p " + eventServerDirectory + quietly) == 0 ? 1 : 0;
 }
 
-// Web operations of an older interface. They keep their exported functions and remote procedures,
-// so that callers get a defined "failed".
+// The settings of the web server one by one are not supported. Their exported functions and remote
+// procedures are there, so that callers get a defined "failed".
 
 int Network::setHttpSPort(unsigned int) { return -1; }
 int Network::setHttpSProto(SProtocol) { return -1; }
