@@ -18,7 +18,8 @@ within() {
 # reaches ADDRESS: the LAN's host has an answer from it.
 reaches() { onLan ping -q -n -c 1 -W 2 "$1"; }
 
-# connects ADDRESS PORT: the LAN's host opens a connection and gets an answer over it.
+# connects ADDRESS PORT: the LAN's host opens a connection and gets an answer over it; 124 if there is
+# none in time.
 connects() {
     # shellcheck disable=SC2016  # expanded by the inner shell
     onLan timeout 2 bash -c 'exec 3<>"/dev/tcp/$0/$1" && echo ping >&3 && read -r line <&3 &&
@@ -28,17 +29,20 @@ connects() {
 # A line of the board's log contains the text.
 isLogged() { grep -qF -- "$1" "$boardLog"; }
 
-# fails COMMAND...: for a check that something is not so.
-fails() { ! "$@"; }
-
 defaultRoute() { ip -4 route show default; }
 addresses() { ip -4 -o address show dev mng0; }
 
-# contains PART COMMAND...: its output contains the part.
-contains() {
-    local part=$1
-    shift
-    [[ $("$@") == *"$part"* ]]
+# leasedAddress: the interface's address, if it is of the range that the scripts' DHCP servers grant.
+leasedAddress() { addresses | grep -oE 'inet 192\.0\.2\.1([01][0-9]|20)/24' | grep -oE '192[0-9.]+'; }
+
+# replaced PATTERN: a process whose command line matches is killed, and another takes its place.
+replaced() {
+    local pid
+    pid=$(pgrep -o -f "$1") && kill -KILL "$pid" && within 60 runsAfter "$pid" "$1"
+}
+runsAfter() {
+    local now
+    now=$(pgrep -o -f "$2") && [[ $now != "$1" ]]
 }
 
 # startEcho PORT: a TCP service of the board that returns what it gets. Sets echoPid.

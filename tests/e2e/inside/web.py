@@ -332,6 +332,7 @@ class Faults(WebSet):
         files = webset.open_files(self.board.process.pid)
         self.assertTrue([file for file in files if file.startswith("socket:")], files)
         for name in ("hasses", "hassesMsg"):
+            self.assertTrue(processes(name), name)
             for pid in processes(name):
                 common = webset.open_files(pid) & files
                 self.assertEqual([file for file in common if file.startswith("socket:")], [], name)
