@@ -4,7 +4,7 @@
 #include "framework/Interfaces.h"
 #include "framework/Log.h"
 #include "framework/sysInfo.h"
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 #include "network/webEvents.h"
 #include "platform/zubridge.h"
 #include "varo/varoLib.h"

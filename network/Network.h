@@ -5,7 +5,7 @@
 #include "framework/Notification.h"
 #include "framework/singleton.h"
 #include "network/relaxed.h"
-#include "network/rpc/records.h"
+#include "network/rpc/wireRecords.h"
 #include "platform/acl.h"
 #include "rte/BLL/core/rpcProxy.h"
 #include "varo/records.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "network/Network.h"
-#include "network/rpc/records.h"
+#include "network/rpc/wireRecords.h"
 
 /// The flat interface of the network entity, for the RPC program and for other entities of the
 /// process. Each function makes the one entity if need be, calls its operation and

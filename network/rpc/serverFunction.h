@@ -1,8 +1,7 @@
 #pragma once
 
-#include "network/rpc/records.h"
+#include "network/rpc/wireRecords.h"
 
-#include <cstddef>
 #include <tuple>
 #include <type_traits>
 
@@ -12,55 +11,20 @@
 /// single value as it is. The pointers are valid for the length of the call.
 namespace rpc {
 
-/// Whether a record stands for the several arguments of a procedure.
-template <class Type>
-inline constexpr bool isArgumentRecord = false;
-
-#define ENUMERATION(name)
-#define UNIT(name)
-#define FLAG(name)
-#define RECORD(name)
-#define ARGUMENT(name) \
-    template <>        \
-    inline constexpr bool isArgumentRecord<name> = true;
-#include "network/rpc/records.def"
-#undef ENUMERATION
-#undef UNIT
-#undef FLAG
-#undef RECORD
-#undef ARGUMENT
-
-/// Stands for a field of any type when fields are counted; never evaluated.
-struct AnyField {
-    template <class Type>
-    operator Type() const;
-};
-
 template <class Record, class... Fields>
-consteval std::size_t fieldCount() {
-    if constexpr (requires { Record{Fields{}..., AnyField{}}; }) {
-        return fieldCount<Record, Fields..., AnyField>();
-    } else {
-        return sizeof...(Fields);
-    }
+std::tuple<Fields&...> references(Record& /*record*/, Fields&... fields) {
+    return {fields...};
 }
 
 /// The fields of an argument record, by reference.
-template <class Record>
-auto fieldsOf(Record& record) {
-    constexpr std::size_t count = fieldCount<Record>();
-    static_assert(count >= 2 && count <= 4);
-    if constexpr (count == 2) {
-        auto& [first, second] = record;
-        return std::tie(first, second);
-    } else if constexpr (count == 3) {
-        auto& [first, second, third] = record;
-        return std::tie(first, second, third);
-    } else {
-        auto& [first, second, third, fourth] = record;
-        return std::tie(first, second, third, fourth);
-    }
-}
+#define ARGUMENT(name, memorySize, wireSize, ...) \
+    inline auto fieldsOf(name& record) { return references(record __VA_ARGS__); }
+#define FIELD(name, place) , record.name
+#include "network/rpc/records.def"
+
+/// Whether a record stands for the several arguments of a procedure.
+template <class Type>
+concept ArgumentRecord = requires(Type& record) { fieldsOf(record); };
 
 template <class Result, class Fields>
 struct UnpackedFunction;
@@ -74,7 +38,7 @@ template <class Argument, class Result>
 consteval auto functionType() {
     if constexpr (std::is_void_v<Argument>) {
         return std::type_identity<Result*(svc_req*)>{};
-    } else if constexpr (isArgumentRecord<Argument>) {
+    } else if constexpr (ArgumentRecord<Argument>) {
         using Fields = decltype(fieldsOf(std::declval<Argument&>()));
         return std::type_identity<typename UnpackedFunction<Result, Fields>::type>{};
     } else if constexpr (std::is_class_v<Argument>) {
@@ -95,7 +59,7 @@ void* callServerFunction(void* argument, svc_req* request) {
         return function(request);
     } else {
         auto* const decoded = static_cast<Argument*>(argument);
-        if constexpr (isArgumentRecord<Argument>) {
+        if constexpr (ArgumentRecord<Argument>) {
             return std::apply([&](auto&... fields) { return function(fields..., request); },
                               fieldsOf(*decoded));
         } else if constexpr (std::is_class_v<Argument>) {
@@ -112,16 +76,7 @@ using type_bool = bool_t;
 using type_int = int;
 using type_u_int = unsigned int;
 using type_string = char*;
-#define ENUMERATION(name) using type_##name = name;
-#define UNIT(name) using type_##name = name;
-#define FLAG(name) using type_##name = name;
-#define RECORD(name) using type_##name = name;
-#define ARGUMENT(name) using type_##name = name;
+#define TYPE(name) using type_##name = name;
 #include "network/rpc/records.def"
-#undef ENUMERATION
-#undef UNIT
-#undef FLAG
-#undef RECORD
-#undef ARGUMENT
 
 }  // namespace rpc

@@ -193,6 +193,6 @@ rpcNetworkSWVersionComp* rpc_network_get_sw_comp_plat_data_1_svc(int index, svc_
 
 rpcNetworkPackageVersion* rpc_network_get_package_data_1_svc(svc_req*) {
     static rpcNetworkPackageVersion result;
-    networkGetPackageData(result.name, result.release);
+    networkGetPackageData(result.name, result.version);
     return &result;
 }

@@ -2,6 +2,7 @@
 
 #include "network/rpc/xdr.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstddef>
@@ -27,9 +28,10 @@ struct Run {
 
 inline Flag flag(bool_t& value) { return {value}; }
 
-/// Fields of a run are given as they are, bools through flag().
+/// Fields of a run are given as they are, bools through flag(). The stream stands before them as in
+/// any list of fields.
 template <class... Units>
-Run<Units...> run(Units&&... units) {
+Run<Units...> run(XDR* /*xdrs*/, Units&&... units) {
     return {std::tuple<Units...>(std::forward<Units>(units)...)};
 }
 
@@ -60,18 +62,16 @@ bool_t xdrField(XDR* xdrs, char (&text)[count]) {
     return xdrCharacters(xdrs, text, count);
 }
 
-#define ENUMERATION(name)
-#define UNIT(name)
-#define FLAG(name)
-#define ARGUMENT(name)
-#define RECORD(name) \
+/// Octets, one unit each.
+template <std::size_t count>
+bool_t xdrField(XDR* xdrs, unsigned char (&octets)[count]) {
+    const auto isDone = [xdrs](unsigned char& octet) { return xdr_u_char(xdrs, &octet) != FALSE; };
+    return std::ranges::all_of(octets, isDone) ? TRUE : FALSE;
+}
+
+#define RECORD(name, memorySize, wireSize, ...) \
     inline bool_t xdrField(XDR* xdrs, name& record) { return xdr_##name(xdrs, &record); }
 #include "network/rpc/records.def"
-#undef ENUMERATION
-#undef UNIT
-#undef FLAG
-#undef ARGUMENT
-#undef RECORD
 
 /// Records back to back, without a count.
 template <class Record, std::size_t count>

@@ -3,7 +3,7 @@
 
 #include "comparison.h"
 #include "encoding.h"
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 #include "network/rpc/xdr.h"
 #include "witness/layout.h"
 
@@ -13,19 +13,15 @@
 
 namespace {
 
-#define LAYOUT(record, memorySize, wireSize, fields)                               \
+#define RECORD(record, memorySize, wireSize, ...)                                  \
     static_assert(sizeof(record) == (memorySize));                                 \
     static_assert(std::is_standard_layout_v<record> && std::is_trivial_v<record>); \
     namespace offsetsOf_##record {                                                 \
         using Record = record;                                                     \
-        fields                                                                     \
+        __VA_ARGS__                                                                \
     }
 #define FIELD(field, offset) static_assert(offsetof(Record, field) == (offset));
-#define TRUTH(field, offset) FIELD(field, offset)
-#include "layouts.def"
-#undef LAYOUT
-#undef FIELD
-#undef TRUTH
+#include "network/rpc/records.def"
 
 // The dispatcher decodes the argument of any procedure into one area.
 using type_void = std::byte;
@@ -33,17 +29,8 @@ using type_bool = bool_t;
 using type_int = int;
 using type_u_int = unsigned int;
 using type_string = char*;
-#define ENUMERATION(name) using type_##name [[maybe_unused]] = name;
-#define UNIT(name) ENUMERATION(name)
-#define FLAG(name) ENUMERATION(name)
-#define RECORD(name) ENUMERATION(name)
-#define ARGUMENT(name) ENUMERATION(name)
+#define TYPE(name) using type_##name [[maybe_unused]] = name;
 #include "network/rpc/records.def"
-#undef ENUMERATION
-#undef UNIT
-#undef FLAG
-#undef RECORD
-#undef ARGUMENT
 union AnyArgument {
 #define PROCEDURE(number, name, argument, result) type_##argument name;
 #include "network/rpc/procedures.def"
@@ -67,20 +54,17 @@ void PrintTo(const Row& row, std::ostream* out) {
 
 std::vector<Row> ourRows() {
     std::vector<Row> rows;
-#define LAYOUT(record, memorySize, wireSize, fields)   \
+#define RECORD(record, memorySize, wireSize, ...)      \
     {                                                  \
         using Record = record;                         \
         const char* const name = #record;              \
         rows.push_back({name, "", 0, sizeof(Record)}); \
-        fields                                         \
+        __VA_ARGS__                                    \
     }
-#define FIELD(field, offset) \
-    rows.push_back({name, #field, offsetof(Record, field), sizeof(Record::field)});
-#define TRUTH(field, offset) FIELD(field, offset)
-#include "layouts.def"
-#undef LAYOUT
-#undef FIELD
-#undef TRUTH
+#define FIELD(field, offset) RENAMED_TEXT(field, field, offset)
+#define RENAMED_TEXT(field, clientsName, offset) \
+    rows.push_back({name, #clientsName, offsetof(Record, field), sizeof(Record::field)});
+#include "network/rpc/records.def"
     return rows;
 }
 
@@ -98,9 +82,9 @@ TEST(Layout, IsTheOneOfTheInterfaceFile) { EXPECT_EQ(ourRows(), witnessRows()); 
 
 TEST(Layout, OfEnumerationsIsTheOneOfTheInterfaceFile) {
     std::vector<std::pair<std::string, int>> ours;
+#define ENUMERATION(name, ...) __VA_ARGS__
 #define ENUMERATOR(name) ours.emplace_back(#name, static_cast<int>(name));
-#include "enumerators.def"
-#undef ENUMERATOR
+#include "network/rpc/records.def"
     std::vector<std::pair<std::string, int>> theirs;
     witnessEnumerators(
         [](void* to, const char* name, int value) {

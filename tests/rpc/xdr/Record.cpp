@@ -59,20 +59,6 @@ void addText(std::vector<Unit>& units, const Leaf& leaf, const char* pointer) {
 Record::Record(const WireType& type)
     : recordType(type), memory(std::make_unique<unsigned char[]>(type.size)) {}
 
-Record::Record(const WireType& type, const void* contents) : Record(type) {
-    std::memcpy(data(), contents, type.size);
-    std::vector<std::pair<const Leaf*, const char*>> originals;
-    for (const Leaf& leaf : type.leaves) {
-        if (leaf.kind == LeafKind::text) {
-            originals.emplace_back(&leaf, text(leaf));
-            std::memset(memory.get() + leaf.offset, 0, leaf.size);
-        }
-    }
-    for (const auto& [leaf, original] : originals) {
-        setText(*leaf, copyText(original));
-    }
-}
-
 Record::~Record() {
     for (const Leaf& leaf : recordType.leaves) {
         if (leaf.kind == LeafKind::text) {
@@ -111,6 +97,48 @@ void Record::randomize(std::mt19937& random) {
                 break;
             }
         }
+    }
+}
+
+void Record::setEncoded(const Bytes& encoded) {
+    std::size_t place = 0;
+    const auto unit = [&] {
+        std::uint32_t value = 0;
+        for (int i = 0; i < BYTES_PER_XDR_UNIT; ++i) {
+            value = value << 8 | encoded.at(place++);
+        }
+        return value;
+    };
+    for (const Leaf& leaf : recordType.leaves) {
+        switch (leaf.kind) {
+            case LeafKind::word:
+                setWord(leaf, unit());
+                break;
+            case LeafKind::truth:
+                setWord(leaf, unit() != 0 ? 5 : 0);
+                break;
+            case LeafKind::octet:
+                memory[leaf.offset] = static_cast<unsigned char>(unit());
+                break;
+            case LeafKind::characters:
+                for (char& character : characters(leaf)) {
+                    character = static_cast<char>(static_cast<unsigned char>(unit()));
+                }
+                break;
+            case LeafKind::text: {
+                std::string text(unit(), ' ');
+                for (char& character : text) {
+                    character = static_cast<char>(encoded.at(place++));
+                }
+                setText(leaf, copyText(text));
+                place +=
+                    (BYTES_PER_XDR_UNIT - text.size() % BYTES_PER_XDR_UNIT) % BYTES_PER_XDR_UNIT;
+                break;
+            }
+        }
+    }
+    if (place != encoded.size()) {
+        throw std::out_of_range(std::string("not the size of ") + recordType.name);
     }
 }
 

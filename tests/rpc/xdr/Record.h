@@ -17,8 +17,6 @@ class Record {
 public:
     /// All zero, all texts null, as the RPC library hands it to a decoder.
     explicit Record(const WireType& type);
-    /// A copy of a record of the type, with texts of its own.
-    Record(const WireType& type, const void* contents);
     ~Record();
     Record(const Record&) = delete;
     Record& operator=(const Record&) = delete;
@@ -29,6 +27,11 @@ public:
 
     /// Random contents: characters of all values, bools of any value, texts of 0 to 40 characters.
     void randomize(std::mt19937& random);
+
+    /// Sets all contents to what an encoded record carries, read without any filter. A bool that is
+    /// on becomes another value than 1. Throws std::out_of_range when the bytes are too few or too
+    /// many.
+    void setEncoded(const Bytes& encoded);
 
     /// Sets every text to the empty one.
     void emptyTexts();

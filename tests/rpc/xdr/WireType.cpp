@@ -51,23 +51,21 @@ void addTruth(Leaves& leaves, const std::string& path, std::size_t offset) {
     leaves.push_back({path, LeafKind::truth, offset, sizeof(Type)});
 }
 
-#define LAYOUT(record, memorySize, wireSize, fields)                                          \
+#define RECORD(record, memorySize, wireSize, ...)                                             \
     template <>                                                                               \
     struct Fields<record> {                                                                   \
         static constexpr std::size_t encodedSize = wireSize;                                  \
         static void add(Leaves& leaves, const std::string& path, std::size_t recordsOffset) { \
             using Record = record;                                                            \
-            fields                                                                            \
+            __VA_ARGS__                                                                       \
         }                                                                                     \
     };
-#define FIELD(field, offset) \
-    addLeaves<decltype(Record::field)>(leaves, join(path, #field), recordsOffset + (offset));
-#define TRUTH(field, offset) \
+#define FIELD(field, offset) RENAMED_TEXT(field, field, offset)
+#define RENAMED_TEXT(field, clientsName, offset) \
+    addLeaves<decltype(Record::field)>(leaves, join(path, #clientsName), recordsOffset + (offset));
+#define FLAG(field, offset) \
     addTruth<decltype(Record::field)>(leaves, join(path, #field), recordsOffset + (offset));
-#include "layouts.def"
-#undef LAYOUT
-#undef FIELD
-#undef TRUTH
+#include "network/rpc/records.def"
 
 template <class Type, bool_t (*filter)(XDR*, Type*)>
 bool_t erased(XDR* xdrs, void* object) {
@@ -93,20 +91,13 @@ bool WireType::has(LeafKind kind) const {
 
 const std::vector<WireType>& wireTypes() {
     static const std::vector<WireType> types = {
-#define ENUMERATION(name) \
+#define TYPE(name) \
     unitType(#name, LeafKind::word, erased<name, xdr_##name>, erased<name, witness_xdr_##name>),
-#define UNIT(name) ENUMERATION(name)
-#define FLAG(name) \
+#define BOOLEAN(name) \
     unitType(#name, LeafKind::truth, erased<name, xdr_##name>, erased<name, witness_xdr_##name>),
-#define RECORD(name) \
+#define RECORD(name, memorySize, wireSize, ...) \
     recordType<name>(#name, erased<name, xdr_##name>, erased<name, witness_xdr_##name>),
-#define ARGUMENT(name) RECORD(name)
 #include "network/rpc/records.def"
-#undef ENUMERATION
-#undef UNIT
-#undef FLAG
-#undef RECORD
-#undef ARGUMENT
     };
     return types;
 }

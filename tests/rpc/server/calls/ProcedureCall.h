@@ -60,5 +60,11 @@ ProcedureCall statusCall(unsigned int number, const char* procedure, const Argum
 ProcedureCall fillCall(unsigned int number, const char* procedure, const std::string& exportedCall,
                        Result& (*filled)(Result& result), std::vector<std::ptrdiff_t> outputs);
 
+/// A record that the exported function fills whole.
+template <class Record>
+Result& filled(Result& result) {
+    return result.record<Record>();
+}
+
 /// Lets messages show a call by its number, name and argument.
 void PrintTo(const ProcedureCall& call, std::ostream* out);

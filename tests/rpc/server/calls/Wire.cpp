@@ -104,3 +104,21 @@ Result& Result::value(std::uint32_t value) {
     travelling.push_back(value);
     return *this;
 }
+
+#define RECORD(type, memorySize, wireSize, ...) \
+    void Result::add(const type*) {             \
+        using Record [[maybe_unused]] = type;   \
+        __VA_ARGS__                             \
+    }
+#define ARGUMENT(type, memorySize, wireSize, ...)
+#define FIELD(name, place) numbers();
+#define FLAG(name, place) flags();
+#define FIXED_TEXT(name, place) characters(sizeof(Record::name));
+#define MAC(name, place) octets(sizeof(Record::name));
+#define OCTETS(name, place) octets(sizeof(Record::name));
+#define NESTED(name, place) record<decltype(Record::name)>();
+#define LIST(name, place)                                                     \
+    for (std::size_t i = 0; i < std::extent_v<decltype(Record::name)>; ++i) { \
+        record<std::remove_extent_t<decltype(Record::name)>>();               \
+    }
+#include "network/rpc/records.def"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exported/Telling.h"
+#include "network/rpc/wireRecords.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -51,6 +52,13 @@ public:
     Result& characters(std::size_t size, std::size_t filled);
     Result& characters(std::size_t size) { return characters(size, size); }
 
+    /// A record that the function fills whole: its fields in the order of the wire.
+    template <class Record>
+    Result& record() {
+        add(static_cast<const Record*>(nullptr));
+        return *this;
+    }
+
     // What no output tells.
     Result& zeros(std::size_t count);
     Result& value(std::uint32_t value);
@@ -58,6 +66,10 @@ public:
     const Units& units() const { return travelling; }
 
 private:
+#define RECORD(type, memorySize, wireSize, ...) void add(const type*);
+#define ARGUMENT(type, memorySize, wireSize, ...)
+#include "network/rpc/records.def"
+
     Telling telling;
     unsigned int output = 0;
     Units travelling{};

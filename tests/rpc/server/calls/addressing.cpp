@@ -72,16 +72,13 @@ ProcedureCall nextArp(int index) {
 
 std::vector<ProcedureCall> callsOfAddressing() {
     const auto zero = [](const Circumstances&) { return Units{0}; };
-    const auto networkInfo = [](Result& result) -> Result& {
-        return result.numbers(2).octets(12).flags(2).numbers().flags(3).numbers(3);
-    };
     return {
         nextArp(5),
         nextArp(-1),
         statusCall(4, "set_ip", Argument().number(address).number(mask),
                    "networkSetIp(3221225985, 4294967040)"),
         statusCall(5, "set_vlan", Argument().number(4000000000U), "networkSetVlan(4000000000)"),
-        fillCall(6, "get_network_info", "networkGetNetworkInfo()", networkInfo, {0}),
+        fillCall(6, "get_network_info", "networkGetNetworkInfo()", filled<rpcNetworkInfo>, {0}),
         setGateway(address),
         setGateway(0),
         fillCall(8, "get_gateway", "networkGetGateway()",
@@ -92,9 +89,7 @@ std::vector<ProcedureCall> callsOfAddressing() {
         setFlags(67, "set_vendor", "networkSetVendor", 0, 1),
         setFlags(68, "set_option82", "networkSetOption82", 1, 0),
         setFlags(68, "set_option82", "networkSetOption82", 0, 1),
-        fillCall(69, "get_ipv6addr", "networkGetIpv6Addr()",
-                 [](Result& result) -> Result& { return result.characters(2000).characters(100); },
-                 {0, 2000}),
+        fillCall(69, "get_ipv6addr", "networkGetIpv6Addr()", filled<rpcNetworkIpv6Data>, {0, 2000}),
         statusCall(70, "set_ipv6addr", Argument().text("2001:db8::1").number(64),
                    R"(networkSetIpv6Addr("2001:db8::1", 64))"),
         statusCall(71, "set_ipv6gw", Argument().text("2001:db8::fffe"),

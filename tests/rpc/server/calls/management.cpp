@@ -68,8 +68,7 @@ std::vector<ProcedureCall> callsOfServices() {
         statusCall(2, "is_ftp_enabled", Argument(), "networkGetFtpState()"),
         statusCall(9, "set_http_sport", Argument().number(65535U), "networkSetHttpSPort(65535)"),
         statusCall(10, "set_http_sproto", Argument().number(2), "networkSetHttpSProto(2)"),
-        fillCall(13, "get_http_info", "networkGetHttpInfo()",
-                 [](Result& result) -> Result& { return result.flags(2).numbers(2); },
+        fillCall(13, "get_http_info", "networkGetHttpInfo()", filled<rpcNetworkHttpInfo>,
                  {ProcedureCall::elsewhere}),
         addRule(1),
         addRule(0),
@@ -89,8 +88,7 @@ std::vector<ProcedureCall> callsOfServices() {
          {ProcedureCall::elsewhere}},
         flagCall(36, "get_telnet", "networkGetTelnetConfig()"),
         flagCall(38, "get_ssh", "networkGetSshConfig()"),
-        fillCall(60, "pty_get_max_sess", "networkGetPtyMaxSess()",
-                 [](Result& result) -> Result& { return result.numbers(2); }, {0, 4}),
+        fillCall(60, "pty_get_max_sess", "networkGetPtyMaxSess()", filled<rpcPtyConfig>, {0, 4}),
         statusCall(61, "pty_set_max_sess", Argument().number(8U), "networkSetPtyMaxSess(8)"),
         {83,
          "http_get",
@@ -111,14 +109,7 @@ std::vector<ProcedureCall> callsOfAgent() {
     return {
         addTrap(1),
         addTrap(0),
-        fillCall(43, "get_snmptrap", "networkGetSnmptrapConfig()",
-                 [](Result& result) -> Result& {
-                     for (int manager = 0; manager < 10; ++manager) {
-                         result.numbers().characters(100);
-                     }
-                     return result.numbers();
-                 },
-                 {0}),
+        fillCall(43, "get_snmptrap", "networkGetSnmptrapConfig()", filled<rpcSnmpTrapConfig>, {0}),
         statusCall(44, "snmptrap_change",
                    Argument().text("public").number(address).number(otherAddress),
                    R"(networkSnmptrapChange("public", 3221225985, 3325256706))"),
@@ -128,36 +119,19 @@ std::vector<ProcedureCall> callsOfAgent() {
         statusCall(48, "snmpcommunity_change", Argument().text("private").number(-1),
                    R"(networkSnmpCommunityChange("private", -1))"),
         fillCall(49, "snmpcommunity_get", "networkSnmpCommunityGet()",
-                 [](Result& result) -> Result& {
-                     for (int community = 0; community < 6; ++community) {
-                         result.characters(32).numbers();
-                     }
-                     return result;
-                 },
-                 {0}),
+                 filled<rpcSnmpCommunityConfig>, {0}),
         statusCall(50, "snmpsystem_change", Argument().text("a cabinet").number(2),
                    R"(networkSnmpSystemChange("a cabinet", 2))"),
-        fillCall(51, "snmpsystem_get", "networkSnmpSystemGet()",
-                 [](Result& result) -> Result& {
-                     return result.characters(32).characters(32).characters(32);
-                 },
-                 {0}),
+        fillCall(51, "snmpsystem_get", "networkSnmpSystemGet()", filled<rpcSnmpSystemConfig>, {0}),
     };
 }
 
 std::vector<ProcedureCall> callsOfInventory() {
     return {
-        fillCall(35, "get_sw_data", "networkGetSWData()",
-                 [](Result& result) -> Result& {
-                     for (int field = 0; field < 9; ++field) {
-                         result.characters(100);
-                     }
-                     return result;
-                 },
+        fillCall(35, "get_sw_data", "networkGetSWData()", filled<rpcNetworkSWVersion>,
                  {0, 100, 200, 300, 400, 500, 600, 700, 800}),
         fillCall(46, "get_package_data", "networkGetPackageData()",
-                 [](Result& result) -> Result& { return result.characters(100).characters(100); },
-                 {0, 100}),
+                 filled<rpcNetworkPackageVersion>, {0, 100}),
         versionLine(84, "get_sw_comp_apl_data", "networkGetVersionLineApl", 5),
         versionLine(84, "get_sw_comp_apl_data", "networkGetVersionLineApl", -1),
         versionLine(85, "get_sw_comp_plat_data", "networkGetVersionLinePlat", 6),

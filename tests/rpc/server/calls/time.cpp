@@ -35,35 +35,6 @@ const Argument hostsArgument = Argument()
                                    .number(-8)
                                    .number(-9);
 
-Result& zone(Result& result) { return result.characters(100).numbers(11); }
-
-Result& config(Result& result) { return result.numbers(10); }
-
-Result& configWithSource(Result& result) { return result.numbers(11); }
-
-Result& hostConfigWithSource(Result& result) {
-    result.numbers(2);
-    for (int server = 0; server < 4; ++server) {
-        result.characters(256).numbers(3);
-    }
-    return result;
-}
-
-Result& info(Result& result) { return result.numbers(9).characters(24).numbers(3 + 3 * 6); }
-
-Result& infoWithSource(Result& result) {
-    result.numbers();
-    return info(result);
-}
-
-Result& hostInfoWithSource(Result& result) {
-    result.numbers(7).characters(256).numbers(2).characters(24).numbers(3);
-    for (int server = 0; server < 4; ++server) {
-        result.numbers().characters(256).numbers(4);
-    }
-    return result;
-}
-
 /// A name has room for 199 characters, of which the first 99 travel.
 Units zoneName(const Circumstances& found) {
     Units units = Result(found.telling).numbers().characters(200).units();
@@ -82,7 +53,7 @@ ProcedureCall setZoneOffset(int offset) {
 std::vector<ProcedureCall> callsOfTime() {
     const Argument rule = Argument().number(10U).number(5U).number(7U).number(-200);
     return {
-        fillCall(22, "sntp_info", "networkGetSntpInfo()", info, {0}),
+        fillCall(22, "sntp_info", "networkGetSntpInfo()", filled<rpcSntpInfo>, {0}),
         statusCall(23, "set_time_info", Argument().text("01/02/2024 03:04:05"),
                    R"(networkSetTimeInfo("01/02/2024 03:04:05"))"),
         {24,
@@ -110,7 +81,7 @@ std::vector<ProcedureCall> callsOfTime() {
          {0, ProcedureCall::elsewhere}},
         statusCall(40, "sntp_update", addressesArgument,
                    "networkUpdateSntpConfig({1 [3221225985 3 1] [3221225986 4 0] [0 -7 -8]})"),
-        fillCall(41, "sntp_get", "networkGetSntpConfig()", config, {0}),
+        fillCall(41, "sntp_get", "networkGetSntpConfig()", filled<rpcSntpConfig>, {0}),
         statusCall(62, "set_sntp_timezone_dst_start", rule,
                    "networkSetSntpTimezoneDstStart(10, 5, 7, -200)"),
         statusCall(63, "set_sntp_timezone_dst_end", rule,
@@ -119,14 +90,16 @@ std::vector<ProcedureCall> callsOfTime() {
                    "networkSetSntpTimezoneDstOffset(-60)"),
         statusCall(65, "set_sntp_timezone", Argument().number(-330).text("Asia/Kolkata"),
                    R"(networkSetSntpTimezone(-330, "Asia/Kolkata"))"),
-        fillCall(66, "get_sntp_timezone_info", "networkGetSntpTimezoneInfo()", zone, {0}),
-        fillCall(86, "sntp_getws", "networkGetSntpConfigWS()", configWithSource, {0, 4}),
-        fillCall(89, "sntp_infows", "networkGetSntpInfoWS()", infoWithSource, {0, 4}),
-        fillCall(97, "sntp_getws_host", "networkGetSntpConfigWSHost()", hostConfigWithSource,
+        fillCall(66, "get_sntp_timezone_info", "networkGetSntpTimezoneInfo()",
+                 filled<rpcNetworkSntpTimezone>, {0}),
+        fillCall(86, "sntp_getws", "networkGetSntpConfigWS()", filled<rpcSntpConfigWS>, {0, 4}),
+        fillCall(89, "sntp_infows", "networkGetSntpInfoWS()", filled<rpcSntpInfoWS>, {0, 4}),
+        fillCall(97, "sntp_getws_host", "networkGetSntpConfigWSHost()", filled<rpcSntpConfigWSHost>,
                  {0, 4}),
         statusCall(98, "sntp_update_host", hostsArgument,
                    R"(networkUpdateSntpConfigHost({1 ["ntp1.example.org" 3 1 0])"
                    R"( ["192.0.2.2" 4 0 1] ["2001:db8::3" 5 6 2] ["" -7 -8 -9]}))"),
-        fillCall(99, "sntp_infowshost", "networkGetSntpInfoWSHost()", hostInfoWithSource, {0, 4}),
+        fillCall(99, "sntp_infowshost", "networkGetSntpInfoWSHost()", filled<rpcSntpInfoWSHost>,
+                 {0, 4}),
     };
 }

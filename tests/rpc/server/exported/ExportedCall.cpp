@@ -91,64 +91,9 @@ void ExportedCall::put(Network::RemoteAccessRule& r) {
     putAll(r.sequenceNumber, r.ipAddr, r.netmask, r.permit);
 }
 
-void ExportedCall::put(rpcNetworkInfo& r) {
-    putAll(r.ipAddress, r.netmask, r.macAddress.octets, r.macAddress2.octets);
-    putFlag(r.dhcpEnabled);
-    putFlag(r.vendorClassEnabled);
-    put(r.mngVlanId);
-    putFlag(r.option82Enabled);
-    putFlag(r.flag4);
-    putFlag(r.flag5);
-    putAll(r.mngVlanMode, r.defVid, r.defVlanMode);
-}
-
-void ExportedCall::put(rpcNetworkSntpTimezone& r) {
-    putAll(r.name, r.offset, r.dstOffset, r.dstSMonth, r.dstSWeek, r.dstSDayInWeek, r.dstSTime,
-           r.dstEMonth, r.dstEWeek, r.dstEDayInWeek, r.dstETime, r.preset);
-}
-
-void ExportedCall::put(rpcSnmpManager& r) { putAll(r.ipAddress, r.community); }
-
-void ExportedCall::put(rpcSnmpTrapConfig& r) { putAll(r.managers, r.port); }
-
-void ExportedCall::put(rpcSnmpCommunity& r) { putAll(r.name, r.access); }
-
-void ExportedCall::put(rpcSnmpCommunityConfig& r) { put(r.communities); }
-
-void ExportedCall::put(rpcSnmpSystemConfig& r) { putAll(r.contact, r.location, r.name); }
-
-void ExportedCall::put(rpcSntpSrv& r) { putAll(r.ipAddress, r.ntpVersion, r.priority); }
-
-void ExportedCall::put(rpcSntpSrvHost& r) {
-    putAll(r.host, r.ntpVersion, r.priority, r.addressType);
-}
-
-void ExportedCall::put(rpcSntpConfig& r) { putAll(r.mode, r.servers); }
-
-void ExportedCall::put(rpcSntpConfigHost& r) { putAll(r.mode, r.servers); }
-
-void ExportedCall::put(rpcSntpClientInfo& r) {
-    putAll(r.state, r.mode, r.leapIndicator, r.stratum, r.pollInterval, r.offset,
-           r.referenceAddress, r.delay, r.dispersion, r.lastUpdate);
-}
-
-void ExportedCall::put(rpcSntpClientInfoHost& r) {
-    putAll(r.state, r.mode, r.leapIndicator, r.stratum, r.pollInterval, r.offset, r.referenceHost,
-           r.delay, r.dispersion, r.lastUpdate);
-}
-
-void ExportedCall::put(rpcSntpClientUnicastInfo& r) {
-    putAll(r.pollInterval, r.timeout, r.retries);
-}
-
-void ExportedCall::put(rpcSntpSrvInfo& r) {
-    putAll(r.state, r.ipAddress, r.stratum, r.reachability, r.offset, r.delay);
-}
-
-void ExportedCall::put(rpcSntpSrvInfoHost& r) {
-    putAll(r.state, r.host, r.stratum, r.reachability, r.offset, r.delay);
-}
-
-void ExportedCall::put(rpcSntpInfo& r) { putAll(r.client, r.unicast, r.servers); }
-
-void ExportedCall::put(rpcSntpInfoHost& r) { putAll(r.client, r.unicast, r.servers); }
+#define RECORD(type, memorySize, wireSize, ...) \
+    void ExportedCall::put(type& record) { __VA_ARGS__ }
+#define ARGUMENT(type, memorySize, wireSize, ...)
+#define FIELD(name, place) put(record.name);
+#define FLAG(name, place) putFlag(record.name);
+#include "network/rpc/records.def"

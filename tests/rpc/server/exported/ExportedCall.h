@@ -3,7 +3,7 @@
 #include "exported/Telling.h"
 #include "fake/quoted.h"
 #include "network/Network.h"
-#include "network/rpc/records.h"
+#include "network/rpc/wireRecords.h"
 
 #include <fmt/core.h>
 
@@ -131,24 +131,9 @@ private:
     void put(Network::ArpInfo& r);
     void put(Network::HttpInfo& r);
     void put(Network::RemoteAccessRule& r);
-    void put(rpcNetworkInfo& r);
-    void put(rpcNetworkSntpTimezone& r);
-    void put(rpcSnmpManager& r);
-    void put(rpcSnmpTrapConfig& r);
-    void put(rpcSnmpCommunity& r);
-    void put(rpcSnmpCommunityConfig& r);
-    void put(rpcSnmpSystemConfig& r);
-    void put(rpcSntpSrv& r);
-    void put(rpcSntpSrvHost& r);
-    void put(rpcSntpConfig& r);
-    void put(rpcSntpConfigHost& r);
-    void put(rpcSntpClientInfo& r);
-    void put(rpcSntpClientInfoHost& r);
-    void put(rpcSntpClientUnicastInfo& r);
-    void put(rpcSntpSrvInfo& r);
-    void put(rpcSntpSrvInfoHost& r);
-    void put(rpcSntpInfo& r);
-    void put(rpcSntpInfoHost& r);
+#define RECORD(type, memorySize, wireSize, ...) void put(type& record);
+#define ARGUMENT(type, memorySize, wireSize, ...)
+#include "network/rpc/records.def"
 
     std::string name;
     std::string argumentList;

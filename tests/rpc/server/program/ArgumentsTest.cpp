@@ -1,6 +1,6 @@
 // Arguments: what does not decode, texts of all lengths, and what becomes of the memory.
 
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 #include "program/ProgramTest.h"
 
 #include <malloc.h>

@@ -1,6 +1,6 @@
 #include "program/ProgramTest.h"
 
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 
 #include <fmt/core.h>
 

@@ -1,6 +1,6 @@
 // Replies that cannot be sent or are not wanted, and arguments that cannot be released.
 
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 #include "program/ProgramTest.h"
 #include "rte/BLL/core/rpcDispatch.h"
 

@@ -1,6 +1,6 @@
 // The service's start function.
 
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 #include "program/ProgramTest.h"
 
 namespace {

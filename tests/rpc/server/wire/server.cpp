@@ -7,7 +7,7 @@
 
 #include "fake/Platform.h"
 #include "framework/BLLManager.h"
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 #include "rte/BLL/core/datagramBound.h"
 #include "rte/BLL/core/rpcProxy.h"
 

@@ -2,23 +2,22 @@
 
 #include <network.h>
 
-#define LAYOUT(record, memorySize, wireSize, fields) \
-    {                                                \
-        typedef record Record;                       \
-        const char* const name = #record;            \
-        add(to, name, "", 0, sizeof(Record));        \
-        fields                                       \
+void witnessLayout(WitnessField add, void* to) {
+#define RECORD(record, memorySize, wireSize, ...) \
+    {                                             \
+        typedef record Record;                    \
+        const char* const name = #record;         \
+        add(to, name, "", 0, sizeof(Record));     \
+        __VA_ARGS__                               \
     }
 #define FIELD(field, offset) \
     add(to, name, #field, offsetof(Record, field), sizeof(((Record*)0)->field));
-#define TRUTH(field, offset) FIELD(field, offset)
-
-void witnessLayout(WitnessField add, void* to) {
-#include "../layouts.def"
+#define RENAMED_TEXT(field, clientsName, offset) FIELD(clientsName, offset)
+#include "network/rpc/records.def"
 }
 
-#define ENUMERATOR(name) add(to, #name, (int)(name));
-
 void witnessEnumerators(WitnessEnumerator add, void* to) {
-#include "../enumerators.def"
+#define ENUMERATION(name, ...) __VA_ARGS__
+#define ENUMERATOR(name) add(to, #name, (int)(name));
+#include "network/rpc/records.def"
 }

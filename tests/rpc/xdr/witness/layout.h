@@ -14,10 +14,10 @@ typedef void (*WitnessField)(void* to, const char* record, const char* field, si
                              size_t size);
 typedef void (*WitnessEnumerator)(void* to, const char* name, int value);
 
-/* Calls `add` for every record and field of layouts.def, in its order. */
+/* Calls `add` for every record and field of records.def, in its order. */
 void witnessLayout(WitnessField add, void* to);
 
-/* Calls `add` for every enumerator of enumerators.def, in its order. */
+/* Calls `add` for every enumerator of records.def, in its order. */
 void witnessEnumerators(WitnessEnumerator add, void* to);
 
 #ifdef __cplusplus

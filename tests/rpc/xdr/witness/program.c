@@ -8,11 +8,7 @@ typedef bool_t type_bool;
 typedef int type_int;
 typedef u_int type_u_int;
 typedef char* type_string;
-#define ENUMERATION(name) typedef name type_##name;
-#define UNIT(name) ENUMERATION(name)
-#define FLAG(name) ENUMERATION(name)
-#define RECORD(name) ENUMERATION(name)
-#define ARGUMENT(name) ENUMERATION(name)
+#define TYPE(name) typedef name type_##name;
 #include "network/rpc/records.def"
 
 /* The client stub that rpcgen declares has the types of the table. */

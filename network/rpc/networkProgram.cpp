@@ -1,4 +1,4 @@
-#include "network/rpc/program.h"
+#include "network/rpc/networkProgram.h"
 
 #include "network/rpc/services.h"
 #include "network/rpc/xdrFields.h"
@@ -21,18 +21,8 @@ constexpr xdrproc_t filter_bool = rpcFilter<bool_t, xdr_bool>;
 constexpr xdrproc_t filter_int = rpcFilter<int, xdr_int>;
 constexpr xdrproc_t filter_u_int = rpcFilter<unsigned int, xdr_u_int>;
 constexpr xdrproc_t filter_string = rpcFilter<char*, xdrTextArgument>;
-#define ENUMERATION(name) \
-    [[maybe_unused]] constexpr xdrproc_t filter_##name = rpcFilter<name, xdr_##name>;
-#define UNIT(name) ENUMERATION(name)
-#define FLAG(name) ENUMERATION(name)
-#define RECORD(name) ENUMERATION(name)
-#define ARGUMENT(name) ENUMERATION(name)
+#define TYPE(name) [[maybe_unused]] constexpr xdrproc_t filter_##name = rpcFilter<name, xdr_##name>;
 #include "network/rpc/records.def"
-#undef ENUMERATION
-#undef UNIT
-#undef FLAG
-#undef RECORD
-#undef ARGUMENT
 
 struct NumberedProcedure {
     std::size_t number;

@@ -201,7 +201,7 @@ struct rpcNetworkSWVersionComp {
 
 struct rpcNetworkPackageVersion {
     char name[100];
-    char release[100];
+    char version[100];  ///< `release` in network.x, where the RPC language reserves the word
 };
 
 struct rpcPtyConfig {
