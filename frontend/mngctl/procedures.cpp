@@ -2,7 +2,7 @@
 
 #include "mngctl/commands/names.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 
 #include <fmt/format.h>
 
@@ -17,10 +17,9 @@ namespace {
 namespace names {
 
 struct string;
-struct rpcNetworkIpAddress;
-struct rpcNetworkIPv6Proto;
-struct rpcTelnetConfig;
-struct rpcSshConfig;
+#define UNIT(name) struct name;
+#define BOOLEAN(name) struct name;
+#include "network/rpc/records.def"
 
 }  // namespace names
 
@@ -39,44 +38,32 @@ struct Wire<void> {
     static void visit(FieldVisitor&, std::string_view, Value&) {}
 };
 
-template <>
-struct Wire<int> {
-    using Value = int;
+/// A value that is no record is one field.
+template <class Type, void (FieldVisitor::*visitField)(std::string_view, Type&)>
+struct Single {
+    using Value = Type;
     static void visit(FieldVisitor& visitor, std::string_view name, Value& value) {
-        visitor.number(name, value);
+        (visitor.*visitField)(name, value);
     }
 };
 
 template <>
-struct Wire<u_int> {
-    using Value = u_int;
-    static void visit(FieldVisitor& visitor, std::string_view name, Value& value) {
-        visitor.number(name, value);
-    }
-};
-
+struct Wire<int> : Single<int, &FieldVisitor::number> {};
 template <>
-struct Wire<bool> {
-    using Value = bool_t;
-    static void visit(FieldVisitor& visitor, std::string_view name, Value& value) {
-        visitor.flag(name, value);
-    }
-};
-
+struct Wire<u_int> : Single<u_int, &FieldVisitor::number> {};
 template <>
-struct Wire<names::rpcNetworkIPv6Proto> : Wire<bool> {};
+struct Wire<bool> : Single<bool_t, &FieldVisitor::flag> {};
+#define BOOLEAN(name) \
+    template <>       \
+    struct Wire<names::name> : Wire<bool> {};
+#include "network/rpc/records.def"
 template <>
-struct Wire<names::rpcTelnetConfig> : Wire<bool> {};
+struct Wire<names::rpcNetworkIpAddress> : Single<::rpcNetworkIpAddress, &FieldVisitor::address> {};
+template <class Enumeration>
+    requires std::is_enum_v<Enumeration>
+struct Wire<Enumeration> : Single<Enumeration, &FieldVisitor::choice<Enumeration>> {};
 template <>
-struct Wire<names::rpcSshConfig> : Wire<bool> {};
-
-template <>
-struct Wire<names::rpcNetworkIpAddress> {
-    using Value = ::rpcNetworkIpAddress;
-    static void visit(FieldVisitor& visitor, std::string_view name, Value& value) {
-        visitor.address(name, value);
-    }
-};
+struct Wire<rpcNetworkResult> : Single<rpcNetworkResult, &FieldVisitor::status> {};
 
 template <>
 struct Wire<names::string> {
@@ -86,66 +73,41 @@ struct Wire<names::string> {
     }
 };
 
-template <>
-struct Wire<rpcNetworkSprotocol> {
-    using Value = rpcNetworkSprotocol;
-    static void visit(FieldVisitor& visitor, std::string_view name, Value& value) {
-        visitor.choice(name, value);
-    }
-};
-
-template <>
-struct Wire<rpcNetworkResult> {
-    using Value = rpcNetworkResult;
-    static void visit(FieldVisitor& visitor, std::string_view name, Value& value) {
-        visitor.status(name, value);
-    }
-};
-
 constexpr std::string_view argumentName = "value";
 constexpr std::string_view resultName = "result";
+
+/// The fields of a value by the name that it has where it is no record.
+template <class Type>
+Visit fieldsOf(std::string_view name, typename Type::Value& value) {
+    return [name, &value](FieldVisitor& visitor) { Type::visit(visitor, name, value); };
+}
 
 template <class Type>
 Json describe(std::string_view name) {
     typename Type::Value value{};
-    Describer describer;
-    Type::visit(describer, name, value);
-    return describer.take();
-}
-
-template <class Type>
-void readArgument(JsonReader& reader, typename Type::Value& value) {
-    Type::visit(reader, argumentName, value);
-    reader.finish();
-}
-
-template <class Type>
-Json write(std::string_view name, typename Type::Value& value) {
-    JsonWriter writer;
-    Type::visit(writer, name, value);
-    return writer.take();
+    return describeJson(fieldsOf<Type>(name, value));
 }
 
 template <class Argument>
 Json checkArgument(const Json& json) {
-    JsonReader reader(json);
+    Texts texts;
     typename Argument::Value value{};
-    readArgument<Argument>(reader, value);
-    return write<Argument>(argumentName, value);
+    readJson(json, texts, fieldsOf<Argument>(argumentName, value));
+    return writeJson(fieldsOf<Argument>(argumentName, value));
 }
 
 template <class Argument, class Result, auto stub>
 Json call(Client& client, const Json& json) {
-    JsonReader reader(json);
+    Texts texts;
     typename Argument::Value argument{};
-    readArgument<Argument>(reader, argument);
+    readJson(json, texts, fieldsOf<Argument>(argumentName, argument));
     typename Result::Value result{};
     if constexpr (std::is_same_v<Argument, Wire<void>>) {
         client.call(networkProgram, stub, result);
     } else {
         client.call(networkProgram, stub, argument, result);
     }
-    return write<Result>(resultName, result);
+    return writeJson(fieldsOf<Result>(resultName, result));
 }
 
 Json ping(Client& client, const Json& /*argument*/) {

@@ -12,7 +12,7 @@ struct Procedure {
     std::string_view name;
     std::string_view argumentType;  ///< as in the interface file
     std::string_view resultType;
-    Json (*describeArgument)();  ///< as Describer does
+    Json (*describeArgument)();  ///< as describeJson does
     Json (*describeResult)();
     /// The argument as it would be sent, defaults filled in. Throws UsageError.
     Json (*checkArgument)(const Json& argument);

@@ -12,7 +12,7 @@
 #include "cannedBoard.h"
 
 #include "mngctl/wire/json.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>

@@ -1,5 +1,5 @@
 #include "mngctl/wire/json.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 #include "support.h"
 
 #include <cstring>
@@ -9,10 +9,8 @@ namespace {
 
 template <class Record>
 void read(Record& record, const std::string& json) {
-    const Json source = Json::parse(json);
-    JsonReader reader(source);
-    fields(reader, record);
-    reader.finish();
+    Texts texts;
+    readJson(Json::parse(json), texts, [&](FieldVisitor& visitor) { fields(visitor, record); });
 }
 
 template <class Record>
@@ -136,10 +134,8 @@ TEST(JsonReader, TakesTextsForEveryKind) {
 
 TEST(JsonReader, LeavesOutToZeroAndTextsEmpty) {
     rpc_network_snmptrap_add_1_argument argument{};
-    const Json source = Json::object();
-    JsonReader reader(source);
-    fields(reader, argument);
-    reader.finish();
+    Texts texts;
+    readJson(Json::object(), texts, [&](FieldVisitor& visitor) { fields(visitor, argument); });
     ASSERT_NE(argument.community, nullptr);
     EXPECT_STREQ(argument.community, "");
     EXPECT_EQ(argument.ipAddress, 0U);
@@ -181,9 +177,8 @@ TEST(JsonReader, BoundsTexts) {
 
 TEST(Describer, TellsTypesAndBounds) {
     rpcSntpConfigHost config{};
-    Describer describer;
-    fields(describer, config);
-    EXPECT_EQ(describer.take().dump(),
+    const Json described = describeJson([&](FieldVisitor& visitor) { fields(visitor, config); });
+    EXPECT_EQ(described.dump(),
               R"([{"name":"mode","type":"integer"},{"name":"servers","type":"list","count":4,)"
               R"("fields":[{"name":"host","type":"text","maximum":255},)"
               R"({"name":"ntpVersion","type":"integer"},{"name":"priority","type":"integer"},)"

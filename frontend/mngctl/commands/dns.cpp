@@ -1,7 +1,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>

@@ -2,7 +2,7 @@
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/names.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 
 #include <fmt/format.h>
 

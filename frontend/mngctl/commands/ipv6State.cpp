@@ -3,7 +3,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/wayIn.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "mngctl/commands/vlanState.h"
 
 #include "mngctl/outcome.h"
-#include "mngctl/wire/records.h"
+#include "mngctl/wire/recordFields.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,7 @@
 
 #include "mngctl/events/interrupt.h"
 #include "mngctl/outcome.h"
-#include "mngctl/rpc/handle.h"
+#include "mngctl/rpc/rpcHandle.h"
 #include "mngctl/wire/values.h"
 
 #include <curl/curl.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mngctl/rpc/handle.h"
+#include "mngctl/rpc/rpcHandle.h"
 
 namespace mngctl {
 

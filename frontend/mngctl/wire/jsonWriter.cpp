@@ -6,54 +6,62 @@
 
 namespace mngctl {
 
-void JsonWriter::flag(std::string_view name, bool_t& value) { at(name) = value != 0; }
-
-void JsonWriter::number(std::string_view name, int& value) { at(name) = value; }
-
-void JsonWriter::number(std::string_view name, unsigned& value) { at(name) = value; }
-
-void JsonWriter::address(std::string_view name, unsigned& value) { at(name) = formatIpv4(value); }
-
-void JsonWriter::mac(std::string_view name, std::span<unsigned char, 6> octets) {
-    at(name) = formatMac(octets);
-}
-
-void JsonWriter::fixedText(std::string_view name, std::span<char> characters) {
-    const std::size_t length = ::strnlen(characters.data(), characters.size());
-    at(name) = validUtf8({characters.data(), length});
-}
-
-void JsonWriter::text(std::string_view name, char*& value, std::size_t /*maximum*/) {
-    at(name) = validUtf8(value == nullptr ? "" : value);
-}
-
-void JsonWriter::namedNumber(std::string_view name, int& value, std::span<const Choice> choices) {
-    const auto found = std::ranges::find(choices, value, &Choice::value);
-    if (found == choices.end()) {
-        at(name) = value;
-    } else {
-        at(name) = found->name;
-    }
-}
-
-void JsonWriter::openRecord(std::string_view name) {
-    Json& child = at(name);
-    child = Json::object();
-    open.push_back(&child);
-}
-
-void JsonWriter::openList(std::string_view name, std::size_t /*count*/) {
-    Json& child = at(name);
-    child = Json::array();
-    open.push_back(&child);
-}
-
-void JsonWriter::openItem(std::size_t /*index*/) {
-    open.back()->push_back(Json::object());
-    open.push_back(&open.back()->back());
-}
-
 namespace {
+
+class JsonWriter : public FieldVisitor {
+public:
+    JsonWriter() { open.push_back(&object); }
+
+    Json take() { return std::move(object); }
+
+    void flag(std::string_view name, bool_t& value) override { at(name) = value != 0; }
+    void number(std::string_view name, int& value) override { at(name) = value; }
+    void number(std::string_view name, unsigned& value) override { at(name) = value; }
+    void address(std::string_view name, unsigned& value) override { at(name) = formatIpv4(value); }
+
+    void mac(std::string_view name, std::span<unsigned char, 6> octets) override {
+        at(name) = formatMac(octets);
+    }
+
+    void fixedText(std::string_view name, std::span<char> characters) override {
+        const std::size_t length = ::strnlen(characters.data(), characters.size());
+        at(name) = validUtf8({characters.data(), length});
+    }
+
+    void text(std::string_view name, char*& value, std::size_t /*maximum*/) override {
+        at(name) = validUtf8(value == nullptr ? "" : value);
+    }
+
+protected:
+    void namedNumber(std::string_view name, int& value, std::span<const Choice> choices) override {
+        const auto found = std::ranges::find(choices, value, &Choice::value);
+        if (found == choices.end()) {
+            at(name) = value;
+        } else {
+            at(name) = found->name;
+        }
+    }
+
+    void openRecord(std::string_view name) override { push(at(name) = Json::object()); }
+
+    void openList(std::string_view name, std::size_t /*count*/) override {
+        push(at(name) = Json::array());
+    }
+
+    void openItem(std::size_t /*index*/) override {
+        open.back()->push_back(Json::object());
+        push(open.back()->back());
+    }
+
+    void close() override { open.pop_back(); }
+
+private:
+    Json& at(std::string_view name) { return (*open.back())[std::string(name)]; }
+    void push(Json& child) { open.push_back(&child); }
+
+    Json object = Json::object();
+    std::vector<Json*> open;
+};
 
 void addLines(std::string& lines, const std::string& path, const Json& value) {
     if (value.is_object()) {
@@ -78,6 +86,12 @@ void addLines(std::string& lines, const std::string& path, const Json& value) {
 }
 
 }  // namespace
+
+Json writeJson(const Visit& visit) {
+    JsonWriter writer;
+    visit(writer);
+    return writer.take();
+}
 
 std::string toLines(const Json& value) {
     std::string lines;

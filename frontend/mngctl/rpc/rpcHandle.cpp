@@ -1,4 +1,4 @@
-#include "mngctl/rpc/handle.h"
+#include "mngctl/rpc/rpcHandle.h"
 
 #include <netinet/tcp.h>
 #include <poll.h>
