@@ -8,10 +8,16 @@ namespace mngctl::test {
 namespace {
 
 TEST(Procedures, AreAllThoseOfTheTableAndTheNullProcedure) {
-    EXPECT_EQ(procedures().size(), 84U);
+    std::vector<std::pair<unsigned, std::string_view>> expected = {{0, "null"}};
+#define PROCEDURE(number, name, argument, result) expected.emplace_back(number, #name);
+#include "network/rpc/procedures.def"
+#undef PROCEDURE
+    std::vector<std::pair<unsigned, std::string_view>> found;
+    for (const Procedure& procedure : procedures()) {
+        found.emplace_back(procedure.number, procedure.name);
+    }
+    EXPECT_EQ(found, expected);
     EXPECT_TRUE(std::ranges::is_sorted(procedures(), {}, &Procedure::number));
-    EXPECT_EQ(procedures().front().name, "null");
-    EXPECT_EQ(procedures().back().number, 99U);
 }
 
 TEST(Procedures, AreListedWithNumberNameResultAndArgument) {
@@ -39,7 +45,7 @@ TEST(Procedures, AreListedWithNumberNameResultAndArgument) {
 TEST(Procedures, AreListedAsJson) {
     const Outcome outcome = run({"rpc", "--list", "--json"});
     const Json list = Json::parse(outcome.out);
-    ASSERT_EQ(list.size(), 84U);
+    ASSERT_EQ(list.size(), procedures().size());
     EXPECT_EQ(list[28].dump(),
               R"({"number":32,"name":"add_ra_rule","argument":{)"
               R"("type":"rpc_network_add_ra_rule_1_argument","fields":[)"
@@ -121,7 +127,7 @@ TEST(Procedures, AllTakeTheirArgumentsInOrderOrAsJson) {
             EXPECT_THROW(argumentFromWords(procedure, arguments), UsageError) << procedure.name;
         }
     }
-    EXPECT_EQ(flat, 82U);  // all but sntp_update and sntp_update_host
+    EXPECT_EQ(flat, procedures().size() - 2);  // all but sntp_update and sntp_update_host
 }
 
 TEST(Procedures, WithWholeRecordsTakeOneJsonObject) {

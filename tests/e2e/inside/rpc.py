@@ -20,8 +20,8 @@ def procedures():
     rows = {}
     with open(TABLE, encoding="ascii") as table:
         for line in table:
-            row = re.match(r"PROCEDURE\(\s*(\d+),\s*(\w+),\s*(\w+),\s*(\w+)\)", line)
-            if row:
+            if line.startswith("PROCEDURE("):
+                row = re.match(r"PROCEDURE\(\s*(\d+),\s*(\w+),\s*(\w+),\s*(\w+)\)", line)
                 rows[int(row[1])] = row.groups()[1:]
     return rows
 
@@ -58,9 +58,8 @@ class NetworkProgram(unittest.TestCase):
 
     def test_every_assigned_procedure_answers_and_no_other_does(self):
         assigned = procedures()
-        self.assertEqual(len(assigned), 83)
         for client in self.clients:
-            for number in [*range(1, 110), 1000, 0xFFFFFFFF]:
+            for number in [*range(1, max(assigned) + 11), 1000, 0xFFFFFFFF]:
                 # Zeros decode as any argument: numbers, false, and empty texts.
                 status = client.call(number, b"\0" * 8400).status
                 if number in assigned:

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <map>
+#include <set>
 
 namespace {
 
@@ -103,7 +104,11 @@ TEST_F(Procedures, ShareNoResult) {
         const auto [entry, isNew] = procedures.emplace(transport.resultPlace, call.number);
         EXPECT_EQ(entry->second, call.number);
     }
-    EXPECT_EQ(procedures.size(), 83U);
+    std::set<unsigned int> numbers;
+    for (const ProcedureCall& call : procedureCalls()) {
+        numbers.insert(call.number);
+    }
+    EXPECT_EQ(procedures.size(), numbers.size());
     journal();
 }
 
