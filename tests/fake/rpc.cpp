@@ -2,6 +2,7 @@
 
 #include "fake/Platform.h"
 #include "fake/describe.h"
+#include "fake/transports.h"
 
 #include <fmt/core.h>
 #include <netinet/in.h>
@@ -51,29 +52,47 @@ bool call(const std::string& function, int descriptor, const std::string& argume
     return failure == 0;
 }
 
-/// Transports are told apart by their descriptor and never looked into.
-SVCXPRT* transportOf(int descriptor) {
-    static SVCXPRT transports[8];
-    static const auto noOperations = [] {
-        std::remove_cv_t<std::remove_pointer_t<decltype(SVCXPRT::xp_ops)>> operations{};
-        operations.xp_destroy = [](SVCXPRT*) {};
-        return operations;
-    }();
-    SVCXPRT* const transport = &transports[descriptor % 8];
-    if (transport->xp_ops != nullptr) {
-        transport->xp_ops->xp_destroy(transport);
-    }
-    transport->xp_fd = descriptor;
-    transport->xp_ops = &noOperations;
-    return transport;
-}
+/// The descriptor of a transport whose place another one takes.
+constexpr int reclaimed = -1;
+
+const auto operations = [] {
+    std::remove_cv_t<std::remove_pointer_t<decltype(SVCXPRT::xp_ops)>> own{};
+    own.xp_recv = [](SVCXPRT*, rpc_msg*) -> bool_t { return TRUE; };
+    own.xp_getargs = [](SVCXPRT*, xdrproc_t filter, void* argument) -> bool_t {
+        char nothing[16] = {};
+        XDR xdr;
+        xdrmem_create(&xdr, nothing, sizeof nothing, XDR_DECODE);
+        return filter(&xdr, argument);
+    };
+    own.xp_destroy = [](SVCXPRT* transport) {
+        if (transport->xp_fd != reclaimed) {
+            Platform::current().journal.write(fmt::format("xp_destroy({})", transport->xp_fd));
+        }
+    };
+    return own;
+}();
 
 SVCXPRT* createTransport(const std::string& function, int descriptor,
                          const std::string& arguments) {
-    return call(function, descriptor, arguments) ? transportOf(descriptor) : nullptr;
+    if (!call(function, descriptor, arguments)) {
+        return nullptr;
+    }
+    SVCXPRT* const transport = fake::transportOf(descriptor);
+    if (transport->xp_ops != nullptr) {
+        transport->xp_fd = reclaimed;
+        transport->xp_ops->xp_destroy(transport);
+    }
+    transport->xp_fd = descriptor;
+    transport->xp_ops = &operations;
+    return transport;
 }
 
 }  // namespace
+
+SVCXPRT* fake::transportOf(int descriptor) {
+    static SVCXPRT transports[8];
+    return &transports[descriptor % 8];
+}
 
 extern "C" {
 

@@ -74,6 +74,9 @@ void destroy(SVCXPRT* transport) {
 }  // namespace
 
 void boundArgumentsToDatagram(SVCXPRT* transport) {
+    if (transport == nullptr || transport->xp_ops == nullptr) {
+        return;
+    }
     auto bounded = std::make_unique<BoundedTransport>(
         BoundedTransport{*transport->xp_ops, transport->xp_ops, 0});
     bounded->operations.xp_recv = receive;

@@ -55,87 +55,82 @@ void serveRequests(const std::string& name) {
     }
 }
 
-/// A service about to be registered, and how its failures are reported.
-class Registration {
-public:
-    Registration(unsigned long programNumber, unsigned long versionNumber,
-                 RpcDispatchRoutine routine)
-        : program(programNumber), version(versionNumber), dispatch(routine) {}
+/// Binds a socket to a free port of the loopback address. Returns what bind(2) does.
+int bindToLoopback(int descriptor) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = 0;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+}
 
-    void overUdp() const {
-        const int descriptor = boundSocket("UDP", SOCK_DGRAM, IPPROTO_UDP);
-        if (descriptor == -1) {
-            return;
-        }
-        SVCXPRT* const transport = svcudp_create(descriptor);
-        if (transport == nullptr) {
-            report("create UDP RPC service", "");
-            return;
-        }
-        boundArgumentsToDatagram(transport);
-        if (!svc_register(transport, program, version, dispatch, IPPROTO_UDP)) {
-            report("register UDP RPC service", "");
-        }
+// Each failure is told with the place where it was noticed. What there is of a transport that fails
+// stays as it is, its socket included: from some step on it is the RPC library's, and a service is
+// registered once in the life of a process.
+
+void registerOverUdp(unsigned long program, unsigned long version, RpcDispatchRoutine dispatch) {
+    const int descriptor = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    if (descriptor == -1) {
+        std::fprintf(
+            stderr,
+            "%s:%d Cannot create UDP socket for RPC service 0x%08lx/%lu, version %lu (%d - %s).\n",
+            __FILE__, __LINE__, program, program, version, errno, std::strerror(errno));
+        return;
     }
-
-    void overTcp() const {
-        const int descriptor = boundSocket("TCP", SOCK_STREAM, IPPROTO_TCP);
-        if (descriptor == -1) {
-            return;
-        }
-        if (listen(descriptor, 128) != 0) {
-            const int error = errno;
-            reportErrno(error, "set TCP socket for RPC service", " to listen mode");
-            return;
-        }
-        SVCXPRT* const transport = svctcp_create(descriptor, 0, 0);
-        if (transport == nullptr) {
-            report("create TCP RPC service", "");
-            return;
-        }
-        if (!svc_register(transport, program, version, dispatch, IPPROTO_TCP)) {
-            report("register TCP RPC service", "");
-        }
+    if (bindToLoopback(descriptor) == -1) {
+        std::fprintf(
+            stderr,
+            "%s:%d Cannot bind UDP socket for RPC service 0x%08lx/%lu, version %lu (%d - %s).\n",
+            __FILE__, __LINE__, program, program, version, errno, std::strerror(errno));
+        return;
     }
-
-private:
-    /// A socket on a free port of the loopback address, or -1. The descriptor of a transport that
-    /// fails later is deliberately not closed: the RPC library may have taken it over.
-    int boundSocket(const std::string& transport, int type, int protocol) const {
-        const int descriptor = socket(AF_INET, type, protocol);
-        if (descriptor == -1) {
-            const int error = errno;
-            reportErrno(error, "create " + transport + " socket for RPC service", "");
-            return -1;
-        }
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = 0;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == -1) {
-            const int error = errno;
-            reportErrno(error, "bind " + transport + " socket for RPC service", "");
-            return -1;
-        }
-        return descriptor;
+    SVCXPRT* const transport = svcudp_create(descriptor);
+    if (transport == nullptr) {
+        std::fprintf(stderr, "%s:%d Cannot create UDP RPC service 0x%08lx/%lu, version %lu.\n",
+                     __FILE__, __LINE__, program, program, version);
+        return;
     }
-
-    void reportErrno(int error, const std::string& what, const std::string& suffix,
-                     const char* file = __builtin_FILE(), int line = __builtin_LINE()) const {
-        report(what, suffix + " (" + std::to_string(error) + " - " + std::strerror(error) + ")",
-               file, line);
+    boundArgumentsToDatagram(transport);
+    if (!svc_register(transport, program, version, dispatch, IPPROTO_UDP)) {
+        std::fprintf(stderr, "%s:%d Cannot register UDP RPC service 0x%08lx/%lu, version %lu.\n",
+                     __FILE__, __LINE__, program, program, version);
     }
+}
 
-    void report(const std::string& what, const std::string& suffix,
-                const char* file = __builtin_FILE(), int line = __builtin_LINE()) const {
-        std::fprintf(stderr, "%s:%d Cannot %s 0x%08lx/%lu, version %lu%s.\n", file, line,
-                     what.c_str(), program, program, version, suffix.c_str());
+void registerOverTcp(unsigned long program, unsigned long version, RpcDispatchRoutine dispatch) {
+    const int descriptor = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    if (descriptor == -1) {
+        std::fprintf(
+            stderr,
+            "%s:%d Cannot create TCP socket for RPC service 0x%08lx/%lu, version %lu (%d - %s).\n",
+            __FILE__, __LINE__, program, program, version, errno, std::strerror(errno));
+        return;
     }
-
-    unsigned long program;
-    unsigned long version;
-    RpcDispatchRoutine dispatch;
-};
+    if (bindToLoopback(descriptor) == -1) {
+        std::fprintf(
+            stderr,
+            "%s:%d Cannot bind TCP socket for RPC service 0x%08lx/%lu, version %lu (%d - %s).\n",
+            __FILE__, __LINE__, program, program, version, errno, std::strerror(errno));
+        return;
+    }
+    if (listen(descriptor, 128) != 0) {
+        std::fprintf(
+            stderr,
+            "%s:%d Cannot set TCP socket for RPC service 0x%08lx/%lu, version %lu to listen mode (%d - %s).\n",
+            __FILE__, __LINE__, program, program, version, errno, std::strerror(errno));
+        return;
+    }
+    SVCXPRT* const transport = svctcp_create(descriptor, 0, 0);
+    if (transport == nullptr) {
+        std::fprintf(stderr, "%s:%d Cannot create TCP RPC service 0x%08lx/%lu, version %lu.\n",
+                     __FILE__, __LINE__, program, program, version);
+        return;
+    }
+    if (!svc_register(transport, program, version, dispatch, IPPROTO_TCP)) {
+        std::fprintf(stderr, "%s:%d Cannot register TCP RPC service 0x%08lx/%lu, version %lu.\n",
+                     __FILE__, __LINE__, program, program, version);
+    }
+}
 
 }  // namespace
 
@@ -204,7 +199,6 @@ std::uint64_t checkInterrupt() {
 void rpcProxyRegisterSvc(unsigned long program, unsigned long version,
                          RpcDispatchRoutine dispatch) {
     pmap_unset(program, version);
-    const Registration registration(program, version, dispatch);
-    registration.overUdp();
-    registration.overTcp();
+    registerOverUdp(program, version, dispatch);
+    registerOverTcp(program, version, dispatch);
 }

@@ -182,6 +182,13 @@ TEST_F(DatagramBound, LeavesTheOtherOperationsAlone) {
     EXPECT_EQ(buffered.transport.xp_ops->xp_freeargs, BufferedTransport::operations.xp_freeargs);
 }
 
+TEST(NoDatagramBound, IsMadeOfATransportWithoutOperations) {
+    boundArgumentsToDatagram(nullptr);
+    SVCXPRT transport{};
+    boundArgumentsToDatagram(&transport);
+    EXPECT_EQ(transport.xp_ops, nullptr);
+}
+
 TEST_F(DatagramBound, EndsWithTheTransport) {
     buffered.transport.xp_ops->xp_destroy(&buffered.transport);
     EXPECT_EQ(buffered.timesDestroyed, 1);

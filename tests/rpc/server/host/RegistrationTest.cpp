@@ -1,6 +1,11 @@
 // Registration of a service on its two transports.
 
 #include "HostTest.h"
+#include "fake/transports.h"
+#include "rte/BLL/core/rpcDispatch.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <ostream>
@@ -64,7 +69,8 @@ Entries operator+(Entries left, const Entries& right) {
     return left;
 }
 
-/// The calls on a transport up to the one that fails. Nothing follows it: the descriptor stays.
+/// The calls on a transport up to the one that fails. Nothing follows it: descriptor and transport
+/// stay.
 Entries upTo(const Failure& failure, const Entries& calls) {
     const std::string name = failure.call;
     const std::string function = name.substr(0, name.find(' ')) + "(";
@@ -138,6 +144,32 @@ TEST_F(Registration, WritesSmallProgramNumbersWithEightDigits) {
                     R"(Cannot register TCP RPC service 0x00000064/100, version 4000000000\.)"
                     "\n"));
     journal();
+}
+
+/// Has a transport receive a datagram of some bytes. Whether it then decodes a number of four.
+bool decodesNumberFrom(SVCXPRT* transport, std::size_t size) {
+    int sockets[2] = {-1, -1};
+    const char bytes[4] = {};
+    EXPECT_EQ(socketpair(AF_UNIX, SOCK_DGRAM, 0, sockets), 0);
+    EXPECT_EQ(send(sockets[1], bytes, size, 0), static_cast<ssize_t>(size));
+    transport->xp_fd = sockets[0];
+    rpc_msg message{};
+    EXPECT_TRUE(transport->xp_ops->xp_recv(transport, &message));
+    int number = 0;
+    const bool isDecoded = svc_getargs(transport, (rpcFilter<int, xdr_int>),
+                                       reinterpret_cast<char*>(&number)) != FALSE;
+    close(sockets[0]);
+    close(sockets[1]);
+    return isDecoded;
+}
+
+TEST_F(Registration, BoundsArgumentsByTheirDatagram) {
+    printedByRegistration();
+    journal();
+    SVCXPRT* const udp = fake::transportOf(1000);
+    EXPECT_TRUE(decodesNumberFrom(udp, 4));
+    EXPECT_FALSE(decodesNumberFrom(udp, 3));
+    EXPECT_TRUE(decodesNumberFrom(fake::transportOf(1001), 3)) << "a stream knows no datagrams";
 }
 
 class FailingRegistration : public Registration, public testing::WithParamInterface<Failure> {};
