@@ -35,7 +35,8 @@ std::uint32_t query(const support::Descriptor& socket, unsigned long what, ifreq
             return 0;
         }
         const std::string reason = std::generic_category().message(errno);
-        // A poll asks every second: that the interface is not there is an answer, not a failure.
+        // A poll asks every few seconds: that the interface is not there is an answer, not a
+        // failure.
         if (errno == ENODEV) {
             throw Failure(noSuchInterface,
                           fmt::format("there is no interface \"{}\"", request.ifr_name), LOG_DEBUG);

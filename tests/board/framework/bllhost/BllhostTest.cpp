@@ -240,6 +240,10 @@ TEST_P(BllhostControlTest, ServesTheControlProgram) {
     EXPECT_EQ(client.setClearConfig(true), "0: ");
     EXPECT_EQ(client.applyDefaults(),
               "-1: factory settings could not be applied to \"stuck\": it returned 0");
+    // Factory settings clear lists without a lock: only the thread that serves requests may do
+    // that.
+    EXPECT_TRUE(host->awaitOutput("quick returns to factory settings on BLLManager_mng\n"))
+        << host->output();
     EXPECT_THAT(client.status(),
                 AllOf(Contains("shelfId shelf 7"), Contains("profileMode on"),
                       Contains("clearConfigInProgress on"), Contains("feature 12 on")));

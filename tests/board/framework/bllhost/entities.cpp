@@ -14,6 +14,7 @@
 #include "platform/interfaces.h"
 #include "platform/zubridge.h"
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -37,7 +38,12 @@ public:
         say(getName() + " starts");
         return 1;
     }
-    int applyDefaultSettings() override { return 1; }
+    int applyDefaultSettings() override {
+        char thread[16] = {};
+        pthread_getname_np(pthread_self(), thread, sizeof thread);
+        say(getName() + " returns to factory settings on " + thread);
+        return 1;
+    }
     int stop() override {
         say(getName() + " stops");
         return 1;
