@@ -327,14 +327,17 @@ private:
     /// The groups of factory settings (defaults.cpp).
     class [[gnu::visibility("hidden")]] FactorySettings;
 
-    /// Reports a failure, if there is one, to the system log. Whether there is.
-    [[gnu::visibility("hidden"), gnu::format(printf, 3, 4)]] bool reportIf(bool failure,
-                                                                           const char* format, ...);
-    /// The result of an operation whose last call returned the status: -1 if that is not 0, which
-    /// the second form reports.
+    /// Writes to the system log what is done, and what calls return.
+    [[gnu::visibility("hidden")]] void trace(const char* format, ...)
+        __attribute__((format(printf, 2, 3)));
+    /// Writes a failure to the system log, if there is one. Whether there is.
+    [[gnu::visibility("hidden")]] bool reportIf(bool failure, const char* format, ...)
+        __attribute__((format(printf, 3, 4)));
+    /// The result of an operation by the status of its last call: -1 if that is not 0, which the
+    /// second form reports.
     static int resultOf(int status) { return status != 0 ? -1 : 0; }
-    [[gnu::visibility("hidden"), gnu::format(printf, 3, 4)]] int resultOf(int status,
-                                                                          const char* format, ...);
+    [[gnu::visibility("hidden")]] int resultOf(int status, const char* format, ...)
+        __attribute__((format(printf, 3, 4)));
     /// A pointer as "%p" takes it.
     static const void* address(const void* pointer) { return pointer; }
     [[gnu::visibility("hidden")]] void writeSyslog(int level, const char* format,

@@ -8,7 +8,6 @@
 #include "varo/varoLib.h"
 
 #include <sys/time.h>
-#include <syslog.h>
 
 #include <cstddef>
 #include <ctime>
@@ -75,7 +74,7 @@ int Network::getTimeInfo(char* time) {
 /// Kept in the interface; setSntpTimezone sets the offset.
 int Network::setTimezoneOffset(int offset) {
     return withExclusiveLock([&] {
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: setTimezoneOffset: offset=%d\n", offset);
+        trace("[networkBLE]: setTimezoneOffset: offset=%d\n", offset);
         return -1;
     });
 }
@@ -191,8 +190,7 @@ int Network::getSntpTimezoneInfo(rpcNetworkSntpTimezone* info) {
         info->dstEDayInWeek = zone.dstEDayInWeek;
         info->dstETime = zone.dstETime;
         info->preset = zone.preset;
-        networkBleSyslog(
-            LOG_DEBUG,
+        trace(
             "[networkBLE]: getSntpTimezoneInfo: name=%s, offset=%d, dstOffset=%d, dstSMonth=%d, dstSWeek=%d, dstSDayInWeek=%d, dstSTime=%d, dstEMonth=%d, dstEWeek=%d, dstEDayInWeek=%d, dstETime=%d, preset=%d\n",
             info->name, info->offset, info->dstOffset, info->dstSMonth, info->dstSWeek,
             info->dstSDayInWeek, info->dstSTime, info->dstEMonth, info->dstEWeek,

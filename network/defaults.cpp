@@ -9,8 +9,6 @@
 #include "network/sources.h"
 #include "varo/varoLib.h"
 
-#include <syslog.h>
-
 #include <cstring>
 
 namespace {
@@ -50,7 +48,29 @@ class Network::FactorySettings {
 public:
     explicit FactorySettings(Network& entity) : network(entity) {}
 
-    void write();
+    void write() {
+        timeZone();
+        telnet();
+        group<varoLib_s_sshSrv>({"varoDefSshSrv", varoDefSshSrv},
+                                {"varoUpdateSshSrv", varoUpdateSshSrv});
+        group<varoLib_s_ftpSrv>({"varoDefFtpSrv", varoDefFtpSrv},
+                                {"varoUpdateFtpSrv", varoUpdateFtpSrv});
+        group<varoLib_s_subag>({"varoDefSubag", varoDefSubag},
+                               {"varoUpdateSubag", varoUpdateSubag});
+        group<varoLib_s_snmpCommunity>({"varoDefSnmpCommunity", varoDefSnmpCommunity},
+                                       {"varoUpdateSnmpCommunity", varoUpdateSnmpCommunity});
+        group<varoLib_s_snmpSystem>({"varoDefSnmpSystem", varoDefSnmpSystem},
+                                    {"varoUpdateSnmpSystem", varoUpdateSnmpSystem});
+        ntp();
+        if (isClearConfigInProgress()) {
+            network.networkRAClear();
+            return;
+        }
+        resolver<varoLib_s_dns>({"varoDefDnsWS", varoDefDnsWS},
+                                {"varoUpdateDnsWS", varoUpdateDnsWS});
+        resolver<varoLib_s_dns6>({"varoDefDns6", varoDefDns6}, {"varoUpdateDns6", varoUpdateDns6});
+        webServer(acs());
+    }
 
     bool isDone = true;
 
@@ -84,110 +104,81 @@ private:
         }
     }
 
-    void timeZone();
-    void telnet();
-    void ntp();
-    int acs();
-    void webServer(int statusOfGroupBefore);
+    void timeZone() {
+        varoLib_s_sntpTimeZone zone = factoryTimeZone();
+        check("varoUpdateSntpTimeZone", varoUpdateSntpTimeZone(&zone));
+    }
+
+    void telnet() {
+        varoLib_s_telnetSrv server{};
+        if (!check("varoDefTelnetSrv", varoDefTelnetSrv(&server))) {
+            return;
+        }
+        if (isCordProfile()) {
+            network.trace("[networkBLE]: %s: default telnet state set to false for CORD : %d\n",
+                          operation, 0);
+            server.enabled = 0;
+        }
+        check("varoUpdateTelnetSrv", varoUpdateTelnetSrv(&server));
+    }
+
+    void ntp() {
+        rpcSntpConfigHost config{};
+        if (!check("varoDefNtpHost", varoDefNtpHost(cliSource, &config))) {
+            return;
+        }
+        int status = varoUpdateNtpHost(cliSource, &config);
+        isDone &= !network.reportIf(
+            status != 0,
+            "[networkBLE]: %s: varoUpdateNtpHost for source CLI has failed! Return value: %d\n",
+            operation, status);
+        if (!isClearConfigInProgress()) {
+            status = varoUpdateNtpHost(dhcpSource, &config);
+            // Spelling and blank are those of the message.
+            isDone &= !network.reportIf(
+                status != 0,
+                "[networkBLE]: %s: varoUpdateNtpHost for surce DHCPhas failed! Return value: %d\n",
+                operation, status);
+        }
+    }
+
+    /// Returns the status of the last call.
+    int acs() {
+        varoLib_s_acs acs{};
+        acs.source = cliSource;
+        int status = varoDefAcs(&acs, cliSource);
+        if (!check("varoDefAcs", status)) {
+            return status;
+        }
+        if (isCordProfile()) {
+            network.trace("[networkBLE]: %s: default acs client state set to false for CORD : %d\n",
+                          operation, 0);
+            acs.enabled = 0;
+        }
+        for (const int source : {cliSource, dhcpSource}) {
+            acs.source = source;
+            status = varoUpdateAcs(&acs, source);
+            check("varoUpdateAcs", status);
+        }
+        return status;
+    }
+
+    /// A failure is reported by the status of the group before, and does not count.
+    void webServer(int statusOfGroupBefore) {
+        constexpr bool on = true;
+        if (singleton<BLLManager>::instance().isFeatureSupported("httpserver")) {
+            network.reportIf(
+                network.networkHttpServerSet(on) != 0,
+                "[networkBLE]: %s: networkHttpServerSet %d has failed! Return value: %d\n",
+                operation, on, statusOfGroupBefore);
+        }
+    }
 };
 
 int Network::applyDefaultSettings() {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: %s: Inside function\n", operation);
+    trace("[networkBLE]: %s: Inside function\n", operation);
     FactorySettings settings(*this);
     settings.write();
     initVersComp();
     return settings.isDone ? 1 : 0;
-}
-
-void Network::FactorySettings::write() {
-    timeZone();
-    telnet();
-    group<varoLib_s_sshSrv>({"varoDefSshSrv", varoDefSshSrv},
-                            {"varoUpdateSshSrv", varoUpdateSshSrv});
-    group<varoLib_s_ftpSrv>({"varoDefFtpSrv", varoDefFtpSrv},
-                            {"varoUpdateFtpSrv", varoUpdateFtpSrv});
-    group<varoLib_s_subag>({"varoDefSubag", varoDefSubag}, {"varoUpdateSubag", varoUpdateSubag});
-    group<varoLib_s_snmpCommunity>({"varoDefSnmpCommunity", varoDefSnmpCommunity},
-                                   {"varoUpdateSnmpCommunity", varoUpdateSnmpCommunity});
-    group<varoLib_s_snmpSystem>({"varoDefSnmpSystem", varoDefSnmpSystem},
-                                {"varoUpdateSnmpSystem", varoUpdateSnmpSystem});
-    ntp();
-    if (isClearConfigInProgress()) {
-        network.networkRAClear();
-        return;
-    }
-    resolver<varoLib_s_dns>({"varoDefDnsWS", varoDefDnsWS}, {"varoUpdateDnsWS", varoUpdateDnsWS});
-    resolver<varoLib_s_dns6>({"varoDefDns6", varoDefDns6}, {"varoUpdateDns6", varoUpdateDns6});
-    webServer(acs());
-}
-
-void Network::FactorySettings::timeZone() {
-    varoLib_s_sntpTimeZone zone = factoryTimeZone();
-    check("varoUpdateSntpTimeZone", varoUpdateSntpTimeZone(&zone));
-}
-
-void Network::FactorySettings::telnet() {
-    varoLib_s_telnetSrv server{};
-    if (!check("varoDefTelnetSrv", varoDefTelnetSrv(&server))) {
-        return;
-    }
-    if (isCordProfile()) {
-        network.networkBleSyslog(
-            LOG_DEBUG, "[networkBLE]: %s: default telnet state set to false for CORD : %d\n",
-            operation, 0);
-        server.enabled = 0;
-    }
-    check("varoUpdateTelnetSrv", varoUpdateTelnetSrv(&server));
-}
-
-void Network::FactorySettings::ntp() {
-    rpcSntpConfigHost config{};
-    if (!check("varoDefNtpHost", varoDefNtpHost(cliSource, &config))) {
-        return;
-    }
-    int status = varoUpdateNtpHost(cliSource, &config);
-    isDone &= !network.reportIf(
-        status != 0,
-        "[networkBLE]: %s: varoUpdateNtpHost for source CLI has failed! Return value: %d\n",
-        operation, status);
-    if (!isClearConfigInProgress()) {
-        status = varoUpdateNtpHost(dhcpSource, &config);
-        // Spelling and blank are those of the message.
-        isDone &= !network.reportIf(
-            status != 0,
-            "[networkBLE]: %s: varoUpdateNtpHost for surce DHCPhas failed! Return value: %d\n",
-            operation, status);
-    }
-}
-
-/// Returns the status of the last call.
-int Network::FactorySettings::acs() {
-    varoLib_s_acs acs{};
-    acs.source = cliSource;
-    int status = varoDefAcs(&acs, cliSource);
-    if (!check("varoDefAcs", status)) {
-        return status;
-    }
-    if (isCordProfile()) {
-        network.networkBleSyslog(
-            LOG_DEBUG, "[networkBLE]: %s: default acs client state set to false for CORD : %d\n",
-            operation, 0);
-        acs.enabled = 0;
-    }
-    for (const int source : {cliSource, dhcpSource}) {
-        acs.source = source;
-        status = varoUpdateAcs(&acs, source);
-        check("varoUpdateAcs", status);
-    }
-    return status;
-}
-
-/// A failure is reported by the status of the group before, and does not count.
-void Network::FactorySettings::webServer(int statusOfGroupBefore) {
-    constexpr bool on = true;
-    if (singleton<BLLManager>::instance().isFeatureSupported("httpserver")) {
-        network.reportIf(network.networkHttpServerSet(on) != 0,
-                         "[networkBLE]: %s: networkHttpServerSet %d has failed! Return value: %d\n",
-                         operation, on, statusOfGroupBefore);
-    }
 }

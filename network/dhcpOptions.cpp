@@ -6,8 +6,6 @@
 #include "network/dhcpRecord.h"
 #include "varo/varoLib.h"
 
-#include <syslog.h>
-
 #include <cstdio>
 #include <string>
 
@@ -20,7 +18,7 @@ int Network::setVendor(bool dhcp, bool vendor) {
         }
         record.vendorClassEnabled = vendor ? 1 : 0;
         const int status = varoUpdateDhcp(&record);
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVendor: return value: %d\n", status);
+        trace("[networkBLE]: setVendor: return value: %d\n", status);
         return resultOf(status);
     });
 }
@@ -34,7 +32,7 @@ int Network::setOption82(bool, bool option82) {
         }
         record.option82Enabled = option82 ? 1 : 0;
         const int status = varoUpdateDhcp(&record);
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: setOption82: return value: %d\n", status);
+        trace("[networkBLE]: setOption82: return value: %d\n", status);
         return resultOf(status);
     });
 }

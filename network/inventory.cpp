@@ -194,13 +194,11 @@ std::vector<std::string> applicationComponents(const SystemVersion& version) {
 std::vector<std::string> platformComponents() {
     std::vector<std::string> components;
     const std::string package = answerOf("rpm -q --whatprovides dorn-medium");
-    if (package.empty()) {
-        return components;
-    }
-    CommandOutput output("rpm -q --requires " + package);
-    std::string line;
-    while (output.next(line)) {
-        components.push_back(line);
+    if (!package.empty()) {
+        CommandOutput output("rpm -q --requires " + package);
+        for (std::string line; output.next(line);) {
+            components.push_back(line);
+        }
     }
     return components;
 }
@@ -256,48 +254,36 @@ int Network::getSWData(char* product, char* buildDirectory, char* buildTime, cha
                        char* packageRelease, char* osRelease, char* fileSystem, char* bootLoader,
                        char* recoveryFileSystem) {
     return withSharedLock([&] {
-        parseSoftwareInfo("show-product-version", activeMode, product);
-        fillEmpty(product);
-        parseSoftwareInfo("show-build-dir", activeMode, buildDirectory);
-        fillEmpty(buildDirectory);
-        parseSoftwareInfo("show-build-time", activeMode, buildTime);
-        fillEmpty(buildTime);
-        parseSoftwareInfo("show-product-version", upgradeMode, upgradeProduct);
-        fillEmpty(upgradeProduct);
-
-        parseSoftwareInfo(
-            "rpm -qf $(readlink -f /opt/kalvor/neroot/active/) --queryformat '%{release}\n'",
-            pipelineMode, packageRelease);
-        if (packageRelease != nullptr && isEmpty(packageRelease)) {
-            parseSoftwareInfo(
-                "rpm -qa |grep  $(readlink /opt/kalvor/neroot/active) |xargs rpm -q --queryformat "
-                "'%{release}\n'",
-                pipelineMode, packageRelease);
-        }
-        fillEmpty(packageRelease);
-
-        parseSoftwareInfo("cat /etc/*release | grep -v '=' | head -n 1", pipelineMode, osRelease);
-        if (osRelease != nullptr && isEmpty(osRelease)) {
-            parseSoftwareInfo(
-                "cat /etc/*release | grep 'DISTRIB_DESCRIPTION' | sed 's/DISTRIB_DESCRIPTION=//' | "
-                "sed 's/\"//g'",
-                pipelineMode, osRelease);
-        }
-        fillEmpty(osRelease);
-
+        // Where a command leaves the text empty, the other one is asked, if there is one.
+        const auto read = [&](char* text, int mode, const char* command,
+                              const char* other = nullptr) {
+            parseSoftwareInfo(command, mode, text);
+            if (other != nullptr && text != nullptr && isEmpty(text)) {
+                parseSoftwareInfo(other, mode, text);
+            }
+            fillEmpty(text);
+        };
+        read(product, activeMode, "show-product-version");
+        read(buildDirectory, activeMode, "show-build-dir");
+        read(buildTime, activeMode, "show-build-time");
+        read(upgradeProduct, upgradeMode, "show-product-version");
+        read(packageRelease, pipelineMode,
+             "rpm -qf $(readlink -f /opt/kalvor/neroot/active/) --queryformat '%{release}\n'",
+             "rpm -qa |grep  $(readlink /opt/kalvor/neroot/active) |xargs rpm -q --queryformat "
+             "'%{release}\n'");
+        read(osRelease, pipelineMode, "cat /etc/*release | grep -v '=' | head -n 1",
+             "cat /etc/*release | grep 'DISTRIB_DESCRIPTION' | sed 's/DISTRIB_DESCRIPTION=//' | "
+             "sed 's/\"//g'");
         if (!reportIf(fileSystem == nullptr,
                       "[networkBLE]: getSWData failed! One of input args is NULL. fileSystem: %p\n",
                       address(fileSystem))) {
             readFileSystemVersion(fileSystem);
+            fillEmpty(fileSystem);
         }
-        fillEmpty(fileSystem);
-        parseSoftwareInfo(
-            "strings /dev/`grep 'U-boot Bin' /proc/mtd|awk -F ':' '{print $1}'`|head -n 5|grep -i "
-            "boot",
-            pipelineMode, bootLoader);
-        fillEmpty(bootLoader);
-        parseSoftwareInfo("rpm -qa | grep recovery-FS- ", pipelineMode, recoveryFileSystem);
-        fillEmpty(recoveryFileSystem);
+        read(bootLoader, pipelineMode,
+             "strings /dev/`grep 'U-boot Bin' /proc/mtd|awk -F ':' '{print $1}'`|head -n 5|grep -i "
+             "boot");
+        read(recoveryFileSystem, pipelineMode, "rpm -qa | grep recovery-FS- ");
         return 0;
     });
 }

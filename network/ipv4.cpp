@@ -68,22 +68,20 @@ int Network::switchDhcp(bool on, const char* operation) {
     varoLib_s_dhcp dhcp = readDhcpForUpdate(varoGetDhcp);
     dhcp.dhcpEnabled = on ? 1 : 0;
     const int updated = varoUpdateDhcp(&dhcp);
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: %s: return value for varoUpdateDhcp: %d\n",
-                     operation, updated);
+    trace("[networkBLE]: %s: return value for varoUpdateDhcp: %d\n", operation, updated);
     if (updated != 0) {
         return -1;
     }
     const int retreated = varoDhcpRetreatAlrServNotResponding();
-    networkBleSyslog(LOG_DEBUG,
-                     "[networkBLE]: %s: return value for varoDhcpRetreatAlrServNotResponding: %d\n",
-                     operation, retreated);
+    trace("[networkBLE]: %s: return value for varoDhcpRetreatAlrServNotResponding: %d\n", operation,
+          retreated);
     return resultOf(retreated);
 }
 
 void Network::detachAddress(unsigned int ipAddr, unsigned int netmask) {
     varoLib_s_interface interface;
     if (getIntf(ipAddr, netmask, &interface) && varoDettachIpFromIntf(&interface) == 0) {
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: setIp: old ip address detached!\n");
+        trace("[networkBLE]: setIp: old ip address detached!\n");
     } else {
         networkBleSyslog(LOG_ERR, "[networkBLE]: setIp: faild to detach old ip address!\n");
     }
@@ -95,13 +93,13 @@ bool Network::attachAddress(unsigned int ipAddr, unsigned int netmask) {
         networkBleSyslog(LOG_ERR, "[networkBLE]: setIp: faild to attach new ip address!\n");
         return false;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setIp: new ip address attached!\n");
+    trace("[networkBLE]: setIp: new ip address attached!\n");
     return true;
 }
 
 int Network::setGateway(unsigned int gateway) {
     return withExclusiveLock([&] {
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: setGateway: after lock\n");
+        trace("[networkBLE]: setGateway: after lock\n");
         unsigned int current = 0;
         if (getGateway(&current) != 0) {
             return -1;
@@ -112,8 +110,7 @@ int Network::setGateway(unsigned int gateway) {
         if (current != 0) {
             varoLib_s_route old = defaultRoute(current);
             if (varoDeleteRoute(&old) != 0) {
-                networkBleSyslog(
-                    LOG_DEBUG, "[networkBLE]: setGateway: unable to delete old default gateway\n");
+                trace("[networkBLE]: setGateway: unable to delete old default gateway\n");
                 return -1;
             }
         }
@@ -122,11 +119,10 @@ int Network::setGateway(unsigned int gateway) {
         }
         varoLib_s_route route = defaultRoute(gateway);
         if (varoAddRoute(&route) != 0) {
-            networkBleSyslog(LOG_DEBUG,
-                             "[networkBLE]: setGateway: failed to add new default gateway\n");
+            trace("[networkBLE]: setGateway: failed to add new default gateway\n");
             return -1;
         }
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: setGateway: new default gateway added!\n");
+        trace("[networkBLE]: setGateway: new default gateway added!\n");
         return 0;
     });
 }
@@ -159,12 +155,12 @@ int Network::getNetworkInfo(NetworkInfo* info) {
         fillAddress(*info);
         info->mngVlanId = mngVlanId;
         info->mngVlanMode = 0;
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: getNetworkInfo: vlanid=%d mngVlanMode=%d\n",
-                         info->mngVlanId, info->mngVlanMode);
+        trace("[networkBLE]: getNetworkInfo: vlanid=%d mngVlanMode=%d\n", info->mngVlanId,
+              info->mngVlanMode);
         info->defVid = defConnectGetDefVid();
         info->defVlanMode = defConnectGetDefModeNative() == 0 ? 1 : 2;
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: getNetworkInfo: defVid=%d defVlanMode=%d\n",
-                         info->defVid, info->defVlanMode);
+        trace("[networkBLE]: getNetworkInfo: defVid=%d defVlanMode=%d\n", info->defVid,
+              info->defVlanMode);
         return 0;
     });
 }
@@ -187,9 +183,9 @@ void Network::fillDhcp(NetworkInfo& info) {
 void Network::fillAddress(NetworkInfo& info) {
     int portId = 0;
     if (interfaceMngGet(&portId) != 0) {
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: interfaceMngGet returned error\n");
+        trace("[networkBLE]: interfaceMngGet returned error\n");
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: getNetworkInfo: portID: %d.\n", portId);
+    trace("[networkBLE]: getNetworkInfo: portID: %d.\n", portId);
     varoLib_s_interface interface{};
     if (reportIf(
             interfaceLinuxnameGet(portId, portNameSize, interface.name) != 0,
@@ -227,12 +223,11 @@ bool Network::correctNetmask(unsigned int* mask, bool negate) {
     for (unsigned int bit = highestBit; (*mask & bit) != 0; bit >>= 1) {
         prefix |= bit;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: correctNetmask: before negation mask=0x%x\n",
-                     prefix);
+    trace("[networkBLE]: correctNetmask: before negation mask=0x%x\n", prefix);
     if (negate) {
         prefix = ~prefix;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: correctNetmask: after negation mask=0x%x\n", prefix);
+    trace("[networkBLE]: correctNetmask: after negation mask=0x%x\n", prefix);
     *mask = prefix;
     return true;
 }

@@ -6,8 +6,6 @@
 #include "network/dhcpRecord.h"
 #include "varo/varoLib.h"
 
-#include <syslog.h>
-
 #include <cstddef>
 
 namespace {
@@ -127,9 +125,7 @@ int Network::setIPv6Proto(bool on) {
         varoLib_s_dhcp6 dhcp = readDhcpForUpdate(varoGetDhcp6);
         dhcp.dhcpEnabled = on ? 1 : 0;
         const int status = varoUpdateDhcp6(&dhcp);
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: setIPv6Proto: return value for varoUpdateDhcp6: %d\n",
-                         status);
+        trace("[networkBLE]: setIPv6Proto: return value for varoUpdateDhcp6: %d\n", status);
         return resultOf(status);
     });
 }

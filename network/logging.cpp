@@ -11,6 +11,13 @@ void Network::networkBleSyslog(int level, const char* format, ...) {
     va_end(arguments);
 }
 
+void Network::trace(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    writeSyslog(LOG_DEBUG, format, arguments);
+    va_end(arguments);
+}
+
 bool Network::reportIf(bool failure, const char* format, ...) {
     if (failure) {
         std::va_list arguments;

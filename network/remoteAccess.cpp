@@ -7,8 +7,6 @@
 #include "platform/interfaces.h"
 #include "platform/zubridge.h"
 
-#include <syslog.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -45,8 +43,7 @@ ACLContainer_t& bridgeAcls() { return singleton<zubridge>::instance().aclContain
 }  // namespace
 
 bool Network::initNetworkAcl() {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: initNetworkAcl: aclInitialized=%d\n",
-                     aclInitialized);
+    trace("[networkBLE]: initNetworkAcl: aclInitialized=%d\n", aclInitialized);
     if (aclInitialized != 0) {
         return true;
     }
@@ -60,7 +57,7 @@ bool Network::initNetworkAcl() {
         interfaceLinuxnameGet(port, portNameSize, aclName + aclPrefixLength) != 0,
         "[networkBLE]: initNetworkAcl: function interfaceLinuxnameGet has failed! portID: %d.\n",
         port);
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: initNetworkAcl: aclNameStr: %s.\n", aclName);
+    trace("[networkBLE]: initNetworkAcl: aclNameStr: %s.\n", aclName);
 
     ACLContainer_t& acls = bridgeAcls();
     int status = acls.createACL(aclName, aclType);
@@ -83,7 +80,7 @@ bool Network::initNetworkAcl() {
              "[networkBLE]: initNetworkAcl: addCondition faile. ruleId=%d, Return value: %d\n",
              ruleId, status);
     // Said after a failure as well.
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: initNetworkAcl: addCondition ok.\n");
+    trace("[networkBLE]: initNetworkAcl: addCondition ok.\n");
     std::fflush(nullptr);
     aclInitialized = 1;
     return true;
@@ -113,7 +110,7 @@ bool Network::destroyNetworkAcl() {
 }
 
 bool Network::assignNetworkAcl() {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: assignNetworkAcl: aclAssigned=%d\n", aclAssigned);
+    trace("[networkBLE]: assignNetworkAcl: aclAssigned=%d\n", aclAssigned);
     if (aclAssigned != 0) {
         return true;
     }
@@ -126,12 +123,12 @@ bool Network::assignNetworkAcl() {
         return false;
     }
     aclAssigned = 1;
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: assignACL ok.\n");
+    trace("[networkBLE]: assignACL ok.\n");
     return true;
 }
 
 bool Network::deassignNetworkAcl() {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: deassignNetworkAcl: aclAssigned=%d\n", aclAssigned);
+    trace("[networkBLE]: deassignNetworkAcl: aclAssigned=%d\n", aclAssigned);
     if (aclAssigned == 0) {
         return true;
     }
@@ -144,7 +141,7 @@ bool Network::deassignNetworkAcl() {
         return false;
     }
     aclAssigned = 0;
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: deassignACL ok.\n");
+    trace("[networkBLE]: deassignACL ok.\n");
     return true;
 }
 
@@ -159,9 +156,7 @@ int Network::addRARule(unsigned int ipAddr, unsigned int netmask, bool permit, u
     return withExclusiveLock([&] {
         // The order of these checks lets an index past the end append, whatever it is.
         if (index > ruleIdx) {
-            networkBleSyslog(LOG_DEBUG,
-                             "[networkBLE]: addRARule: index(%d) bigger than ruleIdx(%d).\n", index,
-                             ruleIdx);
+            trace("[networkBLE]: addRARule: index(%d) bigger than ruleIdx(%d).\n", index, ruleIdx);
             index = 0;
         } else if (reportIf(index > lastPosition, "[networkBLE]: addRARule: index(%d) too big.\n",
                             index)) {
@@ -172,15 +167,11 @@ int Network::addRARule(unsigned int ipAddr, unsigned int netmask, bool permit, u
             return -1;
         }
         unsigned int wildcard = netmask;
-        networkBleSyslog(
-            LOG_DEBUG,
-            "[networkBLE]: addRARule: before ip and mask correction mask=0x%x, ip=0x%x\n", wildcard,
-            ipAddr);
+        trace("[networkBLE]: addRARule: before ip and mask correction mask=0x%x, ip=0x%x\n",
+              wildcard, ipAddr);
         correctNetmask(&wildcard, true);
         const unsigned int network = ipAddr & ~wildcard;
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: addRARule: used parameters: mask=0x%x, ip=0x%x\n", wildcard,
-                         network);
+        trace("[networkBLE]: addRARule: used parameters: mask=0x%x, ip=0x%x\n", wildcard, network);
         if (!initNetworkAcl() || !deassignNetworkAcl()) {
             return -1;
         }
@@ -195,13 +186,13 @@ int Network::addRARule(unsigned int ipAddr, unsigned int netmask, bool permit, u
                  "[networkBLE]: addRARule: addCondition faile. ruleId=%d, Return value: %d\n",
                  ruleId, status);
         // Said after a failure as well; the rule then stays in the list without a condition.
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: addRARule: addCondition ok.\n");
+        trace("[networkBLE]: addRARule: addCondition ok.\n");
         return assignNetworkAcl() ? 0 : -1;
     });
 }
 
 bool Network::createUserRule(bool permit, unsigned int index, unsigned int& ruleId) {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: addRARule: sequenceNumber=%d\n", index);
+    trace("[networkBLE]: addRARule: sequenceNumber=%d\n", index);
     ACLContainer_t& acls = bridgeAcls();
     int status = acls.createRule(aclName, permit, ruleId, index);
     if (reportIf(status != 0, "[networkBLE]: addRARule: createRule failed. Return value: %d\n",
@@ -210,7 +201,7 @@ bool Network::createUserRule(bool permit, unsigned int index, unsigned int& rule
                  "[networkBLE]: addRARule: assignNetworkAcl failed. Return value: %d\n", 0);
         return false;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: addRARule: createRule ok (ruleId=%u).\n", ruleId);
+    trace("[networkBLE]: addRARule: createRule ok (ruleId=%u).\n", ruleId);
     status = acls.changeRuleSequenceNumber(aclName, defaultRuleId, catchAllPosition);
     reportIf(status != 0,
              "[networkBLE]: addRARule: changeRuleSequenceNumber failed. Return value: %d\n",
@@ -223,7 +214,7 @@ void Network::rememberRule(unsigned int ruleId, unsigned int index) {
     ruleIdx = count + 1;
     const unsigned int slot = index != 0 ? index - 1 : count;
     // The new count stands in both places.
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: addRARule: i=%d, ruleIdx=%d\n", ruleIdx, ruleIdx);
+    trace("[networkBLE]: addRARule: i=%d, ruleIdx=%d\n", ruleIdx, ruleIdx);
     std::copy_backward(ruleIds + slot, ruleIds + count, ruleIds + ruleIdx);
     ruleIds[slot] = ruleId;
 }
@@ -231,9 +222,7 @@ void Network::rememberRule(unsigned int ruleId, unsigned int index) {
 int Network::removeRARule(unsigned int index) {
     return withExclusiveLock([&] {
         if (ruleIdx == 0) {
-            networkBleSyslog(
-                LOG_DEBUG,
-                "[networkBLE]: removeRARule: Remote access filtering is already empty.\n");
+            trace("[networkBLE]: removeRARule: Remote access filtering is already empty.\n");
             return 0;
         }
         if (reportIf(index > lastPosition, "[networkBLE]: removeRARule: index(%d) too big.\n",
@@ -245,7 +234,7 @@ int Network::removeRARule(unsigned int index) {
         if (!deassignNetworkAcl()) {
             return -1;
         }
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: removeRARule: sequenceNumber=%d\n", index);
+        trace("[networkBLE]: removeRARule: sequenceNumber=%d\n", index);
         return index == 0 ? removeAllRules() : removeRuleAt(index);
     });
 }
@@ -268,8 +257,8 @@ int Network::removeRuleAt(unsigned int index) {
     if (!removeFromBridge(ruleIds[slot])) {
         return -1;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: removeRARule: sequenceNumber=%d, i=%d, ruleIdx=%d\n",
-                     index, slot, ruleIdx);
+    trace("[networkBLE]: removeRARule: sequenceNumber=%d, i=%d, ruleIdx=%d\n", index, slot,
+          ruleIdx);
     if (slot < ruleIdx) {
         std::copy(ruleIds + slot + 1, ruleIds + ruleIdx + 1, ruleIds + slot);
     }
@@ -281,7 +270,7 @@ int Network::removeRuleAt(unsigned int index) {
 }
 
 bool Network::removeFromBridge(unsigned int ruleId) {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: removeRARule: ruleId=%u.\n", ruleId);
+    trace("[networkBLE]: removeRARule: ruleId=%u.\n", ruleId);
     ACLContainer_t& acls = bridgeAcls();
     int status = acls.delCondition(aclName, ruleId, onlyCondition);
     if (reportIf(status != 0, "[networkBLE]: removeRARule: delCondition faile. Return value: %d\n",
@@ -306,8 +295,7 @@ int Network::iterateRules(unsigned int index, RemoteAccessRule* rule) {
             return -1;
         }
         if (ruleIdx == 0) {
-            networkBleSyslog(LOG_DEBUG,
-                             "[networkBLE]: iterateRules: Remote access filtering is empty.\n");
+            trace("[networkBLE]: iterateRules: Remote access filtering is empty.\n");
             return -1;
         }
         if (reportIf(aclInitialized == 0,
@@ -316,25 +304,21 @@ int Network::iterateRules(unsigned int index, RemoteAccessRule* rule) {
             return -1;
         }
         const unsigned int ruleId = ruleIds[index];
-        networkBleSyslog(LOG_DEBUG, "[networkBLE]: iterateRules: sequenceNumber=%d, ruleId=%u.\n",
-                         index, ruleId);
+        trace("[networkBLE]: iterateRules: sequenceNumber=%d, ruleId=%u.\n", index, ruleId);
         ACLContainer_t::aclRule_t found{};
         if (reportIf(bridgeAcls().getACLRule(aclName, ruleId, found) != 0,
                      "[networkBLE]: iterateRules: remoteAcl.getACLRule has failed!\n")) {
             return -1;
         }
-        networkBleSyslog(LOG_DEBUG,
-                         "[networkBLE]: iterateRules: rule.sequenceNumber=%d, sequenceNumber=%d.\n",
-                         found.sequenceNumber, index);
+        trace("[networkBLE]: iterateRules: rule.sequenceNumber=%d, sequenceNumber=%d.\n",
+              found.sequenceNumber, index);
         rule->sequenceNumber = index + 1;
         if (!found.conditions.empty()) {
             rule->ipAddr = found.conditions.front().address;
             rule->netmask = found.conditions.front().wildcard;
         }
-        networkBleSyslog(
-            LOG_DEBUG,
-            "[networkBLE]: iterateRules: before ip and mask correction mask=0x%x, ip=0x%x\n",
-            rule->netmask, rule->ipAddr);
+        trace("[networkBLE]: iterateRules: before ip and mask correction mask=0x%x, ip=0x%x\n",
+              rule->netmask, rule->ipAddr);
         rule->netmask = ~rule->netmask;
         rule->permit = found.permit;
         return 0;

@@ -34,23 +34,14 @@ rpcSnmpCommunityAccess accessOf(const char (&text)[size]) {
 /// The relay agents identify the node by the same texts; the DHCP relay agent is told first.
 template <class Agent>
 void tell(const std::string& text, rpcSnmpSystemSelector selector) {
-    Agent& agent = singleton<Agent>::instance();
     switch (selector) {
         case rpcSnmpSystemContact:
-            agent.setSystemContact(text);
-            break;
+            return singleton<Agent>::instance().setSystemContact(text);
         case rpcSnmpSystemLocation:
-            agent.setSystemLocation(text);
-            break;
+            return singleton<Agent>::instance().setSystemLocation(text);
         case rpcSnmpSystemName:
-            agent.setSystemName(text);
-            break;
+            return singleton<Agent>::instance().setSystemName(text);
     }
-}
-
-bool isKnown(rpcSnmpSystemSelector selector) {
-    return selector == rpcSnmpSystemContact || selector == rpcSnmpSystemLocation ||
-           selector == rpcSnmpSystemName;
 }
 
 }  // namespace
@@ -119,7 +110,7 @@ int Network::snmpSystemChange(const char* text, rpcSnmpSystemSelector selector) 
         if (varoChangeSnmpSystem(text, selector) != 0) {
             return -1;
         }
-        if (text != nullptr && isKnown(selector)) {
+        if (text != nullptr) {
             tell<dhcpra>(text, selector);
             tell<pppoeia>(text, selector);
         }

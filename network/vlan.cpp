@@ -52,7 +52,7 @@ int Network::setVlan(unsigned int vlanId) {
 }
 
 bool Network::ensureVlan(unsigned int vlanId) {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVlan: checking VLAN database\n");
+    trace("[networkBLE]: setVlan: checking VLAN database\n");
     if (isInDatabase(vlanId)) {
         return true;
     }
@@ -60,21 +60,19 @@ bool Network::ensureVlan(unsigned int vlanId) {
         return false;
     }
     // This message has no line end.
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: %s: VLAN %d not in DB. Will add and check again.",
-                     "setVlan", vlanId);
+    trace("[networkBLE]: %s: VLAN %d not in DB. Will add and check again.", "setVlan", vlanId);
     zuvlanCreate(defaultDatabase, vlanId);
     return isInDatabase(vlanId);
 }
 
 /// From the moment the port has left its VLAN it is in none, until it has arrived in the new one.
 bool Network::moveManagementPort(unsigned int vlanId) {
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVlan: trying to deleted mng port from vlan: %d\n",
-                     mngVlanId);
+    trace("[networkBLE]: setVlan: trying to deleted mng port from vlan: %d\n", mngVlanId);
     int port = 0;
     if (interfaceMngGet(&port) != 0) {
         return false;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVlan: mng port id is: %d\n", port);
+    trace("[networkBLE]: setVlan: mng port id is: %d\n", port);
     if (mngVlanId != 0) {
         if (zuvlanDelMembership(defaultDatabase, mngVlanId, port) != 0) {
             return false;
@@ -82,18 +80,15 @@ bool Network::moveManagementPort(unsigned int vlanId) {
         mngVlanId = 0;
     }
     // The second number is 0 by now, whatever the port has left.
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVlan: mng port (%d): deleted from vlan: %d\n",
-                     port, mngVlanId);
+    trace("[networkBLE]: setVlan: mng port (%d): deleted from vlan: %d\n", port, mngVlanId);
     if (zuvlanAddMembership(defaultDatabase, tagOf(vlanId), port) != 0) {
         return false;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVlan: mng port (%d): added to vlan: %d\n", port,
-                     vlanId);
+    trace("[networkBLE]: setVlan: mng port (%d): added to vlan: %d\n", port, vlanId);
     if (zuvlanSetPvid(defaultDatabase, tagOf(vlanId), port) != 0) {
         return false;
     }
-    networkBleSyslog(LOG_DEBUG, "[networkBLE]: setVlan: mng port (%d): Pvid set to: %d\n", port,
-                     vlanId);
+    trace("[networkBLE]: setVlan: mng port (%d): Pvid set to: %d\n", port, vlanId);
     return true;
 }
 
