@@ -3,32 +3,23 @@
 #include "board/switchboard/Configuration.h"
 #include "board/varo/Configuration.h"
 #include "contract/Environment.h"
+#include "support/files.h"
 #include "varo/varoLib.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace {
 
-std::filesystem::path stateDirectory;
-
-std::filesystem::path makeDirectory() {
-    std::string path = (std::filesystem::temp_directory_path() / "contract-XXXXXX").string();
-    if (mkdtemp(path.data()) == nullptr) {
-        throw std::runtime_error("cannot make " + path);
-    }
-    return path;
-}
+std::optional<TemporaryDirectory> state;
 
 }  // namespace
 
 Environment::Environment() {
     static bool isFirst = true;
-    stateDirectory = makeDirectory();
+    const std::filesystem::path stateDirectory = state.emplace().path();
     const auto dropLine = [](int, const std::string&) {};
     varo::configure({.stateDirectory = stateDirectory,
                      .resolverFile = {},
@@ -53,7 +44,7 @@ Environment::Environment() {
 
 Environment::~Environment() {
     varoLibDestroy();
-    std::filesystem::remove_all(stateDirectory);
+    state.reset();
 }
 
 Environment::Interface Environment::interface() { return {"lo", 0x7f000001, 0xff000000}; }

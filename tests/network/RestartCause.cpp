@@ -6,6 +6,7 @@
 #include "network/library.h"
 #include "network/webEvents.h"
 #include "support/CapturedOutput.h"
+#include "support/files.h"
 #include "support/privateNamespaces.h"
 
 #include <cstdlib>

@@ -1,10 +1,15 @@
 #include "support/privateNamespaces.h"
 
+#include "support/files.h"
+
 #include <fcntl.h>
 #include <sys/mount.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <stdexcept>
 #include <system_error>
 
 namespace {
@@ -25,6 +30,19 @@ void enterUserNamespace(int kinds) {
     writeFile("/proc/self/gid_map", "0 " + group + " 1");
 }
 
+std::string readAll(int descriptor) {
+    std::string content;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t count = read(descriptor, buffer, sizeof buffer);
+        if (count > 0) {
+            content.append(buffer, static_cast<std::size_t>(count));
+        } else if (count == 0 || errno != EINTR) {
+            return content;
+        }
+    }
+}
+
 }  // namespace
 
 void enterPrivateNamespaces(int kinds) {
@@ -39,16 +57,55 @@ void enterPrivateNamespaces(int kinds) {
     }
 }
 
-void coverDirectory(const std::string& path) {
-    require(mount("tmpfs", path.c_str(), "tmpfs", 0, "mode=755") == 0, "covering " + path);
+std::string inOwnNamespaces(int kinds, const std::function<std::string()>& body) {
+    int ends[2];
+    require(pipe2(ends, O_CLOEXEC) == 0, "making a pipe");
+    const pid_t child = fork();
+    require(child >= 0, "forking");
+    if (child == 0) {
+        std::string answer;
+        try {
+            enterPrivateNamespaces(kinds);
+            answer = body();
+        } catch (const std::exception& error) {
+            answer = std::string("exception: ") + error.what();
+        }
+        const ssize_t written = write(ends[1], answer.data(), answer.size());
+        // Nothing of the test is to run twice: neither destructors nor leak checks.
+        _exit(written == static_cast<ssize_t>(answer.size()) ? 0 : 1);
+    }
+    close(ends[1]);
+    std::string answer = readAll(ends[0]);
+    close(ends[0]);
+    if (const int status = waitFor(child); status != 0) {
+        answer += " [child ended with status " + std::to_string(status) + "]";
+    }
+    return answer;
 }
 
-void writeFile(const std::string& path, const std::string& content) {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-    require(file >= 0, "opening " + path);
-    const ssize_t written = write(file, content.data(), content.size());
-    const int error = errno;
-    close(file);
-    errno = error;
-    require(written == static_cast<ssize_t>(content.size()), "writing " + path);
+int waitFor(pid_t child) {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0) {
+        require(errno == EINTR, "waiting for a child");
+    }
+    return status;
+}
+
+void coverDirectory(const std::string& path) {
+    require(mount("tmpfs", path.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=755") == 0,
+            "covering " + path);
+}
+
+std::string shell(const std::string& command) {
+    FILE* const stream = popen((command + " 2>&1").c_str(), "re");
+    require(stream != nullptr, "popen");
+    std::string output = readAll(fileno(stream));
+    const int status = pclose(stream);
+    if (!output.empty() && output.back() == '\n') {
+        output.pop_back();
+    }
+    if (status != 0) {
+        throw std::runtime_error(command + ": " + output);
+    }
+    return output;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "../framework/support.h"
+#include "../framework/doubles.h"
 #include "board/bridge/Configuration.h"
 #include "board/bridge/codes.h"
-#include "files.h"
 #include "platform/acl.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 

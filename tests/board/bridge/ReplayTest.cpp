@@ -26,7 +26,7 @@ protected:
     /// A process starts that finds these rules, and its product makes the empty list.
     void startWith(const SavedRules& rules) {
         product.reset();
-        test::writeFile(savedFile(), bridge::formatRules(rules));
+        writeFile(savedFile(), bridge::formatRules(rules));
         restartProduct();
     }
     void restartProduct() {

@@ -13,7 +13,6 @@ using bridge::SavedRule;
 using bridge::SavedRules;
 using test::from;
 using test::ip;
-using test::writeFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -149,7 +148,7 @@ TEST_F(StorageTest, ADamagedFileIsSetAside) {
                                                      "remote-access.json.damaged-"));
     EXPECT_THAT(messages[0], HasSubstr("; the remote-access list starts without rules: "));
     ASSERT_EQ(state.names().size(), 1U);
-    EXPECT_EQ(test::readFile(state.path() / state.names()[0]), damaged);
+    EXPECT_EQ(readFile(state.path() / state.names()[0]), damaged);
 }
 
 TEST_F(StorageTest, AFileThatCannotBeReadIsAnErrorOfTheHost) {

@@ -1,10 +1,10 @@
 #include "board/framework/Framework.h"
 #include "board/framework/controlActions.h"
-#include "files.h"
+#include "doubles.h"
 #include "framework/BLLManager.h"
 #include "framework/CliConfig.h"
 #include "framework/sysInfo.h"
-#include "support.h"
+#include "support/files.h"
 
 #include <boost/bind/bind.hpp>
 #include <gmock/gmock.h>
@@ -77,7 +77,7 @@ protected:
         }
     }
 
-    test::TemporaryDirectory directory;
+    TemporaryDirectory directory;
     Journal journal;
 };
 

@@ -1,5 +1,5 @@
 #include "board/framework/EntityRegistry.h"
-#include "support.h"
+#include "doubles.h"
 
 #include <gmock/gmock.h>
 

@@ -1,14 +1,14 @@
 // The framework's classes, as an entity library sees them.
 
 #include "board/framework/Framework.h"
-#include "files.h"
+#include "doubles.h"
 #include "framework/BLLManager.h"
 #include "framework/CliConfig.h"
 #include "framework/Interfaces.h"
 #include "framework/sysInfo.h"
 #include "platform/features.h"
 #include "platform/zubridge.h"
-#include "support.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 #include <pthread.h>
@@ -35,7 +35,7 @@ protected:
         framework::framework().configurationLock.setWaitLimit(std::chrono::seconds(10));
     }
 
-    test::TemporaryDirectory directory;
+    TemporaryDirectory directory;
 };
 
 template <class Lock>

@@ -1,7 +1,7 @@
 #include "board/framework/Framework.h"
 #include "board/framework/stderrLog.h"
+#include "doubles.h"
 #include "framework/Log.h"
-#include "support.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

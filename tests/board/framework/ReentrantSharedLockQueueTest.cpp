@@ -2,7 +2,7 @@
 
 #include "LockFixture.h"
 #include "board/framework/ReentrantSharedLock.h"
-#include "support.h"
+#include "doubles.h"
 
 #include <gmock/gmock.h>
 

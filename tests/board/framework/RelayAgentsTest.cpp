@@ -1,6 +1,6 @@
 #include "board/framework/systemTexts.h"
+#include "doubles.h"
 #include "framework/relayAgents.h"
-#include "support.h"
 
 #include <gmock/gmock.h>
 

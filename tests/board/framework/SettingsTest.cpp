@@ -1,6 +1,6 @@
 #include "board/framework/Settings.h"
-#include "files.h"
-#include "support.h"
+#include "doubles.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
@@ -12,9 +12,6 @@
 using framework::Settings;
 using framework::SettingsValues;
 using test::Journal;
-using test::readFile;
-using test::TemporaryDirectory;
-using test::writeFile;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;

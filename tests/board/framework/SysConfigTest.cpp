@@ -1,7 +1,7 @@
 #include "board/framework/softwareVersion.h"
-#include "files.h"
+#include "doubles.h"
 #include "platform/sysConfig.h"
-#include "support.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 

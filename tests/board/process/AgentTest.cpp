@@ -1,5 +1,8 @@
 #include "board/snmp/Agent.h"
-#include "tests/board/process/support.h"
+#include "support/LogLines.h"
+#include "support/files.h"
+#include "support/setText.h"
+#include "tests/board/process/scripts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,13 +33,13 @@ protected:
         setText(system.name, "c");
     }
 
-    Directory directory;
+    TemporaryDirectory directory;
     const std::filesystem::path program = directory / "agent";
     const std::filesystem::path taken = directory / "taken";
     const std::filesystem::path starts = directory / "starts";
     const std::filesystem::path files = directory / "snmp";
     varoLib_s_snmpSystem system{};
-    Lines lines;
+    LogLines lines;
 };
 
 TEST_F(AgentTest, StartsWithAllThreeRecords) {

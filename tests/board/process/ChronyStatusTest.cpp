@@ -1,5 +1,5 @@
 #include "board/ntp/status.h"
-#include "tests/board/process/support.h"
+#include "support/setText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,8 +7,6 @@
 #include <ctime>
 
 namespace {
-
-using daemontest::setText;
 
 // As chronyc 4.3 writes them.
 const std::string tracking =

@@ -1,5 +1,7 @@
 #include "board/process/Daemon.h"
-#include "tests/board/process/support.h"
+#include "support/LogLines.h"
+#include "support/files.h"
+#include "tests/board/process/scripts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -43,14 +45,14 @@ protected:
         return std::stoi(text.substr(text.rfind('\n', end) + 1));
     }
 
-    Directory directory;
+    TemporaryDirectory directory;
     const std::filesystem::path program = directory / "program";
     const std::filesystem::path configuration = directory / "configuration";
     const std::filesystem::path starts = directory / "starts";
     const std::filesystem::path taken = directory / "taken";
     const std::filesystem::path ends = directory / "ends";
     const std::vector<std::string> command{program.string()};
-    Lines lines;
+    LogLines lines;
     const process::Daemon::Traits traits{
         .name = "the program", .readyMark = "ready", .reloadedMark = "reread"};
 };

@@ -1,12 +1,11 @@
 #include "board/snmp/snmpdConfiguration.h"
-#include "tests/board/process/support.h"
+#include "support/setText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
 
-using daemontest::setText;
 using testing::HasSubstr;
 using testing::Not;
 

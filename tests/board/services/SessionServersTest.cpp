@@ -1,7 +1,6 @@
 #include "board/services/SessionServers.h"
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/network/namespaces.h"
-#include "tests/board/varo/support.h"
+#include "support/files.h"
+#include "support/privateNamespaces.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
@@ -147,7 +146,7 @@ protected:
         return "";
     }
 
-    varotest::TemporaryDirectory directory;
+    TemporaryDirectory directory;
     Lines lines;
     std::unique_ptr<SessionServers> servers;  // ends before the lines do
 };
@@ -302,7 +301,7 @@ TEST_F(SessionServersTest, SayWhichProgramIsMissing) {
               "cannot run " + directory.path().string() + ": Permission denied");
     EXPECT_EQ(connectError(telnetPort), ECONNREFUSED);
     telnet(0);
-    varotest::writeFile(file, "#!/bin/sh\nexec cat\n");
+    writeFile(file, "#!/bin/sh\nexec cat\n");
     EXPECT_EQ(failureOf([&] { telnet(1); }), "cannot run " + file + ": Permission denied");
     ASSERT_EQ(::chmod(file.c_str(), 0755), 0);
     telnet(1);
@@ -311,7 +310,7 @@ TEST_F(SessionServersTest, SayWhichProgramIsMissing) {
 
 TEST_F(SessionServersTest, ReportAServerThatCannotRunAfterAll) {
     const std::string file = directory.path() / "server";
-    varotest::writeFile(file, "#!/no/such/interpreter\n");
+    writeFile(file, "#!/no/such/interpreter\n");
     ASSERT_EQ(::chmod(file.c_str(), 0755), 0);
     ServerConfiguration given = configuration();
     given.telnet = {file};
@@ -334,20 +333,20 @@ TEST_F(SessionServersTest, ServeTheirInterfaceOnlyAndWaitForIt) {
     given.interface = "late0";
     start(given);
     EXPECT_EQ(failureOf([&] { telnet(1); }), "there is no interface late0");
-    const auto listening = [] { return varotest::shell("ss -Hltn 'sport = :23'"); };
+    const auto listening = [] { return shell("ss -Hltn 'sport = :23'"); };
     EXPECT_EQ(listening(), "");
-    varotest::shell("ip link add late0 type veth peer name lan0 netns lan");
+    shell("ip link add late0 type veth peer name lan0 netns lan");
     EXPECT_TRUE(lines.await("5 telnet is served on late0 now"));
     EXPECT_THAT(listening(), HasSubstr("0.0.0.0%late0:23"));
     EXPECT_EQ(connectError(telnetPort), ECONNREFUSED);
     // Another interface of the same name.
-    varotest::shell("ip link del late0");
-    varotest::shell("ip link add late0 type veth peer name lan0 netns lan");
+    shell("ip link del late0");
+    shell("ip link add late0 type veth peer name lan0 netns lan");
     EXPECT_TRUE(lines.await("5 telnet is served on late0 now", 2));
     EXPECT_THAT(listening(), HasSubstr("0.0.0.0%late0:23"));
     telnet(0);
     EXPECT_EQ(listening(), "");
-    varotest::shell("ip link del late0");
+    shell("ip link del late0");
 }
 
 TEST_F(SessionServersTest, EndTheirSessionsInTheEnd) {

@@ -1,7 +1,7 @@
 #include "board/services/timeZoneFiles.h"
 #include "board/services/timeZoneRule.h"
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/VaroTest.h"
+#include "support/files.h"
+#include "tests/board/services/zones.h"
 
 #include <gtest/gtest.h>
 
@@ -12,24 +12,6 @@
 #include <vector>
 
 namespace {
-
-using Zone = varoLib_s_sntpTimeZone;
-
-Zone zone(const std::string& name, int offset, int dstOffset) {
-    Zone result{};
-    varotest::setText(result.name, name);
-    result.offset = offset;
-    result.dstOffset = dstOffset;
-    result.dstSMonth = 3;
-    result.dstSWeek = 2;
-    result.dstSDayInWeek = 7;
-    result.dstSTime = 200;
-    result.dstEMonth = 11;
-    result.dstEWeek = 1;
-    result.dstEDayInWeek = 7;
-    result.dstETime = 200;
-    return result;
-}
 
 /// What the C library makes of a value of TZ, at many moments.
 std::vector<std::string> localTimes(const std::string& variable) {
@@ -51,7 +33,7 @@ std::vector<std::string> localTimes(const std::string& variable) {
 
 class TimeZoneFiles : public testing::Test {
 protected:
-    varotest::TemporaryDirectory directory;
+    TemporaryDirectory directory;
     const services::TimeZoneFiles files{directory.path() / "localtime", directory.path() / "TZ"};
 };
 
@@ -60,7 +42,7 @@ TEST_F(TimeZoneFiles, MeanTheSameToTheCLibrary) {
                              zone("Australia/Lord_Howe", 630, 30), zone("Europe/Dublin", 60, -60),
                              zone("Asia/Kolkata", 330, 0), zone("NONE", -720, -180)}) {
         services::writeTimeZone(files, each);
-        const std::string rule = varotest::readFile(files.rule);
+        const std::string rule = readFile(files.rule);
         EXPECT_EQ(rule, services::timeZoneRule(each).text + "\n");
         const auto byRule = localTimes(rule.substr(0, rule.size() - 1));
         EXPECT_EQ(localTimes(":" + files.localtime.string()), byRule) << rule;
@@ -82,14 +64,14 @@ TEST_F(TimeZoneFiles, ObserveDaylightSavingTime) {
 
 TEST_F(TimeZoneFiles, AreWrittenOneWithoutTheOther) {
     services::writeTimeZone({{}, files.rule}, zone("CET", 60, 0));
-    EXPECT_EQ(varotest::readFile(files.rule), "CET-1\n");
+    EXPECT_EQ(readFile(files.rule), "CET-1\n");
     EXPECT_FALSE(std::filesystem::exists(files.localtime));
     services::writeTimeZone({}, zone("CET", 60, 0));
 }
 
 TEST_F(TimeZoneFiles, AreNoLinksIntoTheZoneDatabase) {
     const auto database = directory.path() / "UTC";
-    varotest::writeFile(database, "precious");
+    writeFile(database, "precious");
     std::filesystem::create_symlink(database, files.localtime);
     try {
         services::writeTimeZone(files, zone("CET", 60, 0));
@@ -99,7 +81,7 @@ TEST_F(TimeZoneFiles, AreNoLinksIntoTheZoneDatabase) {
             std::string(error.what()),
             files.localtime.string() + " is a symbolic link, whose target is not overwritten");
     }
-    EXPECT_EQ(varotest::readFile(database), "precious");
+    EXPECT_EQ(readFile(database), "precious");
 }
 
 TEST_F(TimeZoneFiles, NeedADirectory) {

@@ -1,27 +1,9 @@
 #include "board/services/timeZoneRule.h"
-#include "tests/board/varo/VaroTest.h"
+#include "tests/board/services/zones.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-using Zone = varoLib_s_sntpTimeZone;
-
-Zone zone(const std::string& name, int offset, int dstOffset = 0) {
-    Zone result{};
-    varotest::setText(result.name, name);
-    result.offset = offset;
-    result.dstOffset = dstOffset;
-    result.dstSMonth = 3;
-    result.dstSWeek = 5;
-    result.dstSDayInWeek = 7;
-    result.dstSTime = 200;
-    result.dstEMonth = 10;
-    result.dstEWeek = 5;
-    result.dstEDayInWeek = 7;
-    result.dstETime = 300;
-    return result;
-}
 
 std::string rule(const Zone& given) { return services::timeZoneRule(given).text; }
 

@@ -18,7 +18,7 @@ protected:
 
     /// The entry as it is stored.
     std::string entry() const {
-        const std::string text = varotest::readFile(file);
+        const std::string text = readFile(file);
         return text.substr(text.find("\"managementEntry\""));
     }
 
@@ -30,7 +30,7 @@ protected:
 
     /// Runs the body where "mng0" is an Ethernet interface.
     static std::string withInterface(const std::function<std::string()>& body) {
-        return varotest::inOwnNamespaces(CLONE_NEWNET, [&]() -> std::string {
+        return inOwnNamespaces(CLONE_NEWNET, [&]() -> std::string {
             if (std::system(
                     "ip link add mng0 address 02:00:5e:10:00:ff type veth peer name far0") != 0) {
                 return "no interface could be made";

@@ -15,9 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::StartsWith;
-using varotest::filesIn;
-using varotest::readFile;
-using varotest::writeFile;
 
 using SwitchStorage = switchtest::SwitchTest;
 
@@ -206,7 +203,7 @@ TEST_F(SwitchStorage, WhatWasAcknowledgedSurvivesAKill) {
             last = vlan;
         }
         ::close(ends[0]);
-        const int status = varotest::waitFor(child);
+        const int status = waitFor(child);
         ASSERT_TRUE(WIFSIGNALED(status)) << status;
         restart();
         EXPECT_EQ(find(last), success);

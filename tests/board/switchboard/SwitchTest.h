@@ -4,8 +4,9 @@
 #include "board/switchboard/Configuration.h"
 #include "board/switchboard/codes.h"
 #include "platform/vlan.h"
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/support.h"
+#include "support/LogLines.h"
+#include "support/files.h"
+#include "support/privateNamespaces.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -64,9 +65,9 @@ protected:
         return zuvlanGetVlanInfoId(defaultDatabase, vlan, &info);
     }
 
-    varotest::TemporaryDirectory directory;
+    TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "switch.json";
-    varotest::LogLines log;
+    LogLines log;
 };
 
 }  // namespace switchtest

@@ -22,7 +22,7 @@ TEST_F(VlanTest, StartsWithTheFactoryState) {
     EXPECT_EQ(defaultVlan(), "1 tagged");
     EXPECT_EQ(framework::vlanReport().managementVlan, 0U);
     EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_THAT(varotest::filesIn(directory.path()), IsEmpty());
+    EXPECT_THAT(filesIn(directory.path()), IsEmpty());
 }
 
 TEST_F(VlanTest, MovesTheManagementPort) {
@@ -47,7 +47,7 @@ TEST_F(VlanTest, LeavesAndEntersTheSameVlan) {
 TEST_F(VlanTest, AddsAMemberTwiceWithoutAChange) {
     EXPECT_EQ(add(1, mng), success);
     EXPECT_THAT(vlans(), ElementsAre("1: 1* 100"));
-    EXPECT_THAT(varotest::filesIn(directory.path()), IsEmpty());
+    EXPECT_THAT(filesIn(directory.path()), IsEmpty());
 }
 
 TEST_F(VlanTest, KeepsThePvidOfAPortThatLeavesAnotherVlan) {

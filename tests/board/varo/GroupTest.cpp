@@ -1,9 +1,9 @@
 #include "board/varo/Failure.h"
 #include "board/varo/store/Group.h"
 #include "board/varo/store/RecordStore.h"
-#include "tests/board/varo/TemporaryDirectory.h"
+#include "support/files.h"
 #include "tests/board/varo/VaroTest.h"
-#include "tests/board/varo/support.h"
+#include "tests/board/varo/storage.h"
 #include "varo/records.h"
 #include "varo/sntpRecords.h"
 

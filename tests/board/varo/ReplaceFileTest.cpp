@@ -1,6 +1,7 @@
 #include "board/support/replaceFile.h"
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/support.h"
+#include "support/files.h"
+#include "support/privateNamespaces.h"
+#include "tests/board/varo/storage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

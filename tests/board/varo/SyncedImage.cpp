@@ -1,6 +1,6 @@
 #include "tests/board/varo/SyncedImage.h"
 
-#include "tests/board/varo/support.h"
+#include "support/files.h"
 
 #include <sys/stat.h>
 #include <sys/syscall.h>

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "board/varo/Configuration.h"
 #include "board/varo/codes.h"
-#include "tests/board/varo/TemporaryDirectory.h"
-#include "tests/board/varo/support.h"
+#include "support/LogLines.h"
+#include "support/files.h"
+#include "support/privateNamespaces.h"
+#include "support/setText.h"
+#include "tests/board/varo/storage.h"
 #include "varo/varoLib.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <string>
+#include <filesystem>
 
 namespace varotest {
 
@@ -45,12 +48,5 @@ protected:
         return varoLibInit();
     }
 };
-
-/// Fills a text field; the rest of it is zero.
-template <std::size_t size>
-void setText(char (&field)[size], const std::string& text) {
-    std::memset(field, 0, size);
-    text.copy(field, size);
-}
 
 }  // namespace varotest

@@ -2,6 +2,7 @@
 
 #include "rte/required/include/hasses/HassesComm.h"
 #include "support/CapturedOutput.h"
+#include "support/files.h"
 #include "support/privateNamespaces.h"
 
 #include <gmock/gmock.h>

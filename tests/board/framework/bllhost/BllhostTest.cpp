@@ -1,9 +1,9 @@
 // The process as a whole: its start, its surroundings, its control program and its end.
 
-#include "../files.h"
 #include "ControlClient.h"
-#include "Process.h"
 #include "mappers.h"
+#include "support/Process.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 #include <netinet/in.h>
@@ -20,11 +20,8 @@
 
 using test::ControlClient;
 using test::PowerlessMapper;
-using test::Process;
-using test::readFile;
 using test::RealMapper;
 using test::SilentMapper;
-using test::writeFile;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -75,7 +72,7 @@ protected:
     }
     static bool contains(unsigned long set, int signal) { return (set >> (signal - 1) & 1) != 0; }
 
-    test::TemporaryDirectory state;
+    TemporaryDirectory state;
     std::optional<RealMapper> portMapper;
     std::optional<Process> host;
 };

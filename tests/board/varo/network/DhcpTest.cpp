@@ -63,7 +63,7 @@ void DhcpTest::startDnsmasq(const std::vector<std::string>& more, const std::str
                                      "--log-facility=-",
                                      "--user=root"};
     command.insert(command.end(), more.begin(), more.end());
-    server = std::make_unique<test::Process>(command);
+    server = std::make_unique<Process>(command);
     ASSERT_TRUE(server->awaitOutput(ready)) << server->output();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/board/framework/bllhost/Process.h"
+#include "support/Process.h"
 #include "tests/board/varo/network/NetworkTest.h"
 
 #include <sys/types.h>
@@ -33,7 +33,7 @@ protected:
     /// Runs a server on the far end of the cable until it says that it is ready.
     void startDnsmasq(const std::vector<std::string>& more, const std::string& ready);
 
-    std::unique_ptr<test::Process> server;
+    std::unique_ptr<Process> server;
 };
 
 }  // namespace varotest

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-namespace test {
+/// The names in a directory, sorted.
+std::vector<std::string> filesIn(const std::filesystem::path& directory);
 
 /// A directory of the test's own, removed with everything in it.
 class TemporaryDirectory {
@@ -15,15 +16,13 @@ public:
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     const std::filesystem::path& path() const { return directory; }
-
-    /// The names in the directory, sorted.
-    std::vector<std::string> names() const;
+    std::filesystem::path operator/(const std::string& name) const { return directory / name; }
+    std::vector<std::string> names() const { return filesIn(directory); }
 
 private:
     std::filesystem::path directory;
 };
 
+/// All of a file, byte for byte. Throw std::runtime_error.
 std::string readFile(const std::filesystem::path& file);
 void writeFile(const std::filesystem::path& file, const std::string& content);
-
-}  // namespace test

@@ -1,29 +1,26 @@
 // What the bridge tells about the management of the ONTs: the system's MAC address and the VLAN.
 
+#include "../framework/doubles.h"
 #include "board/bridge/systemMac.h"
 #include "board/framework/Framework.h"
 #include "board/framework/managementPort.h"
 #include "board/support/Descriptor.h"
-#include "files.h"
 #include "platform/zubridge.h"
-#include "support.h"
+#include "support/files.h"
+#include "support/privateNamespaces.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <linux/if_tun.h>
 #include <net/if.h>
 #include <net/if_arp.h>
-#include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 #include <optional>
 #include <system_error>
 
@@ -56,37 +53,6 @@ void check(bool succeeded, const char* what) {
     if (!succeeded) {
         throw std::system_error(errno, std::generic_category(), what);
     }
-}
-
-/// Runs the body in a child process that has a network of its own; returns what it returned.
-std::string inOwnNetwork(const std::function<std::string()>& body) {
-    int ends[2];
-    check(pipe2(ends, O_CLOEXEC) == 0, "pipe");
-    const pid_t child = fork();
-    check(child >= 0, "fork");
-    if (child == 0) {
-        std::string answer;
-        try {
-            check(unshare(CLONE_NEWNET) == 0, "a network of its own");
-            answer = body();
-        } catch (const std::exception& error) {
-            answer = error.what();
-        }
-        _exit(write(ends[1], answer.data(), answer.size()) == static_cast<ssize_t>(answer.size())
-                  ? 0
-                  : 1);
-    }
-    const Descriptor reading(ends[0]);
-    close(ends[1]);
-    std::string answer;
-    char buffer[256];
-    for (ssize_t size; (size = read(reading.get(), buffer, sizeof buffer)) > 0;) {
-        answer.append(buffer, static_cast<std::size_t>(size));
-    }
-    int status = -1;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status == 0 ? answer : answer + " [the child failed]";
 }
 
 /// An Ethernet interface, which lives as long as the descriptor.
@@ -136,16 +102,19 @@ protected:
 }  // namespace
 
 TEST_F(SystemMacTest, IsThatOfTheManagementPort) {
-    EXPECT_EQ(inOwnNetwork([] {
-                  const auto port = makeInterface("mng0", {0x02, 0x1b, 0x21, 0x3c, 0x4d, 0xfe});
-                  return systemMac();
-              }),
+    EXPECT_EQ(inOwnNamespaces(CLONE_NEWNET,
+                              [] {
+                                  const auto port =
+                                      makeInterface("mng0", {0x02, 0x1b, 0x21, 0x3c, 0x4d, 0xfe});
+                                  return systemMac();
+                              }),
               "02:1b:21:3c:4d:fe");
-    EXPECT_EQ(inOwnNetwork([] {
-                  framework::nameManagementPort("tap7");
-                  const auto port = makeInterface("tap7", {0x02, 0, 0, 0, 0, 7});
-                  return systemMac();
-              }),
+    EXPECT_EQ(inOwnNamespaces(CLONE_NEWNET,
+                              [] {
+                                  framework::nameManagementPort("tap7");
+                                  const auto port = makeInterface("tap7", {0x02, 0, 0, 0, 0, 7});
+                                  return systemMac();
+                              }),
               "02:00:00:00:00:07");
 }
 

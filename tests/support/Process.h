@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-namespace test {
-
 /// A program that the test runs, with its standard output and error read by the test. It is killed
 /// with the object, and with the test's process.
 class Process {
@@ -45,5 +43,3 @@ private:
     bool isReaped = false;
     std::string text;
 };
-
-}  // namespace test

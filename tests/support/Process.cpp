@@ -1,4 +1,4 @@
-#include "Process.h"
+#include "support/Process.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,8 +13,6 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <system_error>
-
-namespace test {
 
 namespace {
 
@@ -115,5 +113,3 @@ int Process::awaitEnd() {
     isReaped = true;
     return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
-
-}  // namespace test

@@ -1,4 +1,4 @@
-#include "files.h"
+#include "support/files.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,12 +8,10 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace test {
-
 namespace fs = std::filesystem;
 
 TemporaryDirectory::TemporaryDirectory() {
-    std::string name = (fs::temp_directory_path() / "framework-XXXXXX").string();
+    std::string name = (fs::temp_directory_path() / "test-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) {
         throw std::system_error(errno, std::generic_category(), "mkdtemp");
     }
@@ -25,13 +23,13 @@ TemporaryDirectory::~TemporaryDirectory() {
     fs::remove_all(directory, ignored);
 }
 
-std::vector<std::string> TemporaryDirectory::names() const {
-    std::vector<std::string> result;
+std::vector<std::string> filesIn(const fs::path& directory) {
+    std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(directory)) {
-        result.push_back(entry.path().filename());
+        names.push_back(entry.path().filename());
     }
-    std::ranges::sort(result);
-    return result;
+    std::ranges::sort(names);
+    return names;
 }
 
 std::string readFile(const fs::path& file) {
@@ -49,5 +47,3 @@ void writeFile(const fs::path& file, const std::string& content) {
         throw std::runtime_error("cannot write " + file.string());
     }
 }
-
-}  // namespace test

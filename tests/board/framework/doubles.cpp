@@ -1,4 +1,4 @@
-#include "support.h"
+#include "doubles.h"
 
 #include "board/framework/Framework.h"
 #include "board/framework/stderrLog.h"
