@@ -2,8 +2,7 @@
 
 #include "board/framework/Framework.h"
 #include "board/framework/controlActions.h"
-#include "board/framework/controlDhcp.h"
-#include "board/framework/controlVlans.h"
+#include "board/framework/controlReports.h"
 #include "board/framework/ownedFilter.h"
 #include "control.h"
 #include "rte/BLL/core/rpcDispatch.h"

@@ -8,7 +8,7 @@
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
-#include "board/host/dhcpReport.h"
+#include "board/host/dhcpIdentity.h"
 #include "board/host/loadLibrary.h"
 #include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
@@ -87,7 +87,7 @@ void configureBoard(const Options& options, NetworkServices& services) {
         .boardPosition = options.boardPosition,
         .appliers = std::move(appliers),
     });
-    reportDhcp(options.dhcpVendorClass);
+    reportDhcpIdentity(options.dhcpVendorClass);
 }
 
 std::optional<std::string> nameOfPort(int portId) {

@@ -1,4 +1,4 @@
-#include "board/framework/vlanReport.h"
+#include "board/framework/reporters.h"
 #include "board/switchboard/Configuration.h"
 #include "board/switchboard/Switch.h"
 
@@ -30,7 +30,7 @@ framework::VlanReport makeReport() {
 
 void configure(Configuration configuration) {
     Switch::instance().configure(std::move(configuration));
-    framework::setVlanReporter(makeReport);
+    framework::vlanReporter().set(makeReport);
 }
 
 int returnManagementPort() {

@@ -32,7 +32,7 @@ TEST_F(SwitchStorage, KeepsEverythingAcrossARestart) {
     EXPECT_EQ(vlans(), before);
     EXPECT_THAT(before, ElementsAre("1: 1 100", "10: 1*", "20: 100*"));
     EXPECT_EQ(defaultVlan(), "20 native");
-    EXPECT_EQ(framework::vlanReport().managementVlan, 10U);
+    EXPECT_EQ(framework::vlanReporter().ask().managementVlan, 10U);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_THAT(filesIn(directory.path()), ElementsAre("switch.json"));
 }
@@ -226,7 +226,7 @@ TEST_F(SwitchStorage, TheManagementPortIsReturnedToVlanOne) {
     restart();
     EXPECT_EQ(returnManagementPort(), success);
     EXPECT_THAT(vlans(), ElementsAre("1: 1* 100", "10:", "20:"));
-    EXPECT_EQ(framework::vlanReport().managementVlan, 10U);
+    EXPECT_EQ(framework::vlanReporter().ask().managementVlan, 10U);
     EXPECT_THAT(log.take(), ElementsAre("5 the management port is back in VLAN 1"));
     EXPECT_EQ(returnManagementPort(), success);
     EXPECT_THAT(log.lines(), IsEmpty());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/framework/vlanReport.h"
+#include "board/framework/reporters.h"
 #include "board/switchboard/Configuration.h"
 #include "board/switchboard/codes.h"
 #include "platform/vlan.h"
@@ -34,7 +34,7 @@ protected:
     /// The whole state as front ends see it: "1: 1* 100", with a star at those whose PVID it is.
     static std::vector<std::string> vlans() {
         std::vector<std::string> lines;
-        for (const auto& vlan : framework::vlanReport().vlans) {
+        for (const auto& vlan : framework::vlanReporter().ask().vlans) {
             std::string line = fmt::format("{}:", vlan.id);
             for (const int port : vlan.members) {
                 const bool isPvid = testing::Value(vlan.pvidPorts, testing::Contains(port));

@@ -20,7 +20,7 @@ constexpr zuHandle_t otherDatabase{{0, 0, 0, 0, 0, 0, 0, 1}};
 TEST_F(VlanTest, StartsWithTheFactoryState) {
     EXPECT_THAT(vlans(), ElementsAre("1: 1* 100"));
     EXPECT_EQ(defaultVlan(), "1 tagged");
-    EXPECT_EQ(framework::vlanReport().managementVlan, 0U);
+    EXPECT_EQ(framework::vlanReporter().ask().managementVlan, 0U);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_THAT(filesIn(directory.path()), IsEmpty());
 }
@@ -150,7 +150,7 @@ TEST_F(VlanTest, TellsIdAndNumberOfPorts) {
 TEST_F(VlanTest, PersistsTheManagementVlan) {
     create(10);
     EXPECT_EQ(vlanMngWrite(10), success);
-    EXPECT_EQ(framework::vlanReport().managementVlan, 10U);
+    EXPECT_EQ(framework::vlanReporter().ask().managementVlan, 10U);
     // Where the port is, is another matter.
     EXPECT_THAT(vlans(), ElementsAre("1: 1* 100", "10:"));
 }
@@ -170,7 +170,7 @@ TEST_F(VlanTest, AnswersBeforeItIsConfigured) {
     EXPECT_EQ(defConnectGetDefVid(), 1U);
     EXPECT_EQ(defConnectGetDefModeNative(), 0);
     EXPECT_THAT(log.take(), SizeIs(12));
-    EXPECT_THROW(framework::vlanReport(), std::exception);
+    EXPECT_THROW(framework::vlanReporter().ask(), std::exception);
 }
 
 TEST_F(VlanTest, IsUsedByManyThreads) {

@@ -6,6 +6,6 @@ namespace host {
 
 /// Lets the control program tell what the DHCP client is told to send; the vendor class is that
 /// which the client was configured with.
-void reportDhcp(const std::string& vendorClass);
+void reportDhcpIdentity(const std::string& vendorClass);
 
 }  // namespace host

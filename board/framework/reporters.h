@@ -1,7 +1,9 @@
 #pragma once
 
+#include "board/framework/Reporter.h"
+
 #include <cstdint>
-#include <functional>
+#include <string>
 #include <vector>
 
 namespace framework {
@@ -20,11 +22,15 @@ struct VlanReport {
     std::uint32_t managementVlan;  ///< that was persisted; 0: none
 };
 
-/// Says who tells of the VLANs: a function that may be called from any thread, and throws
-/// std::exception with the reason when it cannot tell. Empty: nobody.
-void setVlanReporter(std::function<VlanReport()> reporter);
+/// How the DHCP client identifies the board to the server.
+struct DhcpIdentity {
+    bool isVendorClassOn = false;
+    std::string vendorClass;  ///< that is sent when it is on (RFC 2132, option 60)
+    bool isOption82On = false;
+    std::string circuitId;  ///< of option 82 (RFC 3046, sub-option 1); empty: never made
+};
 
-/// Asks the reporter. Throws what it throws, and std::runtime_error when there is none.
-VlanReport vlanReport();
+Reporter<VlanReport>& vlanReporter();
+Reporter<DhcpIdentity>& dhcpIdentityReporter();
 
 }  // namespace framework

@@ -1,6 +1,6 @@
-#include "board/host/dhcpReport.h"
+#include "board/host/dhcpIdentity.h"
 
-#include "board/framework/dhcpReport.h"
+#include "board/framework/reporters.h"
 #include "varo/varoLib.h"
 
 #include <cstring>
@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-framework::DhcpReport makeReport(const std::string& vendorClass) {
+framework::DhcpIdentity readIdentity(const std::string& vendorClass) {
     varoLib_s_dhcp dhcp{};
     if (const int result = varoGetDhcp(&dhcp); result != 0) {
         throw std::runtime_error("the DHCP settings cannot be read: result " +
@@ -22,8 +22,8 @@ framework::DhcpReport makeReport(const std::string& vendorClass) {
 
 }  // namespace
 
-void reportDhcp(const std::string& vendorClass) {
-    framework::setDhcpReporter([vendorClass] { return makeReport(vendorClass); });
+void reportDhcpIdentity(const std::string& vendorClass) {
+    framework::dhcpIdentityReporter().set([vendorClass] { return readIdentity(vendorClass); });
 }
 
 }  // namespace host
