@@ -1,5 +1,5 @@
 #include "mngctl/commands/accessRules.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -129,7 +129,7 @@ TEST(Access, TellsWhichNetworkIsMeant) {
 TEST(Access, RefusesNetworksAndPlacesThatAreWrong) {
     CannedBoard board({"--rules", "2"});
     const auto refused = [&](const std::string& words, const std::string& sentence) {
-        EXPECT_EQ(board.run("access " + words), failed(Exit::Usage, sentence)) << words;
+        EXPECT_EQ(board.run("access " + words), wrongUsage(sentence)) << words;
     };
     const std::string nobody = "0.0.0.0/32 is nobody's address: 0.0.0.0/0 stands for everybody";
     refused("permit 0.0.0.0", nobody);
@@ -160,10 +160,10 @@ TEST(Access, RefusesNetworksAndPlacesThatAreWrong) {
 
 TEST(Access, TellsThatTheListIsFull) {
     CannedBoard board({"--rules", "200"});
-    EXPECT_EQ(board.run("access permit 192.0.2.7 --at 5"),
-              failed(Exit::Refused,
-                     "the list is full: it has 200 rules, and the board keeps no more; remove one "
-                     "first"));
+    EXPECT_EQ(
+        board.run("access permit 192.0.2.7 --at 5"),
+        refusedWith("the list is full: it has 200 rules, and the board keeps no more; remove one "
+                    "first"));
     EXPECT_THAT(board.requests(), Not(Contains(StartsWith("add_ra_rule"))));
     EXPECT_EQ(board.run("access remove -q 200"), done(""));
     EXPECT_EQ(board.run("access permit -q 192.0.2.7 --at 200"), done(""));
@@ -185,20 +185,19 @@ TEST(Access, Removes) {
 
 TEST(Access, TellsTheListAfterARefusal) {
     const CannedBoard refusing({"--refuse", "--rules", "1"});
-    EXPECT_EQ(refusing.run("access deny 192.0.2.7"),
-              failed(Exit::Refused,
-                     "the board refused to add the rule deny 192.0.2.7/32: result -1 (failed); now "
-                     "in force: a list of 1 rule"));
+    EXPECT_EQ(
+        refusing.run("access deny 192.0.2.7"),
+        refusedWith("the board refused to add the rule deny 192.0.2.7/32: result -1 (failed); now "
+                    "in force: a list of 1 rule"));
     EXPECT_EQ(
         refusing.run("access remove 1"),
-        failed(Exit::Refused,
-               "the board refused to remove rule 1 (permit 192.0.2.0/24): result -1 (failed); "
-               "now in force: a list of 1 rule"));
+        refusedWith("the board refused to remove rule 1 (permit 192.0.2.0/24): result -1 (failed); "
+                    "now in force: a list of 1 rule"));
     const CannedBoard failing({"--rules", "3", "--fail-half-way", "remove_ra_rule"});
-    EXPECT_EQ(failing.run("access clear"),
-              failed(Exit::Refused,
-                     "the board refused to remove all rules: result -1 (failed); now in force: a "
-                     "list of 2 rules"));
+    EXPECT_EQ(
+        failing.run("access clear"),
+        refusedWith("the board refused to remove all rules: result -1 (failed); now in force: a "
+                    "list of 2 rules"));
 }
 
 TEST(Access, TestsAnAddress) {
@@ -236,16 +235,14 @@ TEST(AccessFromAfar, NeedsConsentToBeDenied) {
     const Variable connection("SSH_CONNECTION", "198.51.100.7 50022 192.0.2.10 22");
     const std::string warning =
         "this can end your own connection from 198.51.100.7: with this change it is denied";
-    EXPECT_EQ(
-        board.run("access permit 192.0.2.0/24"),
-        failed(Exit::Usage, warning + ", as no rule matches; give --yes to do it all the same"));
+    EXPECT_EQ(board.run("access permit 192.0.2.0/24"),
+              wrongUsage(warning + ", as no rule matches; give --yes to do it all the same"));
     EXPECT_EQ(board.run("access permit -q 198.51.100.0/24"), done(""));
     EXPECT_EQ(board.run("access permit -q 192.0.2.0/24"), done(""));
     EXPECT_EQ(board.run("access deny -q 198.51.100.7"), done(""));  // behind the one that admits
-    EXPECT_EQ(
-        board.run("access deny -q 198.51.100.7 --at 1"),
-        failed(Exit::Usage, warning + " by rule 1 (deny 198.51.100.7/32); give --yes to do it all "
-                                      "the same"));
+    EXPECT_EQ(board.run("access deny -q 198.51.100.7 --at 1"),
+              wrongUsage(warning + " by rule 1 (deny 198.51.100.7/32); give --yes to do it all "
+                                   "the same"));
     EXPECT_EQ(run(board.to({"access", "remove", "1", "-q"}), "\n", true),
               (Outcome{Exit::Usage,
                        warning + " by rule 2 (deny 198.51.100.7/32)\nDo it all the same? [y/N] ",

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -64,40 +64,39 @@ TEST(Board, ChangesAndShowsWhatIsNow) {
 TEST(Board, SendsNothingThatIsWrong) {
     CannedBoard board;
     EXPECT_EQ(board.run("board feature httpserver maybe"),
-              failed(Exit::Usage, "expected on or off, not 'maybe'"));
+              wrongUsage("expected on or off, not 'maybe'"));
     EXPECT_EQ(board.run("board clear-config begin"),
-              failed(Exit::Usage, "expected start or finish, not 'begin'"));
+              wrongUsage("expected start or finish, not 'begin'"));
     EXPECT_EQ(board.run("board message only-a-name").err,
               "mngctl: VALUE is required\nTry 'mngctl board message --help'.\n");
     EXPECT_EQ(board.run("board shelf " + std::string(9001, '1')),
-              failed(Exit::Usage, "the identity has at most 9000 bytes, this one has 9001"));
+              wrongUsage("the identity has at most 9000 bytes, this one has 9001"));
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 
 TEST(Board, TellsWhyItRefuses) {
     const CannedBoard board({"--refuse"});
     EXPECT_EQ(board.run("board shelf 2"),
-              failed(Exit::Refused, "the board refused to change the shelf's identity: not now"));
+              refusedWith("the board refused to change the shelf's identity: not now"));
     EXPECT_EQ(board.run("board feature x on"),
-              failed(Exit::Refused, "the board refused to switch the feature: not now"));
+              refusedWith("the board refused to switch the feature: not now"));
     EXPECT_EQ(board.run("board profile off"),
-              failed(Exit::Refused, "the board refused to switch profile mode: not now"));
-    EXPECT_EQ(
-        board.run("board clear-config finish"),
-        failed(Exit::Refused, "the board refused to finish the clear-configuration: not now"));
+              refusedWith("the board refused to switch profile mode: not now"));
+    EXPECT_EQ(board.run("board clear-config finish"),
+              refusedWith("the board refused to finish the clear-configuration: not now"));
     EXPECT_EQ(board.run("board message a b"),
-              failed(Exit::Refused, "the board refused to hand the message on: not now"));
-    EXPECT_EQ(board.run("board stop"), failed(Exit::Refused, "the board refused to stop: not now"));
+              refusedWith("the board refused to hand the message on: not now"));
+    EXPECT_EQ(board.run("board stop"), refusedWith("the board refused to stop: not now"));
     EXPECT_EQ(board.run("factory-defaults --yes"),
-              failed(Exit::Refused, "the board refused to return to factory settings: not now"));
+              refusedWith("the board refused to return to factory settings: not now"));
 }
 
 TEST(FactoryDefaults, NeedConsent) {
     CannedBoard board;
-    EXPECT_EQ(board.run("factory-defaults"),
-              failed(Exit::Usage,
-                     "factory-defaults asks for consent on a terminal; give --yes where there is "
-                     "none"));
+    EXPECT_EQ(
+        board.run("factory-defaults"),
+        wrongUsage("factory-defaults asks for consent on a terminal; give --yes where there is "
+                   "none"));
     const std::string question = "Return every entity of the board to factory settings? [y/N] ";
     for (const char* const no : {"", "\n", "n\n", "nay\n", "yy\n"}) {
         EXPECT_EQ(run(board.to({"factory-defaults"}), no, true),

@@ -6,16 +6,6 @@ namespace canned {
 
 namespace {
 
-template <class T>
-T& as(void* data) {
-    return *static_cast<T*>(data);
-}
-
-void refuse(void* result) {
-    const int failed = -1;
-    std::memcpy(result, &failed, sizeof failed);
-}
-
 bool isInNetwork(const State& state, unsigned address) {
     return ((address ^ state.info.ipAddress) & state.info.netmask) == 0;
 }
@@ -80,9 +70,9 @@ void readRule(const State& state, unsigned index, rpcNetworkRemoteAccessResult& 
 
 }  // namespace
 
-bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                      void* result) {
-    const auto failing = [&](const char* name) { return behaviour.failHalfWay == name; };
+bool answerAddressing(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
+    const auto failing = [](const char* name) { return board().behaviour.failHalfWay == name; };
     switch (procedure) {
         case rpc_network_get_network_info:
             as<rpcNetworkInfo>(result) = state.info;

@@ -29,6 +29,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
+#include <type_traits>
 
 namespace canned {
 
@@ -77,6 +79,22 @@ struct Types<clnt_stat (*)(void*, ResultType*, CLIENT*)> {
     using Result = ResultType;
 };
 
+/// As on the board, the host name is never taken.
+bool refuses(rpcproc_t procedure) {
+    return procedure == rpc_network_set_hostname ||
+           (board().behaviour.refuse && procedure != rpc_network_is_ftp_enabled &&
+            procedure != rpc_network_set_ipv6proto);
+}
+
+void answer(rpcproc_t procedure, void* argument, void* result) {
+    for (const auto group : {answerAddressing, answerIpv6, answerResolver, answerServices,
+                             answerSnmp, answerSoftware, answerVlan}) {
+        if (group(procedure, argument, result)) {
+            return;
+        }
+    }
+}
+
 template <auto stub, class ArgumentFilter, class ResultFilter>
 void serve(svc_req* request, SVCXPRT* transport, const char* name, ArgumentFilter* argumentFilter,
            ResultFilter* resultFilter) {
@@ -86,8 +104,14 @@ void serve(svc_req* request, SVCXPRT* transport, const char* name, ArgumentFilte
     }
     const std::string shown = show(argument);
     tell(shown.empty() ? name : fmt::format("{} {}", name, shown));
-    typename Types<decltype(stub)>::Result result{};
-    answer(board().state, board().behaviour, request->rq_proc, &argument, &result);
+    using Result = typename Types<decltype(stub)>::Result;
+    Result result{};
+    // What answers with a status and no more is a change.
+    if (std::is_same_v<Result, rpcNetworkResult> && refuses(request->rq_proc)) {
+        refuse(&result);
+    } else {
+        answer(request->rq_proc, &argument, &result);
+    }
     if (!svc_sendreply(transport, asFilter(resultFilter), &result)) {
         svcerr_systemerr(transport);
     }
@@ -197,54 +221,45 @@ struct Options {
 
 /// So many rules that permit 192.0.2.0/24.
 void addRules(int count) {
-    auto& rules = board().state.rules;
-    for (int i = 0; i < count; ++i) {
-        rules.push_back({0, 0xC0000200, 0xFFFFFF00, TRUE});
-    }
-}
-
-void setVlans(const std::string& behaviour) {
-    board().behaviour.vlans = behaviour;
-    if (behaviour == "outside") {
-        board().state.info.mngVlanId = 0;
-    }
+    board().state.rules.assign(static_cast<std::size_t>(count), {0, 0xC0000200, 0xFFFFFF00, TRUE});
 }
 
 Options parse(int count, char** words) {
     Options options;
+    Behaviour& behaviour = board().behaviour;
+    std::string rules = "0";
+    std::string tcpPort = "0";
+    std::string udpPort = "0";
+    const std::map<std::string_view, bool&> flags{{"--refuse", behaviour.refuse},
+                                                  {"--lone", behaviour.lone},
+                                                  {"--silent", options.silent},
+                                                  {"--namespace", options.separate}};
+    const std::map<std::string_view, std::string&> values{
+        {"--die-after", behaviour.dieAfter},
+        {"--fail-half-way", behaviour.failHalfWay},
+        {"--counters", behaviour.counters},
+        {"--components", behaviour.components},
+        {"--ntp", behaviour.ntp},
+        {"--vlans", behaviour.vlans},
+        {"--rules", rules},
+        {"--tcp-port", tcpPort},
+        {"--udp-port", udpPort},
+        {"--mapper", options.mapper}};
     for (int i = 1; i < count; ++i) {
-        const std::string_view word = words[i];
-        if (word == "--refuse") {
-            board().behaviour.refuse = true;
-        } else if (word == "--lone") {
-            board().behaviour.lone = true;
-        } else if (word == "--silent") {
-            options.silent = true;
-        } else if (word == "--namespace") {
-            options.separate = true;
-        } else if (word == "--die-after" && i + 1 < count) {
-            board().behaviour.dieAfter = words[++i];
-        } else if (word == "--fail-half-way" && i + 1 < count) {
-            board().behaviour.failHalfWay = words[++i];
-        } else if (word == "--counters" && i + 1 < count) {
-            board().behaviour.counters = words[++i];
-        } else if (word == "--components" && i + 1 < count) {
-            board().behaviour.components = words[++i];
-        } else if (word == "--rules" && i + 1 < count) {
-            addRules(std::atoi(words[++i]));
-        } else if (word == "--ntp" && i + 1 < count) {
-            board().behaviour.ntp = words[++i];
-        } else if (word == "--vlans" && i + 1 < count) {
-            setVlans(words[++i]);
-        } else if (word == "--tcp-port" && i + 1 < count) {
-            options.tcpPort = static_cast<unsigned short>(std::atoi(words[++i]));
-        } else if (word == "--udp-port" && i + 1 < count) {
-            options.udpPort = static_cast<unsigned short>(std::atoi(words[++i]));
-        } else if (word == "--mapper" && i + 1 < count) {
-            options.mapper = words[++i];
+        if (const auto flag = flags.find(words[i]); flag != flags.end()) {
+            flag->second = true;
+        } else if (const auto value = values.find(words[i]);
+                   value != values.end() && i + 1 < count) {
+            value->second = words[++i];
         } else {
             fail(words[i]);
         }
+    }
+    addRules(std::stoi(rules));
+    options.tcpPort = static_cast<unsigned short>(std::stoi(tcpPort));
+    options.udpPort = static_cast<unsigned short>(std::stoi(udpPort));
+    if (behaviour.vlans == "outside") {
+        board().state.info.mngVlanId = 0;
     }
     return options;
 }

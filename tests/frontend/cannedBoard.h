@@ -3,6 +3,7 @@
 #include <control.h>
 #include <network.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -73,35 +74,24 @@ struct State {
     bool webSet = false;    ///< whether the web server set is on
 };
 
-/// Fills the result of a procedure of the network program; what has no answer of its own is zero.
-void answer(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-            void* result);
+// Each fills the result of a procedure of the network program, from the state of the board; what
+// has no answer of its own is zero. Answers false if it knows another group of procedures.
 
-/// The same for the procedures of addressing and remote access. Answers false if it is another.
-bool answerAddressing(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                      void* result);
-
-/// The same for the procedures of the software inventory and the ONT's interface.
-bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                    void* result);
-
-/// The same for the procedures of IPv6 addressing. The client cannot be switched where it answers
-/// with a refusal, and as on the board nobody is told.
-bool answerIpv6(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                void* result);
+bool answerAddressing(rpcproc_t procedure, void* argument, void* result);
+/// The client cannot be switched where it answers with a refusal, and as on the board nobody is
+/// told.
+bool answerIpv6(rpcproc_t procedure, void* argument, void* result);
+bool answerResolver(rpcproc_t procedure, void* argument, void* result);
+bool answerServices(rpcproc_t procedure, void* argument, void* result);
+/// The SNMP agent and the SNTP client. What a full board refuses is refused; with `--ntp unknown`
+/// there is no status.
+bool answerSnmp(rpcproc_t procedure, void* argument, void* result);
+/// The software inventory and the ONT's interface.
+bool answerSoftware(rpcproc_t procedure, void* argument, void* result);
+bool answerVlan(rpcproc_t procedure, void* argument, void* result);
 
 /// Answers what the control program tells of the DHCP client.
 void sendDhcp(SVCXPRT* transport);
-
-/// The same for the procedures of VLANs. Answers false if it is another.
-bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result);
-
-/// The same for the procedures of services, clock and time zone. Answers false if it is another.
-bool answerServices(State& state, rpcproc_t procedure, void* argument, void* result);
-/// The same for the procedures of the SNMP agent and the SNTP client. What a full board refuses is
-/// refused; with `--ntp unknown` there is no status.
-bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                void* result);
 
 /// Answers what the control program tells of the VLANs: 1 with ports 1 and 100, 10 and 20, the
 /// latter with port 100.
@@ -124,6 +114,24 @@ Board& board();
 
 /// Writes a line that tells of a request to standard output, where the test reads it.
 void tell(const std::string& line);
+
+template <class T>
+T& as(void* data) {
+    return *static_cast<T*>(data);
+}
+
+/// Fills the field of a record with the text.
+template <std::size_t size>
+void copy(char (&to)[size], const std::string& from) {
+    std::memset(to, 0, size);
+    from.copy(to, size - 1);
+}
+
+/// Answers -1, in a result that is a status or begins with one.
+inline void refuse(void* result) {
+    const int failed = -1;
+    std::memcpy(result, &failed, sizeof failed);
+}
 
 template <class Filter>
 xdrproc_t asFilter(Filter* filter) {

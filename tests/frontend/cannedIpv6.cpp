@@ -6,16 +6,6 @@ namespace canned {
 
 namespace {
 
-template <class T>
-T& as(void* data) {
-    return *static_cast<T*>(data);
-}
-
-void refuse(void* result) {
-    const int failed = -1;
-    std::memcpy(result, &failed, sizeof failed);
-}
-
 void clearText(std::string& text, void* result) {
     if (text.empty()) {
         refuse(result);
@@ -32,15 +22,10 @@ std::string addressList(const State& state) {
     return state.ipv6Address.empty() ? list : state.ipv6Address + " " + list;
 }
 
-template <std::size_t size>
-void copy(char (&to)[size], const std::string& from) {
-    std::strncpy(to, from.c_str(), size - 1);
-}
-
 }  // namespace
 
-bool answerIpv6(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                void* result) {
+bool answerIpv6(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
     switch (procedure) {
         case rpc_network_get_ipv6addr: {
             auto& data = as<rpcNetworkIpv6Data>(result);
@@ -67,7 +52,7 @@ bool answerIpv6(State& state, const Behaviour& behaviour, rpcproc_t procedure, v
             as<bool_t>(result) = state.dhcp6 ? TRUE : FALSE;
             return true;
         case rpc_network_set_ipv6proto:
-            if (!behaviour.refuse) {
+            if (!board().behaviour.refuse) {
                 state.dhcp6 = as<bool_t>(argument) != FALSE;
             }
             return true;

@@ -6,18 +6,8 @@ namespace canned {
 
 namespace {
 
-template <class T>
-T& as(void* data) {
-    return *static_cast<T*>(data);
-}
-
-template <class Text>
-void copy(Text& to, const std::string& from) {
-    std::memset(to, 0, sizeof to);
-    from.copy(to, sizeof to - 1);
-}
-
-bool answerSwitch(State& state, rpcproc_t procedure, void* argument, void* result) {
+bool answerSwitch(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
     switch (procedure) {
         case rpc_network_telnet_enable:
             state.telnet = as<bool_t>(argument) != 0;
@@ -56,8 +46,8 @@ bool answerSwitch(State& state, rpcproc_t procedure, void* argument, void* resul
     }
 }
 
-bool answerTimeZone(State& state, rpcproc_t procedure, void* argument, void* result) {
-    rpcNetworkSntpTimezone& zone = state.zone;
+bool answerTimeZone(rpcproc_t procedure, void* argument, void* result) {
+    rpcNetworkSntpTimezone& zone = board().state.zone;
     switch (procedure) {
         case rpc_network_set_sntp_timezone: {
             const auto& wanted = as<rpc_network_set_sntp_timezone_1_argument>(argument);
@@ -80,7 +70,7 @@ bool answerTimeZone(State& state, rpcproc_t procedure, void* argument, void* res
             zone.dstEDayInWeek = static_cast<int>(date.dayInWeek);
             zone.dstETime = date.time;
             if (board().behaviour.failHalfWay == "set_sntp_timezone_dst_end") {
-                as<int>(result) = -1;
+                refuse(result);
             }
             return true;
         }
@@ -97,13 +87,13 @@ bool answerTimeZone(State& state, rpcproc_t procedure, void* argument, void* res
 
 }  // namespace
 
-bool answerServices(State& state, rpcproc_t procedure, void* argument, void* result) {
+bool answerServices(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
     if (procedure == rpc_network_get_time_info) {
         auto& answer = as<rpcNetworkTimeResult>(result);
         copy(answer.time, state.time);
         if (board().behaviour.failHalfWay == "get_time_info") {
-            const int failed = -1;
-            std::memcpy(&answer.result, &failed, sizeof failed);
+            refuse(&answer.result);
         }
         return true;
     }
@@ -113,8 +103,7 @@ bool answerServices(State& state, rpcproc_t procedure, void* argument, void* res
         state.time = text.substr(blank + 1) + ' ' + text.substr(0, blank);
         return true;
     }
-    return answerSwitch(state, procedure, argument, result) ||
-           answerTimeZone(state, procedure, argument, result);
+    return answerSwitch(procedure, argument, result) || answerTimeZone(procedure, argument, result);
 }
 
 }  // namespace canned

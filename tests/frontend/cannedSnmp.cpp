@@ -10,20 +10,10 @@ namespace {
 
 constexpr unsigned cliSource = 2;
 
-template <class T>
-T& as(void* data) {
-    return *static_cast<T*>(data);
-}
-
-template <std::size_t size>
-void copy(char (&to)[size], const char* from) {
-    std::memset(to, 0, size);
-    std::strncpy(to, from, size - 1);
-}
-
 void answerStatus(void* result, bool isDone) {
-    const int status = isDone ? 0 : -1;
-    std::memcpy(result, &status, sizeof status);
+    if (!isDone) {
+        refuse(result);
+    }
 }
 
 bool changeSystem(rpcSnmpSystemConfig& system,
@@ -134,8 +124,8 @@ rpcSntpInfoHost infoOf(const rpcSntpConfigHost& config) {
 
 }  // namespace
 
-bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                void* result) {
+bool answerSnmp(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
     switch (procedure) {
         case rpc_network_snmpsystem_get:
             as<rpcSnmpSystemConfig>(result) = state.snmpSystem;
@@ -183,7 +173,7 @@ bool answerSnmp(State& state, const Behaviour& behaviour, rpcproc_t procedure, v
             state.ntp = as<rpcSntpConfigHost>(argument);
             return true;
         case rpc_network_sntp_infowshost:
-            if (behaviour.ntp != "unknown") {
+            if (board().behaviour.ntp != "unknown") {
                 as<rpcSntpInfoWSHost>(result) = {cliSource, infoOf(state.ntp)};
             }
             return true;

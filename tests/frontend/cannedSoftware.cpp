@@ -8,16 +8,6 @@ namespace canned {
 
 namespace {
 
-template <class T>
-T& as(void* data) {
-    return *static_cast<T*>(data);
-}
-
-template <std::size_t Size>
-void copy(char (&to)[Size], const char* from) {
-    std::strncpy(to, from, Size - 1);
-}
-
 void fill(rpcNetworkSWVersion& version) {
     copy(version.product, "MSAN 4.2.17");
     copy(version.buildDirectory, "n/a");
@@ -45,8 +35,8 @@ void fillComponent(const std::string& behaviour, int index, std::span<const char
 
 }  // namespace
 
-bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedure, void* argument,
-                    void* result) {
+bool answerSoftware(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
     switch (procedure) {
         case rpc_network_get_sw_data:
             fill(as<rpcNetworkSWVersion>(result));
@@ -56,13 +46,13 @@ bool answerSoftware(State& state, const Behaviour& behaviour, rpcproc_t procedur
             copy(as<rpcNetworkPackageVersion>(result).release, "2.6-3");
             return true;
         case rpc_network_get_sw_comp_apl_data:
-            fillComponent(behaviour.components, as<int>(argument),
+            fillComponent(board().behaviour.components, as<int>(argument),
                           std::array{"olt_manager = 4.2-17", "web_em = 4.2-5"},
                           as<rpcNetworkSWVersionComp>(result));
             return true;
         case rpc_network_get_sw_comp_plat_data:
-            fillComponent(behaviour.components, as<int>(argument), std::array{"kernel = 5.10"},
-                          as<rpcNetworkSWVersionComp>(result));
+            fillComponent(board().behaviour.components, as<int>(argument),
+                          std::array{"kernel = 5.10"}, as<rpcNetworkSWVersionComp>(result));
             return true;
         case rpc_network_set_ont_nmg:
             state.ont = as<rpcNetworkInfo>(argument);

@@ -4,16 +4,8 @@
 
 namespace canned {
 
-namespace {
-
-template <class T>
-T& as(void* data) {
-    return *static_cast<T*>(data);
-}
-
-}  // namespace
-
-bool answerVlan(State& state, rpcproc_t procedure, void* argument, void* result) {
+bool answerVlan(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
     switch (procedure) {
         case rpc_network_get_network_info:
             as<rpcNetworkInfo>(result) = state.info;

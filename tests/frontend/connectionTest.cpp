@@ -1,6 +1,6 @@
 #include "mngctl/outcome.h"
 #include "mngctl/rpc/client.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <memory>
 
@@ -24,10 +24,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Over, Connection, testing::Values(Protocol::Tcp, Protocol::Udp),
-                         [](const auto& protocol) {
-                             return protocol.param == Protocol::Tcp ? "Tcp" : "Udp";
-                         });
+INSTANTIATE_TEST_SUITE_P(Over, Connection, bothProtocols, nameOfProtocol);
 
 TEST_P(Connection, IsMadeAgainAfterTheBoardStartedAnew) {
     auto first = std::make_unique<CannedBoard>();

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -48,8 +48,7 @@ TEST(Dhcp, SwitchesItsOptionsAndLeavesTheClientAsItIs) {
 
 TEST(Dhcp, SendsNothingThatIsWrong) {
     CannedBoard board;
-    EXPECT_EQ(board.run("dhcp vendor-class maybe"),
-              failed(Exit::Usage, "expected on or off, not 'maybe'"));
+    EXPECT_EQ(board.run("dhcp vendor-class maybe"), wrongUsage("expected on or off, not 'maybe'"));
     EXPECT_EQ(board.run("dhcp option82").exit, Exit::Usage);
     EXPECT_EQ(board.run("dhcp on now").exit, Exit::Usage);
     EXPECT_THAT(board.requests(), IsEmpty());
@@ -59,12 +58,11 @@ TEST(Dhcp, TellsWhatIsInForceAfterARefusal) {
     const CannedBoard board({"--refuse"});
     const std::string state =
         ": result -1 (failed); now in force: DHCP off, vendor class off, option 82 off";
-    EXPECT_EQ(board.run("dhcp on"),
-              failed(Exit::Refused, "the board refused to switch DHCP on" + state));
+    EXPECT_EQ(board.run("dhcp on"), refusedWith("the board refused to switch DHCP on" + state));
     EXPECT_EQ(board.run("dhcp vendor-class on"),
-              failed(Exit::Refused, "the board refused to switch the vendor class on" + state));
+              refusedWith("the board refused to switch the vendor class on" + state));
     EXPECT_EQ(board.run("dhcp option82 off"),
-              failed(Exit::Refused, "the board refused to switch option 82 off" + state));
+              refusedWith("the board refused to switch option 82 off" + state));
 }
 
 TEST(DhcpCircuitId, IsShownWithTheVendorClass) {
@@ -86,9 +84,8 @@ TEST(DhcpCircuitId, IsShownWithTheVendorClass) {
 )"));
     EXPECT_THAT(board.requests(),
                 ElementsAre("dhcp", R"(set_option82 {"dhcp":false,"option82":true})", "dhcp"));
-    EXPECT_EQ(
-        CannedBoard({"--refuse"}).run("dhcp circuit-id"),
-        failed(Exit::Refused, "the board refused to tell what its DHCP client sends: no client"));
+    EXPECT_EQ(CannedBoard({"--refuse"}).run("dhcp circuit-id"),
+              refusedWith("the board refused to tell what its DHCP client sends: no client"));
 }
 
 TEST(DhcpFromAfar, NeedsConsentToSwitchTheClient) {
@@ -97,8 +94,7 @@ TEST(DhcpFromAfar, NeedsConsentToSwitchTheClient) {
     const std::string warning =
         "this can end your own connection from 198.51.100.7: it came in over 192.0.2.10, which the "
         "board can lose when DHCP is switched on";
-    EXPECT_EQ(board.run("dhcp on"),
-              failed(Exit::Usage, warning + "; give --yes to do it all the same"));
+    EXPECT_EQ(board.run("dhcp on"), wrongUsage(warning + "; give --yes to do it all the same"));
     EXPECT_THAT(board.requests(), ElementsAre("get_network_info"));
     EXPECT_EQ(board.run("dhcp off -q"), done(""));  // as it is
     EXPECT_EQ(board.run("dhcp vendor-class on -q"), done(""));

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -13,10 +13,7 @@ protected:
     CannedBoard board;
 };
 
-INSTANTIATE_TEST_SUITE_P(Over, Dns, testing::Values(Protocol::Tcp, Protocol::Udp),
-                         [](const auto& protocol) {
-                             return protocol.param == Protocol::Tcp ? "Tcp" : "Udp";
-                         });
+INSTANTIATE_TEST_SUITE_P(Over, Dns, bothProtocols, nameOfProtocol);
 
 TEST_P(Dns, ShowsNoneAndTheSource) {
     EXPECT_EQ(run("dns show"), done("IPv4 servers: none (cli)\n"
@@ -94,7 +91,7 @@ TEST(DnsSet, SetsARepeatedAddressOnce) {
 TEST(DnsSet, SendsNothingThatIsWrong) {
     CannedBoard board;
     const auto refused = [&](const std::string& addresses, const std::string& sentence) {
-        EXPECT_EQ(board.run("dns set " + addresses), failed(Exit::Usage, sentence)) << addresses;
+        EXPECT_EQ(board.run("dns set " + addresses), wrongUsage(sentence)) << addresses;
     };
     const std::string expected =
         "expected an IPv4 address, four numbers from 0 to 255 with dots between such as 192.0.2.1, "
@@ -124,12 +121,10 @@ TEST(DnsSet, SendsNothingThatIsWrong) {
 
 TEST(DnsSet, TellsThatTheBoardRefuses) {
     CannedBoard board({"--refuse"});
-    EXPECT_EQ(
-        board.run("dns set 192.0.2.1 2001:db8::1"),
-        failed(Exit::Refused, "the board refused to set the IPv4 servers: result -1 (failed)"));
-    EXPECT_EQ(
-        board.run("dns clear --ipv6"),
-        failed(Exit::Refused, "the board refused to clear the IPv6 servers: result -1 (failed)"));
+    EXPECT_EQ(board.run("dns set 192.0.2.1 2001:db8::1"),
+              refusedWith("the board refused to set the IPv4 servers: result -1 (failed)"));
+    EXPECT_EQ(board.run("dns clear --ipv6"),
+              refusedWith("the board refused to clear the IPv6 servers: result -1 (failed)"));
     EXPECT_THAT(board.requests(),
                 ElementsAre(R"(set_dns_servers {"primary":"192.0.2.1","secondary":"0.0.0.0"})",
                             "delete_ipv6dns_servers"));

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -75,7 +75,7 @@ TEST(Domain, FollowsTheRules) {
     board.requests();
 
     const auto refused = [&](const std::string& name, const std::string& sentence) {
-        EXPECT_EQ(board.run({"domain", "set", name}), failed(Exit::Usage, sentence)) << name;
+        EXPECT_EQ(board.run({"domain", "set", name}), wrongUsage(sentence)) << name;
     };
     const std::string characters =
         "a label is made of the letters a to z, digits and hyphens (names in other scripts are "
@@ -99,12 +99,10 @@ TEST(Domain, FollowsTheRules) {
 
 TEST(Domain, TellsThatTheBoardRefuses) {
     const CannedBoard board({"--refuse"});
-    EXPECT_EQ(
-        board.run("domain set a.example"),
-        failed(Exit::Refused, "the board refused to set the IPv4 domain: result -1 (failed)"));
-    EXPECT_EQ(
-        board.run("domain clear --ipv6"),
-        failed(Exit::Refused, "the board refused to clear the IPv6 domain: result -1 (failed)"));
+    EXPECT_EQ(board.run("domain set a.example"),
+              refusedWith("the board refused to set the IPv4 domain: result -1 (failed)"));
+    EXPECT_EQ(board.run("domain clear --ipv6"),
+              refusedWith("the board refused to clear the IPv6 domain: result -1 (failed)"));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <thread>
 

@@ -56,12 +56,10 @@ TEST_F(Events, NeedAServerThatListens) {
         "events --certificate " + server.certificate() + " --event-port " + closed.number();
     const std::string nobody =
         "no event server listens at 127.0.0.1 port " + closed.number() + "; the web server set is ";
-    EXPECT_EQ(board.run(command),
-              failed(Exit::NoAnswer, nobody + "off; 'mngctl web on' switches it on"));
+    EXPECT_EQ(board.run(command), noAnswer(nobody + "off; 'mngctl web on' switches it on"));
     board.run("web on --quiet");
-    EXPECT_EQ(
-        board.run(command),
-        failed(Exit::NoAnswer, nobody + "on; 'mngctl web show' tells whether its ports answer"));
+    EXPECT_EQ(board.run(command),
+              noAnswer(nobody + "on; 'mngctl web show' tells whether its ports answer"));
     board.end();
     const Outcome outcome = board.run(command);
     EXPECT_EQ(outcome.exit, Exit::NoAnswer);
@@ -74,9 +72,8 @@ TEST_F(Events, NeedAnEventStream) {
           "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 6\r\n\r\n<html>",
           "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"}) {
         const EventServer server(answer);
-        EXPECT_EQ(follow(server, ""),
-                  failed(Exit::NoAnswer, "what answers at 127.0.0.1 port " + server.port() +
-                                             " is no event server"));
+        EXPECT_EQ(follow(server, ""), noAnswer("what answers at 127.0.0.1 port " + server.port() +
+                                               " is no event server"));
     }
     const EventServer silent("");
     EXPECT_THAT(follow(silent, "").err, HasSubstr("cannot be followed: "));
@@ -92,12 +89,12 @@ TEST_F(Events, NeedTheServersOwnCertificate) {
     EXPECT_EQ(outcome.exit, Exit::NoAnswer);
     EXPECT_THAT(outcome.err,
                 HasSubstr("is not the one whose certificate is in " + other.certificate()));
-    EXPECT_EQ(board.run(command + "/nowhere.crt"),
-              failed(Exit::Usage,
-                     "the event server's certificate /nowhere.crt cannot be read: No such file or "
-                     "directory; --certificate names a copy"));
+    EXPECT_EQ(
+        board.run(command + "/nowhere.crt"),
+        wrongUsage("the event server's certificate /nowhere.crt cannot be read: No such file or "
+                   "directory; --certificate names a copy"));
     EXPECT_EQ(board.run(command + "/dev/null"),
-              failed(Exit::Usage, "--certificate /dev/null: the file holds no certificate"));
+              wrongUsage("--certificate /dev/null: the file holds no certificate"));
 }
 
 TEST_F(Events, TakeNoStrangeOptions) {
@@ -106,7 +103,7 @@ TEST_F(Events, TakeNoStrangeOptions) {
     EXPECT_EQ(board.run("events --event-port 99999").exit, Exit::Usage);
     const EventServer server("");
     EXPECT_EQ(test::run({"events", "--certificate", server.certificate(), "--host", "a/b"}),
-              failed(Exit::Usage, "--host a/b: this is no host name"));
+              wrongUsage("--host a/b: this is no host name"));
 }
 
 TEST_F(Events, EndWithControlCOrReturnToThePrompt) {

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -33,7 +33,7 @@ TEST(Gateway, IsSetAndRemoved) {
 TEST(GatewaySet, SendsNothingThatIsWrong) {
     CannedBoard board;
     const auto refused = [&](const std::string& address, const std::string& sentence) {
-        EXPECT_EQ(board.run("gateway set " + address), failed(Exit::Usage, sentence)) << address;
+        EXPECT_EQ(board.run("gateway set " + address), wrongUsage(sentence)) << address;
     };
     refused("0.0.0.0", "'0.0.0.0' is no gateway: 'mngctl gateway clear' removes it");
     refused("127.0.0.1",
@@ -59,21 +59,20 @@ TEST(GatewaySet, SendsNothingThatIsWrong) {
 
 TEST(GatewaySet, TellsWhatIsInForceAfterARefusal) {
     const CannedBoard board;
-    EXPECT_EQ(board.run("gateway set 203.0.113.1"),
-              failed(Exit::Refused,
-                     "the board refused to set the gateway 203.0.113.1: result -1 (failed); now in "
-                     "force: no gateway, as 192.0.2.254 is removed already (203.0.113.1 is outside "
-                     "the board's network 192.0.2.0/24)"));
     EXPECT_EQ(
         board.run("gateway set 203.0.113.1"),
-        failed(Exit::Refused,
-               "the board refused to set the gateway 203.0.113.1: result -1 (failed); now in "
-               "force: no gateway (203.0.113.1 is outside the board's network 192.0.2.0/24)"));
+        refusedWith("the board refused to set the gateway 203.0.113.1: result -1 (failed); now in "
+                    "force: no gateway, as 192.0.2.254 is removed already (203.0.113.1 is outside "
+                    "the board's network 192.0.2.0/24)"));
+    EXPECT_EQ(
+        board.run("gateway set 203.0.113.1"),
+        refusedWith("the board refused to set the gateway 203.0.113.1: result -1 (failed); now in "
+                    "force: no gateway (203.0.113.1 is outside the board's network 192.0.2.0/24)"));
     const CannedBoard refusing({"--refuse"});
-    EXPECT_EQ(refusing.run("gateway clear"),
-              failed(Exit::Refused,
-                     "the board refused to remove the gateway: result -1 (failed); now in force: "
-                     "the gateway 192.0.2.254"));
+    EXPECT_EQ(
+        refusing.run("gateway clear"),
+        refusedWith("the board refused to remove the gateway: result -1 (failed); now in force: "
+                    "the gateway 192.0.2.254"));
 }
 
 class GatewayFromAfar : public testing::Test {
@@ -87,10 +86,9 @@ TEST_F(GatewayFromAfar, NeedsConsentToLoseTheWayBack) {
         "this can end your own connection from 198.51.100.7: it is reached through the gateway "
         "192.0.2.254, which ";
     EXPECT_EQ(board.run("gateway clear"),
-              failed(Exit::Usage, warning + "is to be removed; give --yes to do it all the same"));
+              wrongUsage(warning + "is to be removed; give --yes to do it all the same"));
     EXPECT_EQ(board.run("gateway set 192.0.2.253"),
-              failed(Exit::Usage,
-                     warning + "192.0.2.253 is to replace; give --yes to do it all the same"));
+              wrongUsage(warning + "192.0.2.253 is to replace; give --yes to do it all the same"));
     EXPECT_EQ(run(board.to({"gateway", "clear"}), "y\n", true),
               done(warning + "is to be removed\nDo it all the same? [y/N] gateway: none\n"));
     // What is gone cannot be lost.

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 #include "terminal.h"
 
 namespace mngctl::test {
@@ -86,16 +86,16 @@ TEST(IpSet, SendsNothingThatIsWrong) {
 
 TEST(IpSet, TellsWhatIsInForceAfterARefusal) {
     const CannedBoard refusing({"--refuse"});
-    EXPECT_EQ(refusing.run("ip set 192.0.2.11/24"),
-              failed(Exit::Refused,
-                     "the board refused to set the address 192.0.2.11/24: result -1 (failed); now "
-                     "in force: the address 192.0.2.10/24, DHCP off, the gateway 192.0.2.254"));
+    EXPECT_EQ(
+        refusing.run("ip set 192.0.2.11/24"),
+        refusedWith("the board refused to set the address 192.0.2.11/24: result -1 (failed); now "
+                    "in force: the address 192.0.2.10/24, DHCP off, the gateway 192.0.2.254"));
     const CannedBoard failing({"--fail-half-way", "set_ip"});
-    EXPECT_EQ(failing.run("ip set 192.0.2.11/24"),
-              failed(Exit::Refused,
-                     "the board refused to set the address 192.0.2.11/24: result -1 (failed); now "
-                     "in force: no address, DHCP off, no gateway: 'mngctl ip set' with an address "
-                     "that the board takes, or 'mngctl dhcp on', gives it one again"));
+    EXPECT_EQ(
+        failing.run("ip set 192.0.2.11/24"),
+        refusedWith("the board refused to set the address 192.0.2.11/24: result -1 (failed); now "
+                    "in force: no address, DHCP off, no gateway: 'mngctl ip set' with an address "
+                    "that the board takes, or 'mngctl dhcp on', gives it one again"));
     EXPECT_EQ(failing.run("ip show"), done(shown("none", "none", "none") + ipv6));
     EXPECT_EQ(failing.run("ip show --json").exit, Exit::Done);
     const CannedBoard dying({"--fail-half-way", "set_ip", "--die-after", "set_ip"});
@@ -114,8 +114,7 @@ TEST_F(IpFromAfar, NeedsConsentToChangeTheAddressOfTheWayIn) {
         "this can end your own connection from 198.51.100.7: it came in over 192.0.2.10/24, which "
         "192.0.2.11/24 takes the place of";
     const std::vector<std::string> command{"ip", "set", "-q", "192.0.2.11/24"};
-    EXPECT_EQ(board.run(command),
-              failed(Exit::Usage, warning + "; give --yes to do it all the same"));
+    EXPECT_EQ(board.run(command), wrongUsage(warning + "; give --yes to do it all the same"));
     const std::string question = warning + "\nDo it all the same? [y/N] ";
     EXPECT_EQ(run(board.to(command), "n\n", true),
               (Outcome{Exit::Usage, question, "mngctl: nothing was changed\n"}));
@@ -128,11 +127,11 @@ TEST_F(IpFromAfar, NeedsConsentToChangeTheAddressOfTheWayIn) {
 
 TEST_F(IpFromAfar, NeedsConsentForAMaskThatLeavesNoWayBack) {
     // The gateway is the last but one of the network's addresses.
-    EXPECT_EQ(board.run("ip set 192.0.2.10/25"),
-              failed(Exit::Usage,
-                     "this can end your own connection from 198.51.100.7: no way leads back there "
-                     "from 192.0.2.10/25 with the gateway 192.0.2.254; give --yes to do it all the "
-                     "same"));
+    EXPECT_EQ(
+        board.run("ip set 192.0.2.10/25"),
+        wrongUsage("this can end your own connection from 198.51.100.7: no way leads back there "
+                   "from 192.0.2.10/25 with the gateway 192.0.2.254; give --yes to do it all the "
+                   "same"));
     EXPECT_EQ(board.run("ip set -q 192.0.2.10/23"), done(""));
     EXPECT_EQ(board.run("ip set -q 192.0.2.10/24"), done(""));
 }

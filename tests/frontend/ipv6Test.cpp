@@ -1,5 +1,5 @@
 #include "mngctl/commands/ipv6State.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -72,7 +72,7 @@ TEST(Ipv6Command, SwitchesTheClient) {
 TEST(Ipv6Command, SendsNothingThatIsWrong) {
     CannedBoard board;
     const auto refused = [&](const std::string& line, const std::string& sentence) {
-        EXPECT_EQ(board.run(line), failed(Exit::Usage, sentence)) << line;
+        EXPECT_EQ(board.run(line), wrongUsage(sentence)) << line;
     };
     const std::string host = ": expected the address of a host such as 2001:db8::10";
     refused("ipv6 set 2001:db8::7",
@@ -112,15 +112,14 @@ TEST(Ipv6Command, TellsWhatIsInForceAfterARefusal) {
         ": result -1 (failed); now in force: 2001:db8::100/128, fe80::5eff:fe10:a/64, no gateway, "
         "DHCPv6 on";
     const auto refused = [&](const std::string& line, const std::string& what) {
-        EXPECT_EQ(board.run(line), failed(Exit::Refused, "the board refused to " + what + state));
+        EXPECT_EQ(board.run(line), refusedWith("the board refused to " + what + state));
     };
     refused("ipv6 set 2001:db8::7/64", "set the address 2001:db8::7/64");
     refused("ipv6 clear", "remove the IPv6 address that was set by hand");
     refused("ipv6 gateway set fe80::1", "set the gateway fe80::1");
     refused("ipv6 gateway clear", "remove the IPv6 gateway that was set by hand");
-    EXPECT_EQ(
-        board.run("ipv6 dhcp off"),
-        failed(Exit::Refused, "the board did not switch DHCPv6 off; its log tells the cause"));
+    EXPECT_EQ(board.run("ipv6 dhcp off"),
+              refusedWith("the board did not switch DHCPv6 off; its log tells the cause"));
 }
 
 TEST(Ipv6WayIn, IsRead) {
@@ -143,11 +142,11 @@ TEST(Ipv6FromAfar, NeedsConsentToLoseTheAddressOfTheWayIn) {
         "which ";
     const std::string hint = "; give --yes to do it all the same";
     EXPECT_EQ(board.run("ipv6 dhcp off"),
-              failed(Exit::Usage, warning + "the board loses when DHCPv6 is switched off" + hint));
+              wrongUsage(warning + "the board loses when DHCPv6 is switched off" + hint));
     EXPECT_EQ(board.run("ipv6 set 2001:db8::8/64"),
-              failed(Exit::Usage, warning + "2001:db8::8/64 can take the place of" + hint));
+              wrongUsage(warning + "2001:db8::8/64 can take the place of" + hint));
     EXPECT_EQ(board.run("ipv6 clear"),
-              failed(Exit::Usage, warning + "can be the one that is to be removed" + hint));
+              wrongUsage(warning + "can be the one that is to be removed" + hint));
     EXPECT_EQ(board.run("ipv6 dhcp on -q"), done(""));
     EXPECT_EQ(run(board.to({"ipv6", "dhcp", "off", "-q"}), "y\n", true),
               done(warning + "the board loses when DHCPv6 is switched off\nDo it all the same? "
@@ -169,10 +168,9 @@ TEST(Ipv6FromAfar, NeedsConsentToLoseTheWayBack) {
         "this can end your own connection from 2001:db8:5::7: it is reached through the gateway "
         "fe80::2, which ";
     EXPECT_EQ(board.run("ipv6 gateway clear"),
-              failed(Exit::Usage, warning + "is to be removed; give --yes to do it all the same"));
-    EXPECT_EQ(
-        board.run("gateway set fe80::3"),
-        failed(Exit::Usage, warning + "fe80::3 is to replace; give --yes to do it all the same"));
+              wrongUsage(warning + "is to be removed; give --yes to do it all the same"));
+    EXPECT_EQ(board.run("gateway set fe80::3"),
+              wrongUsage(warning + "fe80::3 is to replace; give --yes to do it all the same"));
     EXPECT_EQ(board.run("ipv6 gateway clear -q --yes"), done(""));
     EXPECT_EQ(board.run("gateway set -q fe80::3"), done(""));
 }

@@ -1,6 +1,6 @@
 #include "mngctl/wire/json.h"
 #include "mngctl/wire/recordFields.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <fmt/format.h>
 #include <netinet/in.h>
@@ -15,46 +15,40 @@ const char* name(Protocol protocol) { return protocol == Protocol::Tcp ? "--tcp"
 
 class NoAnswerOver : public testing::TestWithParam<Protocol> {};
 
-INSTANTIATE_TEST_SUITE_P(Over, NoAnswerOver, testing::Values(Protocol::Tcp, Protocol::Udp),
-                         [](const auto& protocol) {
-                             return protocol.param == Protocol::Tcp ? "Tcp" : "Udp";
-                         });
+INSTANTIATE_TEST_SUITE_P(Over, NoAnswerOver, bothProtocols, nameOfProtocol);
 
 TEST_P(NoAnswerOver, APortWhereNothingListens) {
     CannedBoard board;
     const std::string port = board.port(GetParam());
     board.end();
     EXPECT_EQ(board.run("dns show", GetParam()),
-              failed(Exit::NoAnswer,
-                     fmt::format("nothing listens at 127.0.0.1 port {}: check the port given for "
-                                 "the network program, or leave it out to ask the port mapper",
-                                 port)));
+              noAnswer(fmt::format("nothing listens at 127.0.0.1 port {}: check the port given for "
+                                   "the network program, or leave it out to ask the port mapper",
+                                   port)));
     EXPECT_EQ(board.run("board status", GetParam()),
-              failed(Exit::NoAnswer,
-                     fmt::format("nothing listens at 127.0.0.1 port {}: check the port given for "
-                                 "the control program, or leave it out to ask the port mapper",
-                                 port)));
+              noAnswer(fmt::format("nothing listens at 127.0.0.1 port {}: check the port given for "
+                                   "the control program, or leave it out to ask the port mapper",
+                                   port)));
 }
 
 TEST_P(NoAnswerOver, AServerThatStaysSilent) {
     const CannedBoard board({"--silent"});
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(run({name(GetParam()), "--port", board.port(GetParam()), "--timeout", "0.2", "dns",
-                   "set", "192.0.2.1"}),
-              failed(Exit::NoAnswer,
-                     "the board did not answer within 0.2 s: it may be busy and still do what was "
-                     "asked; look before you repeat, and allow more time with --timeout"));
+    EXPECT_EQ(
+        run({name(GetParam()), "--port", board.port(GetParam()), "--timeout", "0.2", "dns", "set",
+             "192.0.2.1"}),
+        noAnswer("the board did not answer within 0.2 s: it may be busy and still do what was "
+                 "asked; look before you repeat, and allow more time with --timeout"));
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(190));
 }
 
 TEST_P(NoAnswerOver, AnotherProgram) {
     const CannedBoard board({"--lone"});
     EXPECT_EQ(board.run("rpc null", GetParam()),
-              failed(Exit::NoAnswer,
-                     fmt::format("what answers at 127.0.0.1 port {} is not the network program "
-                                 "(0x20000009 version 1): check the port, or leave it out to ask "
-                                 "the port mapper",
-                                 board.port(GetParam()))));
+              noAnswer(fmt::format("what answers at 127.0.0.1 port {} is not the network program "
+                                   "(0x20000009 version 1): check the port, or leave it out to ask "
+                                   "the port mapper",
+                                   board.port(GetParam()))));
 }
 
 /// A socket of this process on the loopback address.
@@ -99,10 +93,9 @@ TEST(NoAnswerOverTcp, AServerThatTakesNoConnection) {
         client.beginToConnect(port);
     }
     EXPECT_EQ(run({"--port", std::to_string(port), "--timeout", "0.2", "rpc", "null"}),
-              failed(Exit::NoAnswer,
-                     fmt::format("no connection to 127.0.0.1 port {} within 0.2 s: check --host "
-                                 "and the way to it, or allow more time with --timeout",
-                                 port)));
+              noAnswer(fmt::format("no connection to 127.0.0.1 port {} within 0.2 s: check --host "
+                                   "and the way to it, or allow more time with --timeout",
+                                   port)));
 }
 
 TEST(NoAnswerOverTcp, AServerThatNeverTakesALongRequest) {

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -91,7 +91,7 @@ TEST(Ntp, ServersAreAddedChangedAndRemoved) {
     EXPECT_EQ(board.run("ntp server remove 2001:db8::1"),
               done(off + "servers:\n  ntp.example.net: not asked\n"));
     EXPECT_EQ(board.run("ntp server remove 192.0.2.9"),
-              failed(Exit::Refused, "the board has no server 192.0.2.9"));
+              refusedWith("the board has no server 192.0.2.9"));
 }
 
 TEST(Ntp, AFifthServerIsRefused) {
@@ -100,7 +100,7 @@ TEST(Ntp, AFifthServerIsRefused) {
         EXPECT_EQ(board.run("ntp server add " + host + " -q"), done(""));
     }
     EXPECT_EQ(board.run("ntp server add e"),
-              failed(Exit::Refused, "the board keeps 4 servers, which it has"));
+              refusedWith("the board keeps 4 servers, which it has"));
 }
 
 TEST(Ntp, NothingIsSentThatIsNoServer) {
@@ -111,17 +111,16 @@ TEST(Ntp, NothingIsSentThatIsNoServer) {
     }
     EXPECT_EQ(board.run({"ntp", "server", "add", std::string(255, 'a')}).exit, Exit::Usage);
     EXPECT_EQ(board.run("ntp server add 192.0.2.1 --version 5"),
-              failed(Exit::Usage, "expected version 3 or 4, not '5'"));
+              wrongUsage("expected version 3 or 4, not '5'"));
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 
 TEST(Ntp, RefusalsAreExplained) {
     const CannedBoard board({"--refuse"});
     EXPECT_EQ(board.run("ntp on"),
-              failed(Exit::Refused,
-                     "the board refused to switch the NTP client on: result -1 "
-                     "(failed); nothing has changed; the board's log tells the "
-                     "cause"));
+              refusedWith("the board refused to switch the NTP client on: result -1 "
+                          "(failed); nothing has changed; the board's log tells the "
+                          "cause"));
 }
 
 }  // namespace

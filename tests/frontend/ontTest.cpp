@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -42,9 +42,9 @@ TEST(Ont, IsSetWithAPrefixOrAMask) {
 TEST(Ont, SendsNothingThatIsWrong) {
     CannedBoard board;
     EXPECT_EQ(board.run("ont set 198.51.100.1/24 0"),
-              failed(Exit::Usage, "expected a VLAN id from 1 to 4094, not '0'"));
+              wrongUsage("expected a VLAN id from 1 to 4094, not '0'"));
     EXPECT_EQ(board.run("ont set 198.51.100.1/24 4095"),
-              failed(Exit::Usage, "expected a VLAN id from 1 to 4094, not '4095'"));
+              wrongUsage("expected a VLAN id from 1 to 4094, not '4095'"));
     for (const char* wrong :
          {"198.51.100.1 20", "198.51.100.0/24 20", "198.51.100.1 255.0.255.0 20", "0.0.0.0/24 20",
           "198.51.100.1/24", "198.51.100.1/24 255.255.255.0 20"}) {
@@ -55,11 +55,11 @@ TEST(Ont, SendsNothingThatIsWrong) {
 
 TEST(Ont, TellsWhyTheVlanIsRefused) {
     const CannedBoard board({"--refuse"});
-    EXPECT_EQ(board.run("ont set 198.51.100.1/24 1"),
-              failed(Exit::Refused,
-                     "the board refused to set the ONT management address 198.51.100.1/24: result "
-                     "-1 (failed); now in force: VLAN 1 is that of the management port; ONT "
-                     "management is off, or it cannot be read"));
+    EXPECT_EQ(
+        board.run("ont set 198.51.100.1/24 1"),
+        refusedWith("the board refused to set the ONT management address 198.51.100.1/24: result "
+                    "-1 (failed); now in force: VLAN 1 is that of the management port; ONT "
+                    "management is off, or it cannot be read"));
     EXPECT_THAT(board.run("ont off").err, HasSubstr("refused to switch ONT management off"));
 }
 

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -21,20 +21,18 @@ TEST(PortMapper, NamesThePortForEachProtocol) {
 
 TEST(PortMapper, Absent) {
     const CannedBoard board({"--namespace"});
-    const Outcome expected =
-        failed(Exit::NoAnswer,
-               "no port mapper answers at 127.0.0.1 (port 111): start rpcbind on the board, or "
-               "name the program's port with --port");
+    const Outcome expected = noAnswer(
+        "no port mapper answers at 127.0.0.1 (port 111): start rpcbind on the board, or "
+        "name the program's port with --port");
     EXPECT_EQ(board.runInside("dns show"), expected);
     EXPECT_EQ(board.runInside("--udp dns show"), expected);
 }
 
 TEST(PortMapper, Silent) {
     const CannedBoard board({"--namespace", "--mapper", "silent"});
-    const Outcome expected =
-        failed(Exit::NoAnswer,
-               "the port mapper at 127.0.0.1 did not answer within 0.2 s: restart rpcbind on the "
-               "board, or name the program's port with --port");
+    const Outcome expected = noAnswer(
+        "the port mapper at 127.0.0.1 did not answer within 0.2 s: restart rpcbind on the "
+        "board, or name the program's port with --port");
     EXPECT_EQ(board.runInside("--timeout 0.2 dns show"), expected);
     EXPECT_EQ(board.runInside("--timeout 0.2 --udp dns show"), expected);
 }
@@ -42,21 +40,18 @@ TEST(PortMapper, Silent) {
 TEST(PortMapper, WithoutTheProgram) {
     const CannedBoard board({"--namespace", "--mapper", "empty"});
     EXPECT_EQ(board.runInside("dns show"),
-              failed(Exit::NoAnswer,
-                     "the network program (0x20000009 version 1, TCP) is not registered with the "
-                     "port mapper at 127.0.0.1: start the board's business-logic process "
-                     "(bllhost)"));
+              noAnswer("the network program (0x20000009 version 1, TCP) is not registered with the "
+                       "port mapper at 127.0.0.1: start the board's business-logic process "
+                       "(bllhost)"));
     EXPECT_EQ(board.runInside("--udp board stop"),
-              failed(Exit::NoAnswer,
-                     "the control program (0x20000100 version 1, UDP) is not registered with the "
-                     "port mapper at 127.0.0.1: start the board's business-logic process "
-                     "(bllhost)"));
+              noAnswer("the control program (0x20000100 version 1, UDP) is not registered with the "
+                       "port mapper at 127.0.0.1: start the board's business-logic process "
+                       "(bllhost)"));
 }
 
 TEST(PortMapper, WithThePortOfAProcessThatIsGone) {
     const CannedBoard board({"--namespace", "--mapper", "stale"});
-    const Outcome expected = failed(
-        Exit::NoAnswer,
+    const Outcome expected = noAnswer(
         "the port mapper at 127.0.0.1 names port 9 for the network program, but nothing listens "
         "there: the board's business-logic process has ended; start it again");
     EXPECT_EQ(board.runInside("rpc null"), expected);

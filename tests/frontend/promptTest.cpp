@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 #include "terminal.h"
 
 #include <sys/stat.h>
@@ -34,11 +34,8 @@ TEST_F(Prompt, CarriesOutCommandsUntilExit) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("'help' shows the commands, Tab completes them, 'exit' leaves.");
     terminal.waitFor("mngctl> ");
-    terminal.type("dns set 192.0.2.1\r");
-    terminal.waitFor("IPv4 servers: 192.0.2.1 (cli)\r\n");
-    terminal.waitFor("mngctl> ");
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    terminal.enter("dns set 192.0.2.1", "IPv4 servers: 192.0.2.1 (cli)\r\n");
+    EXPECT_EQ(terminal.leave(), 0);
     EXPECT_THAT(board.requests(),
                 ElementsAre(R"(set_dns_servers {"primary":"192.0.2.1","secondary":"0.0.0.0"})",
                             "get_dns_serversws"));
@@ -47,15 +44,10 @@ TEST_F(Prompt, CarriesOutCommandsUntilExit) {
 TEST_F(Prompt, CompletesWithTab) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("mngctl> ");
-    terminal.type("rp\tget_tel\t\r");
-    terminal.waitFor("result: off\r\n");
-    terminal.waitFor("mngctl> ");
-    terminal.type("dns \t");
-    terminal.waitFor("clear  set    show\r\n");
+    terminal.enter("rp\tget_tel\t", "result: off\r\n");
+    terminal.type("dns \t", "clear  set    show\r\n");
     terminal.waitFor("mngctl> dns ");
-    terminal.type("sh\t\r");
-    terminal.waitFor("IPv6 servers: none (dhcp)\r\n");
-    terminal.waitFor("mngctl> ");
+    terminal.enter("sh\t", "IPv6 servers: none (dhcp)\r\n");
     terminal.type("\x04");
     EXPECT_EQ(terminal.exitCode(), 0);
     EXPECT_THAT(board.requests(),
@@ -65,15 +57,9 @@ TEST_F(Prompt, CompletesWithTab) {
 TEST_F(Prompt, GoesOnAfterAFailure) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("mngctl> ");
-    terminal.type("dns set 1.2.3\r");
-    terminal.waitFor("mngctl: expected an IPv4 address");
-    terminal.waitFor("mngctl> ");
-    terminal.type("rpc 'open\r");
-    terminal.waitFor("mngctl: the line ends after an open '");
-    terminal.waitFor("mngctl> ");
-    terminal.type("rpc null\r");
-    terminal.waitFor("answered\r\n");
-    terminal.waitFor("mngctl> ");
+    terminal.enter("dns set 1.2.3", "mngctl: expected an IPv4 address");
+    terminal.enter("rpc 'open", "mngctl: the line ends after an open '");
+    terminal.enter("rpc null", "answered\r\n");
     terminal.type("quit\r");
     EXPECT_EQ(terminal.exitCode(), 0);
 }
@@ -84,43 +70,29 @@ TEST_F(Prompt, EditsCharactersInUtf8WhateverTheLocale) {
     Terminal terminal(board.to({}), plain);
     terminal.waitFor("mngctl> ");
     // The backspace takes the whole character away.
-    terminal.type("rpc --dry-run set_domainname Zü€\x7frich\r");
-    terminal.waitFor("value: Zürich\r\n");
-    terminal.waitFor("mngctl> ");
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    terminal.enter("rpc --dry-run set_domainname Zü€\x7frich", "value: Zürich\r\n");
+    EXPECT_EQ(terminal.leave(), 0);
 }
 
 TEST_F(Prompt, DropsTheLineAtCtrlC) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("mngctl> ");
-    terminal.type("board stop");
-    terminal.waitFor("stop");
-    terminal.type("\x03");
-    terminal.waitFor("^C");
+    terminal.type("board stop", "stop");
+    terminal.type("\x03", "^C");
     terminal.waitFor("mngctl> ");
-    terminal.type("rpc null\r");
-    terminal.waitFor("answered\r\n");
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    terminal.enter("rpc null", "answered\r\n");
+    EXPECT_EQ(terminal.leave(), 0);
     EXPECT_THAT(board.requests(), ElementsAre("null"));
 }
 
 TEST_F(Prompt, AsksBeforeFactoryDefaults) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("mngctl> ");
-    terminal.type("factory-defaults\r");
-    terminal.waitFor("[y/N] ");
-    terminal.type("n\r");
-    terminal.waitFor("mngctl: nothing was changed");
-    terminal.waitFor("mngctl> ");
-    terminal.type("factory-defaults\r");
-    terminal.waitFor("[y/N] ");
-    terminal.type("y\r");
-    terminal.waitFor("factory settings are in place");
-    terminal.waitFor("mngctl> ");
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    terminal.type("factory-defaults\r", "[y/N] ");
+    terminal.enter("n", "mngctl: nothing was changed");
+    terminal.type("factory-defaults\r", "[y/N] ");
+    terminal.enter("y", "factory settings are in place");
+    EXPECT_EQ(terminal.leave(), 0);
     EXPECT_THAT(board.requests(), ElementsAre("defaults"));
 }
 
@@ -128,11 +100,8 @@ TEST_F(Prompt, RemembersWhatWasTyped) {
     {
         Terminal terminal(board.to({}), environment());
         terminal.waitFor("mngctl> ");
-        terminal.type("rpc get_telnet\r");
-        terminal.waitFor("result: off");
-        terminal.waitFor("mngctl> ");
-        terminal.type("exit\r");
-        EXPECT_EQ(terminal.exitCode(), 0);
+        terminal.enter("rpc get_telnet", "result: off");
+        EXPECT_EQ(terminal.leave(), 0);
     }
     EXPECT_THAT(history(), HasSubstr("get_telnet"));
     struct stat state{};
@@ -143,9 +112,7 @@ TEST_F(Prompt, RemembersWhatWasTyped) {
 
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("mngctl> ");
-    terminal.type("\x10\x10\r");  // Ctrl-P twice: past exit
-    terminal.waitFor("result: off");
-    terminal.waitFor("mngctl> ");
+    terminal.enter("\x10\x10", "result: off");  // Ctrl-P twice: past exit
     terminal.type("\x04");
     EXPECT_EQ(terminal.exitCode(), 0);
 }
@@ -156,8 +123,7 @@ TEST_F(Prompt, DoesWithoutAHistoryThatCannotBeKept) {
     EXPECT_THAT(terminal.waitFor("mngctl> "), Not(HasSubstr("mngctl:")));
     terminal.type("rpc null\r");
     EXPECT_THAT(terminal.waitFor("answered\r\n"), Not(HasSubstr("mngctl:")));
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.leave(), 0);
 }
 
 TEST_F(Prompt, KeepsItsHistoryInTheHomeWithoutAStateDirectory) {
@@ -165,8 +131,7 @@ TEST_F(Prompt, KeepsItsHistoryInTheHomeWithoutAStateDirectory) {
         Terminal terminal(board.to({}),
                           {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", ""}});
         terminal.waitFor("mngctl> ");
-        terminal.type("exit\r");
-        EXPECT_EQ(terminal.exitCode(), 0);
+        EXPECT_EQ(terminal.leave(), 0);
     }
     EXPECT_TRUE(std::filesystem::exists(home.path() + "/.local/state/mngctl/history"));
 }
@@ -174,18 +139,12 @@ TEST_F(Prompt, KeepsItsHistoryInTheHomeWithoutAStateDirectory) {
 TEST_F(Prompt, KeepsItsConnectionAndMakesItAgainAfterAFailure) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("mngctl> ");
-    terminal.type("rpc null\r");
-    terminal.waitFor("answered\r\n");
-    terminal.waitFor("mngctl> ");
+    terminal.enter("rpc null", "answered\r\n");
     board.end();
-    terminal.type("rpc null\r");
-    terminal.waitFor("mngctl: nothing listens at 127.0.0.1 port");
-    terminal.waitFor("mngctl> ");
+    terminal.enter("rpc null", "mngctl: nothing listens at 127.0.0.1 port");
     CannedBoard second({"--tcp-port", board.port()});
-    terminal.type("rpc null\r");
-    terminal.waitFor("answered\r\n");
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    terminal.enter("rpc null", "answered\r\n");
+    EXPECT_EQ(terminal.leave(), 0);
     EXPECT_THAT(second.requests(), ElementsAre("null"));
 }
 

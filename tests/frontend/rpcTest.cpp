@@ -1,5 +1,5 @@
 #include "mngctl/procedures.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <fmt/format.h>
 

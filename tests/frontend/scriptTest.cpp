@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -37,8 +37,7 @@ TEST_F(Script, StopsAtTheFirstFailure) {
     EXPECT_EQ(run("rpc set_hostname x\nrpc null\n"),
               (Outcome{Exit::Refused, "result: -1\n",
                        "mngctl: line 1: the board refused set_hostname: result -1 (failed)\n"}));
-    EXPECT_EQ(run("\n'open\nrpc null\n"),
-              failed(Exit::Usage, "line 2: the line ends after an open '"));
+    EXPECT_EQ(run("\n'open\nrpc null\n"), wrongUsage("line 2: the line ends after an open '"));
     EXPECT_THAT(board.requests(), ElementsAre("null", "set_hostname x"));
 }
 
@@ -61,7 +60,7 @@ TEST_F(Script, KeepsOptionsOfALineToThatLine) {
 }
 
 TEST_F(Script, NeedsACommandOnALine) {
-    EXPECT_EQ(run("--json\n"), failed(Exit::Usage, "line 1: expected a command; 'help' shows all"));
+    EXPECT_EQ(run("--json\n"), wrongUsage("line 1: expected a command; 'help' shows all"));
 }
 
 TEST_F(Script, DoesNotTakeConsentFromItself) {

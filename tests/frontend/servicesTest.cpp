@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -43,24 +43,23 @@ TEST(Services, TellWhatIsStoredAfterARefusal) {
     const CannedBoard board({"--refuse"});
     const std::string reason = "; the board's log tells why it is not in force";
     EXPECT_EQ(board.run("telnet on"),
-              failed(Exit::Refused,
-                     "the board refused to switch telnet on: result -1 (failed); stored now: "
-                     "telnet off" +
-                         reason));
-    EXPECT_EQ(board.run("ssh off"),
-              failed(Exit::Refused,
-                     "the board refused to switch SSH off: result -1 (failed); stored now: SSH on" +
-                         reason));
-    EXPECT_EQ(board.run("ftp on -q"),
-              failed(Exit::Refused,
-                     "the board refused to switch FTP on: result -1 (failed); stored now: FTP off" +
-                         reason));
+              refusedWith("the board refused to switch telnet on: result -1 (failed); stored now: "
+                          "telnet off" +
+                          reason));
+    EXPECT_EQ(
+        board.run("ssh off"),
+        refusedWith("the board refused to switch SSH off: result -1 (failed); stored now: SSH on" +
+                    reason));
+    EXPECT_EQ(
+        board.run("ftp on -q"),
+        refusedWith("the board refused to switch FTP on: result -1 (failed); stored now: FTP off" +
+                    reason));
 }
 
 TEST(Services, TellThatTheBoardCannotSayWhetherFtpIsOn) {
     const CannedBoard board({"--fail-half-way", "is_ftp_enabled"});
     EXPECT_EQ(board.run("ftp show"),
-              failed(Exit::Refused, "the board cannot tell whether FTP is on: result 7"));
+              refusedWith("the board cannot tell whether FTP is on: result 7"));
 }
 
 TEST(Sessions, AreShown) {
@@ -84,10 +83,10 @@ TEST(Sessions, AreLimited) {
 
 TEST(Sessions, AreNotLimitedToNoneOrNonsense) {
     CannedBoard board;
-    EXPECT_EQ(board.run("sessions limit 0"),
-              failed(Exit::Usage,
-                     "a limit of 0 would shut everybody out: 'mngctl telnet off' and 'mngctl ssh "
-                     "off' do that; 'default' stands for the board's own limit"));
+    EXPECT_EQ(
+        board.run("sessions limit 0"),
+        wrongUsage("a limit of 0 would shut everybody out: 'mngctl telnet off' and 'mngctl ssh "
+                   "off' do that; 'default' stands for the board's own limit"));
     for (const char* wrong : {"-1", "many", "4294967296", "5x"}) {
         EXPECT_EQ(board.run({"sessions", "limit", "--", wrong}).exit, Exit::Usage) << wrong;
     }
@@ -96,10 +95,10 @@ TEST(Sessions, AreNotLimitedToNoneOrNonsense) {
 
 TEST(Sessions, StayLimitedAfterARefusal) {
     const CannedBoard board({"--refuse"});
-    EXPECT_EQ(board.run("sessions limit 65"),
-              failed(Exit::Refused,
-                     "the board refused to set the limit to 65 sessions: result -1 (failed); now "
-                     "in force: at most 5 sessions"));
+    EXPECT_EQ(
+        board.run("sessions limit 65"),
+        refusedWith("the board refused to set the limit to 65 sessions: result -1 (failed); now "
+                    "in force: at most 5 sessions"));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -74,9 +74,9 @@ TEST(Snmp, SystemTextsAreSetAndReadBack) {
 TEST(Snmp, TextsThatTheBoardCannotKeepAreNotSent) {
     CannedBoard board;
     EXPECT_EQ(board.run({"snmp", "name", std::string(32, 'n')}),
-              failed(Exit::Usage, "the name has at most 31 bytes, this one has 32"));
+              wrongUsage("the name has at most 31 bytes, this one has 32"));
     EXPECT_EQ(board.run({"snmp", "contact", "a\nrwcommunity x"}),
-              failed(Exit::Usage, "the contact has a control character"));
+              wrongUsage("the contact has a control character"));
     EXPECT_EQ(board.run("snmp contact").exit, Exit::Usage);
     EXPECT_THAT(board.requests(), IsEmpty());
 }
@@ -85,8 +85,7 @@ TEST(Snmp, ARefusedTextIsExplained) {
     const CannedBoard board({"--refuse"});
     EXPECT_EQ(
         board.run("snmp name node"),
-        failed(Exit::Refused,
-               "the board refused to set the name: result -1 (failed); the name is '' still"));
+        refusedWith("the board refused to set the name: result -1 (failed); the name is '' still"));
 }
 
 TEST(SnmpCommunity, IsAddedChangedAndRemoved) {
@@ -109,28 +108,26 @@ TEST(SnmpCommunity, RefusalsAreExplained) {
         EXPECT_EQ(board.run("snmp community add " + name + " ro -q"), done(""));
     }
     EXPECT_EQ(board.run("snmp community add g ro"),
-              failed(Exit::Refused, adding + "the board keeps 6 communities, which it has"));
+              refusedWith(adding + "the board keeps 6 communities, which it has"));
     EXPECT_EQ(board.run("snmp community add a rw"),
-              failed(Exit::Refused, adding + "there is a community of that name; 'mngctl snmp "
-                                             "community access' changes it"));
+              refusedWith(adding + "there is a community of that name; 'mngctl snmp "
+                                   "community access' changes it"));
     EXPECT_EQ(board.run("snmp community remove g"),
-              failed(Exit::Refused,
-                     "the board refused to remove the community: result -1 "
-                     "(failed); there is no community of that name now"));
+              refusedWith("the board refused to remove the community: result -1 "
+                          "(failed); there is no community of that name now"));
     EXPECT_EQ(board.run("snmp community access g ro").exit, Exit::Refused);
 }
 
 TEST(SnmpCommunity, NothingIsSentThatIsNone) {
     CannedBoard board;
     EXPECT_EQ(board.run({"snmp", "community", "add", std::string(30, 'c'), "ro"}),
-              failed(Exit::Usage, "a community here has at most 29 characters, this one has 30"));
-    EXPECT_EQ(
-        board.run({"snmp", "community", "add", "two words", "ro"}),
-        failed(Exit::Usage, "a community is made of visible ASCII characters, without blanks"));
+              wrongUsage("a community here has at most 29 characters, this one has 30"));
+    EXPECT_EQ(board.run({"snmp", "community", "add", "two words", "ro"}),
+              wrongUsage("a community is made of visible ASCII characters, without blanks"));
     EXPECT_EQ(board.run({"snmp", "community", "add", "", "ro"}),
-              failed(Exit::Usage, "the community is empty"));
+              wrongUsage("the community is empty"));
     EXPECT_EQ(board.run("snmp community add public write"),
-              failed(Exit::Usage, "expected ro or rw, not 'write'"));
+              wrongUsage("expected ro or rw, not 'write'"));
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 
@@ -155,14 +152,13 @@ TEST(SnmpTrap, RefusalsAreExplained) {
     }
     const std::string adding = "the board refused to add the manager: result -1 (failed); ";
     EXPECT_EQ(board.run("snmp trap add 192.0.2.11 traps"),
-              failed(Exit::Refused, adding + "the board keeps 10 managers, which it has"));
+              refusedWith(adding + "the board keeps 10 managers, which it has"));
     EXPECT_EQ(board.run("snmp trap add 192.0.2.1 traps"),
-              failed(Exit::Refused, adding + "there is a manager of that address with that "
-                                             "community"));
+              refusedWith(adding + "there is a manager of that address with that "
+                                   "community"));
     EXPECT_EQ(board.run("snmp trap remove 192.0.2.1 other"),
-              failed(Exit::Refused,
-                     "the board refused to remove the manager: result -1 (failed); "
-                     "there is no manager of that address with that community now"));
+              refusedWith("the board refused to remove the manager: result -1 (failed); "
+                          "there is no manager of that address with that community now"));
 }
 
 TEST(SnmpTrap, NothingIsSentThatIsNoManager) {
@@ -171,17 +167,17 @@ TEST(SnmpTrap, NothingIsSentThatIsNoManager) {
         EXPECT_EQ(board.run("snmp trap add " + wrong + " traps").exit, Exit::Usage) << wrong;
     }
     EXPECT_EQ(board.run({"snmp", "trap", "add", "192.0.2.1", std::string(32, 'c')}),
-              failed(Exit::Usage, "a community here has at most 31 characters, this one has 32"));
+              wrongUsage("a community here has at most 31 characters, this one has 32"));
     for (const std::string wrong : {"0", "65536", "-", "port"}) {
         EXPECT_EQ(board.run("snmp trap port " + wrong),
-                  failed(Exit::Usage, "expected a port from 1 to 65535, not '" + wrong + "'"));
+                  wrongUsage("expected a port from 1 to 65535, not '" + wrong + "'"));
     }
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 
 TEST(SnmpTrap, TestNeedsAManager) {
     EXPECT_EQ(CannedBoard().run("snmp trap test"),
-              failed(Exit::Refused, "there is no trap manager; 'mngctl snmp trap add' adds one"));
+              refusedWith("there is no trap manager; 'mngctl snmp trap add' adds one"));
 }
 
 TEST(SnmpTrap, TestNeedsItsProgram) {
@@ -190,7 +186,7 @@ TEST(SnmpTrap, TestNeedsItsProgram) {
     const TemporaryDirectory empty;
     const Variable path("PATH", empty.path());
     EXPECT_EQ(board.run("snmp trap test"),
-              failed(Exit::NoAnswer, "no trap can be sent: snmptrap: No such file or directory"));
+              noAnswer("no trap can be sent: snmptrap: No such file or directory"));
 }
 
 }  // namespace

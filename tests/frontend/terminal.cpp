@@ -1,5 +1,7 @@
 #include "terminal.h"
 
+#include "mngctlRun.h"
+
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
@@ -16,12 +18,7 @@ Terminal::Terminal(const std::vector<std::string>& words,
                    const std::vector<std::pair<std::string, std::string>>& variables) {
     std::vector<std::string> command{MNGCTL};
     command.insert(command.end(), words.begin(), words.end());
-    std::vector<char*> pointers;
-    pointers.reserve(command.size() + 1);
-    for (std::string& word : command) {
-        pointers.push_back(word.data());
-    }
-    pointers.push_back(nullptr);
+    const auto list = pointers(command);
     winsize size{};
     size.ws_row = 24;
     size.ws_col = 100;
@@ -33,7 +30,7 @@ Terminal::Terminal(const std::vector<std::string>& words,
         for (const auto& [name, value] : variables) {
             ::setenv(name.c_str(), value.c_str(), 1);
         }
-        ::execv(MNGCTL, pointers.data());
+        ::execv(MNGCTL, list.data());
         ::_exit(127);
     }
 }
@@ -54,6 +51,21 @@ void Terminal::type(const std::string& keys) {
         }
         done += static_cast<std::size_t>(written);
     }
+}
+
+void Terminal::type(const std::string& keys, const std::string& text) {
+    type(keys);
+    waitFor(text);
+}
+
+void Terminal::enter(const std::string& line, const std::string& text) {
+    type(line + "\r", text);
+    waitFor("mngctl> ");
+}
+
+int Terminal::leave() {
+    type("exit\r");
+    return exitCode();
 }
 
 Terminal::Read Terminal::readMore() {

@@ -20,6 +20,12 @@ public:
 
     /// Types keys as they come from a keyboard: "\r" is Enter, "\t" Tab, "\x04" Ctrl-D.
     void type(const std::string& keys);
+    /// Types keys and waits for what they bring.
+    void type(const std::string& keys, const std::string& text);
+    /// Types a line and Enter, and waits for what it brings and for the prompt after it.
+    void enter(const std::string& line, const std::string& text);
+    /// Types "exit" and Enter; answers the exit code.
+    int leave();
 
     /// Waits until the text appears after what was waited for last, and answers everything up to
     /// its end. Throws if it does not appear within 20 s.

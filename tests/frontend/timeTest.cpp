@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -33,7 +33,7 @@ TEST(Time, IsSetInEitherOrderOfTheDate) {
 TEST(Time, IsNotSetToWhatTheCalendarLacks) {
     CannedBoard board;
     const auto refused = [&](const std::string& words, const std::string& sentence) {
-        EXPECT_EQ(board.run("time set " + words), failed(Exit::Usage, sentence)) << words;
+        EXPECT_EQ(board.run("time set " + words), wrongUsage(sentence)) << words;
     };
     refused("31/02/2024 10:00:00", "the calendar has no day 31/02/2024");
     refused("29/02/2023 10:00:00", "the calendar has no day 29/02/2023");
@@ -60,17 +60,17 @@ TEST(Time, IsNotSetToWhatTheCalendarLacks) {
 
 TEST(Time, TellsWhatSettingTheClockTakes) {
     const CannedBoard board({"--refuse"});
-    EXPECT_EQ(board.run("time set 31/12/2024 23:59:30"),
-              failed(Exit::Refused,
-                     "the board refused to set the clock to 2024-12-31 23:59:30: result -1 "
-                     "(failed); the business-logic process needs the right to set the machine's "
-                     "clock (CAP_SYS_TIME), which nobody has in a box or a container"));
+    EXPECT_EQ(
+        board.run("time set 31/12/2024 23:59:30"),
+        refusedWith("the board refused to set the clock to 2024-12-31 23:59:30: result -1 "
+                    "(failed); the business-logic process needs the right to set the machine's "
+                    "clock (CAP_SYS_TIME), which nobody has in a box or a container"));
 }
 
 TEST(Time, IsNotInventedWhenTheBoardCannotTell) {
     const CannedBoard board({"--fail-half-way", "get_time_info"});
     EXPECT_EQ(board.run("time show"),
-              failed(Exit::Refused, "the board cannot tell the time: result -1 (failed)"));
+              refusedWith("the board cannot tell the time: result -1 (failed)"));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <fstream>
 
@@ -74,14 +74,14 @@ TEST(TimeZone, IsLookedUpInTheZoneDatabase) {
     const CannedBoard board;
     EXPECT_EQ(board.run("time zone set -q Town"), done(""));
     EXPECT_EQ(board.run("time zone set Nowhere"),
-              failed(Exit::Usage, "there is no zone 'Nowhere' in " + directory.path() +
-                                      ": give its rule after the name, such as "
-                                      "CET-1CEST,M3.5.0,M10.5.0/3"));
+              wrongUsage("there is no zone 'Nowhere' in " + directory.path() +
+                         ": give its rule after the name, such as "
+                         "CET-1CEST,M3.5.0,M10.5.0/3"));
     for (const std::string name : {"Old", "Empty"}) {
         EXPECT_EQ(board.run("time zone set " + name),
-                  failed(Exit::Usage, directory.path() + "/" + name +
-                                          " has no rule for the time to come: give one after the "
-                                          "name"));
+                  wrongUsage(directory.path() + "/" + name +
+                             " has no rule for the time to come: give one after the "
+                             "name"));
     }
 }
 
@@ -99,8 +99,8 @@ TEST(TimeZone, HasANameThatTheBoardCanKeep) {
     }
     board.requests();
     EXPECT_EQ(outcome(std::string(300, 'z')),
-              failed(Exit::Usage, "the name of a time zone has at most 199 characters, not 300"));
-    EXPECT_EQ(outcome(""), failed(Exit::Usage, "the name of the time zone is empty"));
+              wrongUsage("the name of a time zone has at most 199 characters, not 300"));
+    EXPECT_EQ(outcome(""), wrongUsage("the name of the time zone is empty"));
     for (const std::string name : {"/etc/passwd", "../passwd", "a b", "Z\xC3\xBCrich"}) {
         EXPECT_EQ(outcome(name).exit, Exit::Usage) << name;
     }
@@ -109,11 +109,11 @@ TEST(TimeZone, HasANameThatTheBoardCanKeep) {
 
 TEST(TimeZone, TellsHowFarARefusedChangeCame) {
     const CannedBoard board({"--fail-half-way", "set_sntp_timezone_dst_end"});
-    EXPECT_EQ(board.run(std::string("time zone set CET ") + central),
-              failed(Exit::Refused,
-                     "the board refused to set the end of daylight-saving time: result -1 "
-                     "(failed); done before that: set the time zone CET with UTC+01:00, set the "
-                     "start of daylight-saving time"));
+    EXPECT_EQ(
+        board.run(std::string("time zone set CET ") + central),
+        refusedWith("the board refused to set the end of daylight-saving time: result -1 "
+                    "(failed); done before that: set the time zone CET with UTC+01:00, set the "
+                    "start of daylight-saving time"));
 }
 
 }  // namespace

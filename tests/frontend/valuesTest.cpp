@@ -1,5 +1,5 @@
 #include "mngctl/wire/values.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -60,7 +60,7 @@ TEST(Version, SaysWhenNoComponentIsKnown) {
 
 TEST(Version, GivesUpAListThatDoesNotEnd) {
     EXPECT_EQ(CannedBoard({"--components", "endless"}).run("version components"),
-              failed(Exit::NoAnswer, "the board's list of components does not end"));
+              noAnswer("the board's list of components does not end"));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {
@@ -74,10 +74,9 @@ TEST(Vlan, ThatIsNoneIsShownAsNone) {
 
 TEST(Vlan, CannotBeShownByABoardThatDoesNotTellItsDatabase) {
     EXPECT_EQ(CannedBoard({"--vlans", "failed"}).run("vlan show"),
-              failed(Exit::Refused, "the board refused to tell its VLANs: no \\x1b[31mswitch"));
-    EXPECT_EQ(
-        CannedBoard({"--vlans", "none"}).run("vlan show"),
-        failed(Exit::Refused, "the board does not know this procedure: it runs an older version"));
+              refusedWith("the board refused to tell its VLANs: no \\x1b[31mswitch"));
+    EXPECT_EQ(CannedBoard({"--vlans", "none"}).run("vlan show"),
+              refusedWith("the board does not know this procedure: it runs an older version"));
 }
 
 TEST(Vlan, IsSetAndReadBack) {
@@ -103,59 +102,54 @@ TEST(Vlan, NothingIsSentThatIsNoVlan) {
     CannedBoard board;
     for (const std::string wrong : {"0", "4095", "65537", "4294967297", "1.5", "ten", "-", ""}) {
         const Outcome refused =
-            failed(Exit::Usage, "expected a VLAN id from 1 to 4094, not '" + wrong + "'");
+            wrongUsage("expected a VLAN id from 1 to 4094, not '" + wrong + "'");
         EXPECT_EQ(board.run({"vlan", "set", wrong}), refused);
         EXPECT_EQ(board.run({"vlan", "default", "set", wrong, "native"}), refused);
     }
     EXPECT_EQ(board.run("vlan set -- -1"),
-              failed(Exit::Usage, "expected a VLAN id from 1 to 4094, not '-1'"));
+              wrongUsage("expected a VLAN id from 1 to 4094, not '-1'"));
     EXPECT_EQ(board.run("vlan default set 10 untagged"),
-              failed(Exit::Usage, "expected tagged or native, not 'untagged'"));
+              wrongUsage("expected tagged or native, not 'untagged'"));
     EXPECT_EQ(board.run("vlan default set 10").err,
               "mngctl: MODE is required\nTry 'mngctl vlan default set --help'.\n");
     EXPECT_EQ(board.run("vlan default"),
-              failed(Exit::Usage,
-                     "'mngctl vlan default' lacks what to do; expected show or set\n"
-                     "Try 'mngctl vlan default --help'."));
+              wrongUsage("'mngctl vlan default' lacks what to do; expected show or set\n"
+                         "Try 'mngctl vlan default --help'."));
     EXPECT_THAT(board.requests(), IsEmpty());
 }
 
 TEST(Vlan, ARefusedMoveIsExplained) {
     const CannedBoard board({"--refuse"});
     const std::string refusal = "the board refused to set the management VLAN: result -1 (failed)";
-    EXPECT_EQ(
-        board.run("vlan set 7"),
-        failed(Exit::Refused, refusal + "; VLAN 7 is not in the VLAN database, and the board "
-                                        "creates none while feature 12 is off; the management VLAN "
-                                        "is now 1"));
-    EXPECT_EQ(
-        board.run("vlan set 10"),
-        failed(Exit::Refused, refusal + "; the board's log tells the cause; the management VLAN is "
-                                        "now 1"));
+    EXPECT_EQ(board.run("vlan set 7"),
+              refusedWith(refusal + "; VLAN 7 is not in the VLAN database, and the board "
+                                    "creates none while feature 12 is off; the management VLAN "
+                                    "is now 1"));
+    EXPECT_EQ(board.run("vlan set 10"),
+              refusedWith(refusal + "; the board's log tells the cause; the management VLAN is "
+                                    "now 1"));
     board.run("board profile on");
-    EXPECT_EQ(
-        board.run("vlan set 20"),
-        failed(Exit::Refused,
-               refusal + "; in profile mode, a VLAN that is native on the uplink carries no "
-                         "management traffic unless it is the default VLAN; the board's log tells "
-                         "the cause; the management VLAN is now 1"));
+    EXPECT_EQ(board.run("vlan set 20"),
+              refusedWith(refusal +
+                          "; in profile mode, a VLAN that is native on the uplink carries no "
+                          "management traffic unless it is the default VLAN; the board's log tells "
+                          "the cause; the management VLAN is now 1"));
 }
 
 TEST(Vlan, ARefusedMoveThatLeftThePortOutsideIsTold) {
     const CannedBoard board({"--refuse", "--vlans", "outside"});
-    EXPECT_EQ(board.run("vlan set 10"),
-              failed(Exit::Refused,
-                     "the board refused to set the management VLAN: result -1 (failed); the "
-                     "board's log tells the cause; the management port is in no management VLAN "
-                     "now"));
+    EXPECT_EQ(
+        board.run("vlan set 10"),
+        refusedWith("the board refused to set the management VLAN: result -1 (failed); the "
+                    "board's log tells the cause; the management port is in no management VLAN "
+                    "now"));
 }
 
 TEST(Vlan, ARefusalOfWhichNothingCanBeReadIsToldAsItIs) {
     const CannedBoard board({"--refuse", "--vlans", "none"});
     EXPECT_EQ(board.run("vlan set 10"),
-              failed(Exit::Refused,
-                     "the board refused to set the management VLAN: result -1 (failed); the "
-                     "management VLAN is now 1"));
+              refusedWith("the board refused to set the management VLAN: result -1 (failed); the "
+                          "management VLAN is now 1"));
 }
 
 TEST(Vlan, ARefusedDefaultIsExplained) {
@@ -163,18 +157,18 @@ TEST(Vlan, ARefusedDefaultIsExplained) {
     const std::string refusal = "the board refused to set the default VLAN: result -1 (failed)";
     const std::string state = "; the default VLAN is now 1 (native)";
     EXPECT_EQ(board.run("vlan default set 10 native"),
-              failed(Exit::Refused, refusal +
-                                        "; the default VLAN can be changed in profile mode only, "
-                                        "which 'mngctl board profile on' switches on" +
-                                        state));
+              refusedWith(refusal +
+                          "; the default VLAN can be changed in profile mode only, "
+                          "which 'mngctl board profile on' switches on" +
+                          state));
     board.run("board profile on");
     EXPECT_EQ(board.run("vlan default set 7 native"),
-              failed(Exit::Refused, refusal + "; VLAN 7 is not in the VLAN database" + state));
+              refusedWith(refusal + "; VLAN 7 is not in the VLAN database" + state));
     EXPECT_EQ(board.run("vlan default set 10 native"),
-              failed(Exit::Refused, refusal +
-                                        "; the VLANs of the uplink may be in conflict; the board's "
-                                        "log tells the cause" +
-                                        state));
+              refusedWith(refusal +
+                          "; the VLANs of the uplink may be in conflict; the board's "
+                          "log tells the cause" +
+                          state));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 #include "mngctl/commands/wayIn.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {

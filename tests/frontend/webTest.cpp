@@ -51,12 +51,12 @@ TEST_F(Web, DoesNotExpectMore) {
 
 TEST_F(Web, ARefusalTellsWhatIsThere) {
     const CannedBoard refusing({"--refuse"});
-    EXPECT_EQ(refusing.run(withPorts("web on")),
-              failed(Exit::Refused,
-                     "the board refused to switch the web server set on: result -1 (failed); now "
-                     "in force: the web server set counts as off, the event server does not "
-                     "answer at port " +
-                         events.number() + ", the web server answers at port " + web.number()));
+    EXPECT_EQ(
+        refusing.run(withPorts("web on")),
+        refusedWith("the board refused to switch the web server set on: result -1 (failed); now "
+                    "in force: the web server set counts as off, the event server does not "
+                    "answer at port " +
+                    events.number() + ", the web server answers at port " + web.number()));
 }
 
 }  // namespace

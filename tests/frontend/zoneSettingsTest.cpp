@@ -1,6 +1,6 @@
 #include "mngctl/zone/civilTime.h"
 #include "mngctl/zone/zoneSettings.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <ctime>
 

@@ -1,4 +1,4 @@
-#include "support.h"
+#include "mngctlRun.h"
 
 #include "mngctl/application.h"
 
@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -63,6 +64,24 @@ class NoWayIn : public testing::Environment {
 };
 const testing::Environment* const noWayIn = testing::AddGlobalTestEnvironment(new NoWayIn);
 
+/// Forks, prepares the child and has it run the program that the command names.
+template <class Prepare>
+pid_t start(std::vector<std::string> command, const Prepare& prepare) {
+    const auto list = pointers(command);
+    const pid_t child = ::fork();
+    if (child < 0) {
+        fail("fork");
+    }
+    if (child == 0) {
+        prepare();
+        ::execv(list[0], list.data());
+        ::_exit(127);
+    }
+    return child;
+}
+
+}  // namespace
+
 std::vector<char*> pointers(std::vector<std::string>& words) {
     std::vector<char*> list;
     list.reserve(words.size() + 1);
@@ -73,7 +92,20 @@ std::vector<char*> pointers(std::vector<std::string>& words) {
     return list;
 }
 
-}  // namespace
+std::vector<std::string> documentedNouns() {
+    std::ifstream document(MNGCTL_DOCUMENT);
+    std::string line;
+    while (std::getline(document, line) && !line.starts_with("|---")) {
+    }
+    std::vector<std::string> nouns;
+    while (std::getline(document, line) && line.starts_with('|')) {
+        std::istringstream noun(line.substr(1, line.find('|', 1)));
+        for (std::string text; std::getline(noun, text, '`') && std::getline(noun, text, '`');) {
+            nouns.push_back(text);
+        }
+    }
+    return nouns;
+}
 
 std::vector<std::string> words(const std::string& line) {
     std::istringstream stream(line);
@@ -96,6 +128,12 @@ Outcome failed(Exit exit, const std::string& sentence) {
     return {exit, "", "mngctl: " + sentence + "\n"};
 }
 
+Outcome refusedWith(const std::string& sentence) { return failed(Exit::Refused, sentence); }
+
+Outcome wrongUsage(const std::string& sentence) { return failed(Exit::Usage, sentence); }
+
+Outcome noAnswer(const std::string& sentence) { return failed(Exit::NoAnswer, sentence); }
+
 Outcome run(const std::vector<std::string>& command, const std::string& input, bool terminal) {
     std::istringstream in(input);
     std::ostringstream out;
@@ -105,6 +143,10 @@ Outcome run(const std::vector<std::string>& command, const std::string& input, b
     outcome.out = out.str();
     outcome.err = err.str();
     return outcome;
+}
+
+std::string nameOfProtocol(const testing::TestParamInfo<Protocol>& protocol) {
+    return protocol.param == Protocol::Tcp ? "Tcp" : "Udp";
 }
 
 Variable::Variable(std::string name, const std::string& value) : variable(std::move(name)) {
@@ -120,16 +162,7 @@ CannedBoard::CannedBoard(const std::vector<std::string>& options) {
     }
     std::vector<std::string> command{CANNED_BOARD};
     command.insert(command.end(), options.begin(), options.end());
-    const auto list = pointers(command);
-    child = ::fork();
-    if (child < 0) {
-        fail("fork");
-    }
-    if (child == 0) {
-        ::dup2(pipe[1], STDOUT_FILENO);
-        ::execv(CANNED_BOARD, list.data());
-        ::_exit(127);
-    }
+    child = start(command, [&] { ::dup2(pipe[1], STDOUT_FILENO); });
     ::close(pipe[1]);
     output = pipe[0];
     std::istringstream ports(readLine());
@@ -209,21 +242,14 @@ Outcome CannedBoard::runInside(const std::string& line) const {
     }
     std::vector<std::string> command = words(line);
     command.insert(command.begin(), MNGCTL);
-    const auto list = pointers(command);
-    const pid_t process = ::fork();
-    if (process < 0) {
-        fail("fork");
-    }
-    if (process == 0) {
+    const pid_t process = start(command, [&] {
         if (::geteuid() != 0) {
             enter(child, "user");
         }
         enter(child, "net");
         ::dup2(out[1], STDOUT_FILENO);
         ::dup2(err[1], STDERR_FILENO);
-        ::execv(MNGCTL, list.data());
-        ::_exit(127);
-    }
+    });
     ::close(out[1]);
     ::close(err[1]);
     Outcome outcome;

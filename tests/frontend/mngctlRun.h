@@ -16,6 +16,13 @@ namespace mngctl::test {
 /// Words of a command line, split at blanks.
 std::vector<std::string> words(const std::string& line);
 
+/// The words as execv(3) takes them.
+std::vector<char*> pointers(std::vector<std::string>& words);
+
+/// The first words of all commands, as the table of docs/mngctl.md has them: those of the prompt
+/// alone, exit and quit, come last.
+std::vector<std::string> documentedNouns();
+
 /// How a run of mngctl ended and what it wrote.
 struct Outcome {
     Exit exit = Exit::Done;
@@ -30,10 +37,17 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 Outcome done(const std::string& out);
 /// A failure that wrote nothing to its output and this sentence to its errors.
 Outcome failed(Exit exit, const std::string& sentence);
+Outcome refusedWith(const std::string& sentence);
+Outcome wrongUsage(const std::string& sentence);
+Outcome noAnswer(const std::string& sentence);
 
 /// Runs mngctl in this process.
 Outcome run(const std::vector<std::string>& words, const std::string& input = "",
             bool terminal = false);
+
+/// For suites that run over either protocol.
+inline const auto bothProtocols = testing::Values(Protocol::Tcp, Protocol::Udp);
+std::string nameOfProtocol(const testing::TestParamInfo<Protocol>& protocol);
 
 /// Sets a variable of the environment for as long as it lives.
 class Variable {

@@ -1,5 +1,5 @@
 #include "mngctl/commands/ipv4.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 #include <functional>
 

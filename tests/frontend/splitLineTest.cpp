@@ -1,5 +1,5 @@
 #include "mngctl/prompt/words.h"
-#include "support.h"
+#include "mngctlRun.h"
 
 namespace mngctl::test {
 namespace {

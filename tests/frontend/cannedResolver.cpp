@@ -1,0 +1,67 @@
+#include "cannedBoard.h"
+
+namespace canned {
+
+bool answerResolver(rpcproc_t procedure, void* argument, void* result) {
+    State& state = board().state;
+    switch (procedure) {
+        case rpc_network_get_domainname:
+            // Bytes that are no UTF-8, and a text that fills its array.
+            std::memset(result, '\xE9', sizeof(rpcStringResult));
+            return true;
+        case rpc_network_set_dns_servers: {
+            const auto& servers = as<rpc_network_set_dns_servers_1_argument>(argument);
+            state.dns = {2, servers.primary, servers.secondary};
+            return true;
+        }
+        case rpc_network_delete_dns_servers:
+            state.dns = {2, 0, 0};
+            return true;
+        case rpc_network_get_dns_serversws:
+            as<rpcNetworkDnsInfoWS>(result) = state.dns;
+            return true;
+        case rpc_network_set_domainname:
+            state.domain = {2, {}};
+            copy(state.domain.domain, as<char*>(argument));
+            return true;
+        case rpc_network_get_domainnamews:
+            as<rpcNetworkDomainWS>(result) = state.domain;
+            return true;
+        case rpc_network_set_ipv6dns_servers: {
+            const auto& servers = as<rpc_network_set_ipv6dns_servers_1_argument>(argument);
+            state.dns6 = {2, {}, {}};
+            copy(state.dns6.primary, servers.primary);
+            copy(state.dns6.secondary, servers.secondary);
+            return true;
+        }
+        case rpc_network_delete_ipv6dns_servers:
+            state.dns6 = {1, {}, {}};
+            return true;
+        case rpc_network_get_ipv6dns_serversws:
+            as<rpcNetworkIPv6DnsInfo>(result) = state.dns6;
+            return true;
+        case rpc_network_set_ipv6domainname:
+            state.domain6 = {2, {}};
+            copy(state.domain6.domain, as<char*>(argument));
+            return true;
+        case rpc_network_get_ipv6domainnamews:
+            as<rpcNetworkIPv6Domain>(result) = state.domain6;
+            return true;
+        case rpc_network_http_server_set:
+            state.webSet = as<bool_t>(argument) != 0;
+            return true;
+        case rpc_network_http_get:
+            as<rpcNetworkHttpResult>(result).enabled = state.webSet ? TRUE : FALSE;
+            return true;
+        case rpc_network_sntp_update:
+            state.sntp = as<rpcSntpConfig>(argument);
+            return true;
+        case rpc_network_sntp_get:
+            as<rpcSntpConfig>(result) = state.sntp;
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace canned
