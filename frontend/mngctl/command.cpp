@@ -12,6 +12,12 @@ CLI::Option& addPositional(CLI::App& app, const std::string& name, const std::st
                 ->type_name("");
 }
 
+/// The words that lead below the command, each with a blank after it.
+std::string pathOf(const CLI::App& command) {
+    const CLI::App* const parent = command.get_parent();
+    return parent == nullptr ? "" : pathOf(*parent) + command.get_name() + " ";
+}
+
 }  // namespace
 
 Words Argument::given() const {
@@ -42,6 +48,11 @@ Command& Command::addCommand(const std::string& name, const std::string& descrip
         added.setAction(std::move(action));
     }
     return added;
+}
+
+Command& Command::addShow(const std::string& name, const std::string& description, Action action) {
+    const std::string line = pathOf(app) + name;
+    return addCommand(name, description, {line, line + " --json"}, std::move(action));
 }
 
 Command& Command::addNoun(const std::string& name, const std::string& description,
@@ -75,6 +86,8 @@ const Argument& Command::addArguments(const std::string& name, const std::string
 void Command::addFlag(const std::string& name, bool& value, const std::string& description) {
     app.add_flag(name, value, description);
 }
+
+void Command::addYesFlag() { addFlag("--yes", parser.settings.yes, "Do it without asking"); }
 
 void Command::addOption(const std::string& name, std::string& value, const std::string& type,
                         const std::string& description) {

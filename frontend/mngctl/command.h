@@ -57,6 +57,9 @@ public:
     Command& addCommand(const std::string& name, const std::string& description,
                         const Words& examples, Action action = {});
 
+    /// Adds a command without arguments that shows something. Its examples are itself, for people
+    /// and as JSON.
+    Command& addShow(const std::string& name, const std::string& description, Action action = {});
     /// Adds a command that only leads to others.
     Command& addNoun(const std::string& name, const std::string& description,
                      const Words& examples);
@@ -73,6 +76,8 @@ public:
     const Argument& addArguments(const std::string& name, const std::string& description);
 
     void addFlag(const std::string& name, bool& value, const std::string& description);
+    /// Adds the flag --yes, for Settings::yes, to a command that may ask for consent.
+    void addYesFlag();
 
     /// Adds an option; `type` stands for its value in the help. Left out, it leaves `value` alone.
     void addOption(const std::string& name, std::string& value, const std::string& type,

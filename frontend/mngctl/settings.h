@@ -18,6 +18,7 @@ struct Settings {
     std::uint16_t controlPort = 0;              ///< of the control program; 0 asks the port mapper
     bool json = false;
     bool quiet = false;  ///< changes print nothing
+    bool yes = false;    ///< nobody is asked for consent; only commands that would ask take it
 };
 
 }  // namespace mngctl

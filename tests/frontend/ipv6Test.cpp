@@ -1,4 +1,4 @@
-#include "mngctl/commands/ipv6State.h"
+#include "mngctl/commands/consent.h"
 #include "mngctlRun.h"
 
 namespace mngctl::test {

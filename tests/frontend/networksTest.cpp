@@ -1,4 +1,4 @@
-#include "mngctl/commands/ipv4.h"
+#include "mngctl/commands/networks.h"
 #include "mngctlRun.h"
 
 #include <functional>

@@ -1,4 +1,4 @@
-#include "mngctl/prompt/words.h"
+#include "mngctl/prompt/splitLine.h"
 #include "mngctlRun.h"
 
 namespace mngctl::test {

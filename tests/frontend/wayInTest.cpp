@@ -1,4 +1,4 @@
-#include "mngctl/commands/wayIn.h"
+#include "mngctl/commands/consent.h"
 #include "mngctlRun.h"
 
 namespace mngctl::test {

@@ -1,9 +1,9 @@
 #include "mngctl/commands/accessRules.h"
-#include "mngctl/commands/addressing.h"
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
-#include "mngctl/commands/wayIn.h"
+#include "mngctl/commands/managementInterface.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
@@ -22,38 +22,22 @@ void show(Session& session) {
     session.print(jsonOf(list), tableOf(list));
 }
 
-/// A place in the list, from 1.
-unsigned parsePosition(const std::string& text, const std::string& place) {
-    unsigned position = 0;
-    try {
-        position = parseUnsigned(text);
-    } catch (const UsageError&) {
-        position = 0;
-    }
-    if (position < 1 || position > accessRulesMaximum) {
-        throw UsageError(fmt::format("{}expected a position from 1 to {}, not '{}'", place,
-                                     accessRulesMaximum, printable(text)));
-    }
-    return position;
-}
-
 /// The list restricts those who come in over the management interface.
-void askBefore(Session& session, bool yes, const AccessList& after) {
+void askBefore(Session& session, const AccessList& after) {
     const auto way = wayIn();
-    if (!way || yes) {
+    if (!way || session.settings.yes) {
         return;
     }
     const AccessAnswer answer = evaluate(after, way->client);
     if (answer.admitted || way->server != readNetworkInfo(session).ipAddress) {
         return;
     }
-    askBeforeCuttingOff(session, yes, *way,
-                        "with this change it is " + describeAnswer(after, answer));
+    askBeforeCuttingOff(session, *way, "with this change it is " + describeAnswer(after, answer));
 }
 
 void carryOutAndShow(Session& session, const Change& change) {
     carryOut(change, [&] { return "a list of " + countOf(readAccessList(session).rules.size()); });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
 // Adding a rule.
@@ -62,7 +46,6 @@ struct NewRule {
     bool permit;
     std::string network;
     std::optional<std::string> at;  ///< nothing to append
-    bool yes;
 };
 
 Ipv4Network parseRuleNetwork(Session& session, const std::string& text) {
@@ -93,19 +76,19 @@ void checkRoom(const AccessList& list, unsigned position) {
 }
 
 void add(Session& session, const NewRule& wanted) {
-    const unsigned position = wanted.at ? parsePosition(*wanted.at, "--at: ") : 0;
+    const unsigned position =
+        wanted.at ? parseUpTo(accessRulesMaximum, "--at: expected a position", *wanted.at) : 0;
     const AccessRule rule{parseRuleNetwork(session, wanted.network), wanted.permit};
     AccessList list = readAccessList(session);
     checkRoom(list, position);
     const bool append = position == 0 || position > list.rules.size();
     const auto place = append ? list.rules.end() : list.rules.begin() + (position - 1);
     list.rules.insert(place, rule);
-    askBefore(session, wanted.yes, list);
+    askBefore(session, list);
     carryOutAndShow(session, {"add the rule " + describeRule(rule),
                               request(session, rpc_network_add_ra_rule_1,
-                                      rpc_network_add_ra_rule_1_argument{
-                                          rule.network.address, rule.network.mask,
-                                          rule.permit ? TRUE : FALSE, append ? 0 : position})});
+                                      {rule.network.address, rule.network.mask,
+                                       rule.permit ? TRUE : FALSE, append ? 0 : position})});
 }
 
 void addAdding(Command& noun, bool permit) {
@@ -118,16 +101,15 @@ void addAdding(Command& noun, bool permit) {
         command.addArgument("NETWORK", "ADDRESS/PREFIX, or the address of one host");
     const auto at = std::make_shared<std::optional<std::string>>();
     command.addOption("--at", *at, "N", "Place in the list, from 1; at the end if left out");
-    const auto yes = addYesFlag(command);
-    command.setAction([&network, at, yes, permit](Session& session) {
-        add(session, {permit, network.one(), *at, *yes});
-    });
+    command.addYesFlag();
+    command.setAction(
+        [&network, at, permit](Session& session) { add(session, {permit, network.one(), *at}); });
 }
 
 // Removing rules.
 
-void remove(Session& session, bool yes, const std::string& text) {
-    const unsigned position = parsePosition(text, "");
+void remove(Session& session, const std::string& text) {
+    const unsigned position = parseUpTo(accessRulesMaximum, "expected a position", text);
     AccessList list = readAccessList(session);
     const std::size_t count = list.rules.size();
     // The board would take what lies behind the list for a rule.
@@ -137,7 +119,7 @@ void remove(Session& session, bool yes, const std::string& text) {
     }
     const AccessRule removed = list.rules[position - 1];
     list.rules.erase(list.rules.begin() + (position - 1));
-    askBefore(session, yes, list);
+    askBefore(session, list);
     carryOutAndShow(session, {fmt::format("remove rule {} ({})", position, describeRule(removed)),
                               request(session, rpc_network_remove_ra_rule_1, position)});
 }
@@ -169,9 +151,7 @@ void addAccess(CommandTree& tree) {
     Command& noun = tree.addNoun("access", "Who may reach the management interface",
                                  {"access list", "access permit 192.0.2.0/24", "access remove 2"});
 
-    Command& list = noun.addCommand("list", "Show the rules, and what they matched",
-                                    {"access list", "access list --json"});
-    list.setAction(show);
+    noun.addShow("list", "Show the rules, and what they matched", show);
 
     addAdding(noun, true);
     addAdding(noun, false);
@@ -179,9 +159,8 @@ void addAccess(CommandTree& tree) {
     Command& removeCommand = noun.addCommand("remove", "Remove the rule at a place of the list",
                                              {"access remove 2", "access remove 2 --yes"});
     const Argument& position = removeCommand.addArgument("N", "Place in the list, from 1");
-    const auto yes = addYesFlag(removeCommand);
-    removeCommand.setAction(
-        [&position, yes](Session& session) { remove(session, *yes, position.one()); });
+    removeCommand.addYesFlag();
+    removeCommand.setAction([&position](Session& session) { remove(session, position.one()); });
 
     noun.addCommand("clear", "Remove all rules: everybody is admitted then", {"access clear"},
                     clear);

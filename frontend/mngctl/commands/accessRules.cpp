@@ -37,8 +37,7 @@ Json withHits(Json json, const std::optional<Hits>& hits) {
 AccessList readAccessList(Session& session) {
     AccessList list;
     for (unsigned index = 0; index < accessRulesMaximum; ++index) {
-        rpcNetworkRemoteAccessResult answer{};
-        session.client.call(networkProgram, rpc_network_iterate_rules_1, index, answer);
+        const auto answer = session.ask(rpc_network_iterate_rules_1, index);
         int outcome = 0;
         std::memcpy(&outcome, &answer.result, sizeof outcome);
         // There is no other sign of the end.

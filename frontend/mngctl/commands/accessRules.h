@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mngctl/commands/ipv4.h"
+#include "mngctl/commands/networks.h"
 #include "mngctl/session.h"
 
 #include <cstdint>

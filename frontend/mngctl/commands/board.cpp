@@ -1,6 +1,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/control.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
 #include "mngctl/wire/recordFields.h"
 
@@ -9,10 +10,6 @@
 namespace mngctl {
 
 namespace {
-
-std::string onOff(const Json& flag) { return flag.get<bool>() ? "on" : "off"; }
-
-std::string shown(const Json& text) { return printable(text.get_ref<const std::string&>()); }
 
 Json readStatus(Session& session) {
     Decoded<controlStatus> status(xdr_controlStatus);
@@ -27,7 +24,7 @@ std::string shelfLine(const Json& status) {
 }
 
 std::string profileLine(const Json& status) {
-    return fmt::format("profile mode: {}\n", onOff(status["profileMode"]));
+    return fmt::format("profile mode: {}\n", onOff(status["profileMode"].get<bool>()));
 }
 
 std::string clearConfigLine(const Json& status) {
@@ -40,7 +37,8 @@ std::string featureLines(const Json& status, const std::string& name) {
     std::string lines;
     for (const Json& feature : status["features"]) {
         if (name.empty() || feature["name"] == name) {
-            lines += fmt::format("feature {}: {}\n", shown(feature["name"]), onOff(feature["on"]));
+            lines += fmt::format("feature {}: {}\n", shown(feature["name"]),
+                                 onOff(feature["on"].get<bool>()));
         }
     }
     return lines;
@@ -60,7 +58,7 @@ std::string allLines(const Json& status) {
 }
 
 void showAfterChange(Session& session, const std::function<std::string(const Json&)>& lines) {
-    readBack(session, [&] {
+    readBack(session, [&](Session&) {
         const Json status = readStatus(session);
         session.print(status, lines(status));
     });
@@ -158,12 +156,11 @@ void addBoard(CommandTree& tree) {
         "board", "The board's business-logic process",
         {"board status", "board feature httpserver off", "board message networkBle_severity 7"});
 
-    noun.addCommand("status",
-                    "Show the shelf, the modes, the features and the state of the entities",
-                    {"board status", "board status --json"}, [](Session& session) {
-                        const Json json = readStatus(session);
-                        session.print(json, allLines(json));
-                    });
+    noun.addShow("status", "Show the shelf, the modes, the features and the state of the entities",
+                 [](Session& session) {
+                     const Json json = readStatus(session);
+                     session.print(json, allLines(json));
+                 });
 
     addMessage(noun);
     addShelf(noun);
@@ -174,8 +171,9 @@ void addBoard(CommandTree& tree) {
     noun.addCommand("stop", "Ask the business-logic process for an orderly end", {"board stop"},
                     [](Session& session) {
                         const std::string reply = ask(session, "stop", bll_stop_1);
-                        readBack(session,
-                                 [&] { printReply(session, reply, "the board is stopping"); });
+                        readBack(session, [&](Session&) {
+                            printReply(session, reply, "the board is stopping");
+                        });
                     });
 }
 

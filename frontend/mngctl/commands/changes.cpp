@@ -9,11 +9,7 @@
 namespace mngctl {
 
 std::function<rpcNetworkResult()> request(Session& session, Stub<void, rpcNetworkResult> stub) {
-    return [&session, stub] {
-        rpcNetworkResult result{};
-        session.client.call(networkProgram, stub, result);
-        return result;
-    };
+    return [&session, stub] { return session.ask(stub); };
 }
 
 std::string describeOutcome(int outcome) {
@@ -52,17 +48,13 @@ void carryOut(std::span<const Change> changes) {
 }
 
 void carryOut(const Change& change, const std::function<std::string()>& inForce) {
-    try {
-        carryOut(std::span(&change, 1));
-    } catch (const Refused& refusal) {
-        std::string state;
+    carryOutOrExplain(change, [&] {
         try {
-            state = "now in force: " + inForce();
+            return "now in force: " + inForce();
         } catch (const Failure& failure) {
-            state = fmt::format("what is in force now could not be read: {}", failure.what());
+            return fmt::format("what is in force now could not be read: {}", failure.what());
         }
-        throw Refused(fmt::format("{}; {}", refusal.what(), state));
-    }
+    });
 }
 
 void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain) {
@@ -79,12 +71,12 @@ void carryOutOrExplain(const Change& change, const std::function<std::string()>&
     }
 }
 
-void readBack(Session& session, const std::function<void()>& show) {
+void readBack(Session& session, const std::function<void(Session&)>& show) {
     if (session.settings.quiet) {
         return;
     }
     try {
-        show();
+        show(session);
     } catch (const Failure& failure) {
         session.streams.err << fmt::format(
             "mngctl: the change is made, but reading it back failed: {}\n", failure.what());

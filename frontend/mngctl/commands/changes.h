@@ -17,17 +17,13 @@ struct Change {
 template <class Argument>
 std::function<rpcNetworkResult()> request(Session& session, Stub<Argument, rpcNetworkResult> stub,
                                           std::type_identity_t<Argument> argument) {
-    return [&session, stub, argument]() mutable {
-        rpcNetworkResult result{};
-        session.client.call(networkProgram, stub, argument, result);
-        return result;
-    };
+    return [&session, stub, argument] { return session.ask(stub, argument); };
 }
 
 /// The same for a procedure without an argument.
 std::function<rpcNetworkResult()> request(Session& session, Stub<void, rpcNetworkResult> stub);
 
-/// ", result -6 (invalid address)" and the like.
+/// "result -6 (invalid address)" and the like.
 std::string describeOutcome(int outcome);
 
 /// Makes the changes in order. Throws Refused at the first that the board refuses; the text, as
@@ -38,11 +34,12 @@ void carryOut(std::span<const Change> changes);
 /// after it: a change that failed part-way is not taken back.
 void carryOut(const Change& change, const std::function<std::string()>& inForce);
 
-/// Makes one change. What `explain` says, read from the board, is added to a refusal.
+/// Makes one change. What `explain` says, read from the board, is added to a refusal; nothing is
+/// if it throws Failure.
 void carryOutOrExplain(const Change& change, const std::function<std::string()>& explain);
 
 /// Shows what the board says after a change, unless --quiet is given. The change is done by then: a
 /// failure to read is reported, but does not fail the command.
-void readBack(Session& session, const std::function<void()>& show);
+void readBack(Session& session, const std::function<void(Session&)>& show);
 
 }  // namespace mngctl

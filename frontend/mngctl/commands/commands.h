@@ -1,32 +1,17 @@
 #pragma once
 
 #include "mngctl/commandTree.h"
+#include "mngctl/commands/networks.h"
 
 #include <memory>
 
 namespace mngctl {
 
-void addIp(CommandTree& tree);
-void addGateway(CommandTree& tree);
-void addDhcp(CommandTree& tree);
-void addAccess(CommandTree& tree);
-void addDns(CommandTree& tree);
-void addDomain(CommandTree& tree);
-void addIpv6(CommandTree& tree);
-void addVlan(CommandTree& tree);
-void addServices(CommandTree& tree);  // telnet, ssh, ftp, sessions
-void addTime(CommandTree& tree);
-void addOnt(CommandTree& tree);
-void addVersion(CommandTree& tree);
-void addWeb(CommandTree& tree);
-void addEvents(CommandTree& tree);
-void addSnmp(CommandTree& tree);
-void addNtp(CommandTree& tree);
-void addBoard(CommandTree& tree);
-void addFactoryDefaults(CommandTree& tree);
-void addRpc(CommandTree& tree);
-void addHelp(CommandTree& tree);
-void addExit(CommandTree& tree);
+#define NOUN(add) void add(CommandTree& tree);
+#include "mngctl/commands/nouns.def"
+#undef NOUN
+
+// What one noun lends to others.
 
 /// The address families that a command is about.
 struct Families {
@@ -40,7 +25,26 @@ struct Families {
 /// Adds the flags --ipv4 and --ipv6, the IPv4 or IPv6 `what`.
 std::shared_ptr<Families> addFamilyFlags(Command& command, const std::string& what);
 
-/// Where the values of a resolver setting come from, as the board reports it.
-std::string sourceName(int source);
+// Changes of IPv6, for the commands that take addresses of both families. Each asks before it can
+// cut off whoever came in over IPv6, makes the change, and shows what the board says then.
+
+void setIpv6Address(Session& session, const Ipv6Network& wanted);
+void setIpv6Gateway(Session& session, const std::string& gateway);
+void clearIpv6Gateway(Session& session);
+
+/// A VLAN id, 1 to 4094 (IEEE 802.1Q). Throws UsageError.
+unsigned parseVlanId(const std::string& text);
+
+/// The SNTP client's configuration and status as JSON. "status" is null if the board does not know
+/// it. Offsets are positive when the server's clock is ahead of the board's.
+Json readNtp(Session& session);
+/// The same for people.
+std::string describeNtp(const Json& json);
+
+/// Adds the option that names the port of the event server, whose default the port holds.
+void addEventPortOption(Command& command, std::uint16_t& port);
+
+/// What is to be told where events cannot be followed: what the board says of its web server set.
+std::string explainNoChannel(Session& session);
 
 }  // namespace mngctl

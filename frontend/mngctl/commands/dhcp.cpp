@@ -1,17 +1,15 @@
-#include "mngctl/commands/addressing.h"
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
 #include "mngctl/commands/control.h"
-#include "mngctl/commands/wayIn.h"
+#include "mngctl/commands/managementInterface.h"
+#include "mngctl/commands/texts.h"
 
 #include <fmt/format.h>
 
 namespace mngctl {
 
 namespace {
-
-std::string onOff(bool_t on) { return on ? "on" : "off"; }
 
 void show(Session& session) {
     const rpcNetworkInfo info = readNetworkInfo(session);
@@ -28,8 +26,7 @@ Json sentText(bool_t on, const char* text) {
 }
 
 std::string sentLine(std::string_view what, const Json& sent) {
-    const std::string text = printable(sent["text"].get_ref<const std::string&>());
-    return fmt::format("{}: {} ({})\n", what, text.empty() ? "none" : text,
+    return fmt::format("{}: {} ({})\n", what, orNone(sent["text"]),
                        sent["sent"].get<bool>() ? "sent" : "not sent");
 }
 
@@ -56,30 +53,29 @@ std::string describeInForce(Session& session) {
 
 void carryOutAndShow(Session& session, const Change& change) {
     carryOut(change, [&] { return describeInForce(session); });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
-void switchClient(Session& session, bool yes, bool on) {
-    const std::string state = on ? "on" : "off";
-    if (const auto way = wayIn(); way && !yes) {
+void switchClient(Session& session, bool on) {
+    if (const auto way = wayIn(); way && !session.settings.yes) {
         const rpcNetworkInfo info = readNetworkInfo(session);
         if (way->server == info.ipAddress && on != (info.dhcpEnabled != 0)) {
             askBeforeCuttingOff(
-                session, yes, *way,
+                session, *way,
                 fmt::format("it came in over {}, which the board can lose when DHCP is switched {}",
-                            formatIpv4(way->server), state));
+                            formatIpv4(way->server), onOff(on)));
         }
     }
-    carryOutAndShow(session, {"switch DHCP " + state,
+    carryOutAndShow(session, {"switch DHCP " + onOff(on),
                               request(session, rpc_network_set_protocol_1, on ? TRUE : FALSE)});
 }
 
 void addClientCommand(Command& noun, bool on) {
-    const std::string verb = on ? "on" : "off";
-    Command& command = noun.addCommand(verb, "Switch the DHCP client " + verb,
-                                       {"dhcp " + verb, "dhcp " + verb + " --yes"});
-    const auto yes = addYesFlag(command);
-    command.setAction([yes, on](Session& session) { switchClient(session, *yes, on); });
+    const std::string verb = onOff(on);
+    noun.addCommand(verb, "Switch the DHCP client " + verb,
+                    {"dhcp " + verb, "dhcp " + verb + " --yes"},
+                    [on](Session& session) { switchClient(session, on); })
+        .addYesFlag();
 }
 
 void addOptionCommand(Command& noun, const std::string& name, const std::string& description,
@@ -96,15 +92,13 @@ void addOptionCommand(Command& noun, const std::string& name, const std::string&
 // Both procedures can switch the client itself on as well; here it stays as it is.
 
 Change vendorClass(Session& session, bool_t on) {
-    return {
-        "switch the vendor class " + onOff(on),
-        request(session, rpc_network_set_vendor_1, rpc_network_set_vendor_1_argument{FALSE, on})};
+    return {"switch the vendor class " + onOff(on),
+            request(session, rpc_network_set_vendor_1, {FALSE, on})};
 }
 
 Change option82(Session& session, bool_t on) {
     return {"switch option 82 " + onOff(on),
-            request(session, rpc_network_set_option82_1,
-                    rpc_network_set_option82_1_argument{FALSE, on})};
+            request(session, rpc_network_set_option82_1, {FALSE, on})};
 }
 
 }  // namespace
@@ -114,12 +108,11 @@ void addDhcp(CommandTree& tree) {
         tree.addNoun("dhcp", "DHCP client of the management interface",
                      {"dhcp show", "dhcp on", "dhcp vendor-class on", "dhcp circuit-id"});
 
-    noun.addCommand("show", "Show whether the client and its options are on",
-                    {"dhcp show", "dhcp show --json"}, show);
-    noun.addCommand(
+    noun.addShow("show", "Show whether the client and its options are on", show);
+    noun.addShow(
         "circuit-id",
         "Show the texts of vendor class and option 82, by which the server knows the board",
-        {"dhcp circuit-id", "dhcp circuit-id --json"}, showIdentification);
+        showIdentification);
     addClientCommand(noun, true);
     addClientCommand(noun, false);
     addOptionCommand(noun, "vendor-class",

@@ -1,7 +1,7 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/recordFields.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
@@ -22,8 +22,6 @@ struct Servers {
 
 // What the board says.
 
-Json orNull(std::string text) { return text.empty() ? Json() : Json(std::move(text)); }
-
 Json describeServers(std::string primary, std::string secondary, int source) {
     return Json{{"primary", orNull(std::move(primary))},
                 {"secondary", orNull(std::move(secondary))},
@@ -31,26 +29,23 @@ Json describeServers(std::string primary, std::string secondary, int source) {
 }
 
 Json readIpv4(Session& session) {
-    rpcNetworkDnsInfoWS answer{};
-    session.client.call(networkProgram, rpc_network_get_dns_serversws_1, answer);
-    const auto shown = [](unsigned address) {
+    const auto answer = session.ask(rpc_network_get_dns_serversws_1);
+    const auto text = [](unsigned address) {
         return address == 0 ? std::string() : formatIpv4(address);
     };
-    return describeServers(shown(answer.primary), shown(answer.secondary), answer.result);
+    return describeServers(text(answer.primary), text(answer.secondary), answer.result);
 }
 
 Json readIpv6(Session& session) {
-    rpcNetworkIPv6DnsInfo answer{};
-    session.client.call(networkProgram, rpc_network_get_ipv6dns_serversws_1, answer);
-    const Json json = toJson(answer);
-    return describeServers(json["primary"], json["secondary"], answer.result);
+    const auto answer = session.ask(rpc_network_get_ipv6dns_serversws_1);
+    return describeServers(textOf(answer.primary), textOf(answer.secondary), answer.result);
 }
 
 std::string serversLine(std::string_view family, const Json& servers) {
     std::string line;
     for (const char* const place : {"primary", "secondary"}) {
         if (!servers[place].is_null()) {
-            line += " " + printable(servers[place].get_ref<const std::string&>());
+            line += " " + shown(servers[place]);
         }
     }
     return fmt::format("{} servers:{} ({})\n", family, line.empty() ? " none" : line,
@@ -137,33 +132,23 @@ Servers parseServers(Session& session, const std::vector<std::string>& words) {
 
 // Changes.
 
-rpcNetworkResult setIpv4(Session& session, std::vector<unsigned> servers) {
-    servers.resize(serversPerFamily);
-    rpc_network_set_dns_servers_1_argument argument{servers[0], servers[1]};
-    rpcNetworkResult result{};
-    session.client.call(networkProgram, rpc_network_set_dns_servers_1, argument, result);
-    return result;
-}
-
-rpcNetworkResult setIpv6(Session& session, std::vector<std::string> servers) {
-    servers.resize(serversPerFamily);
-    rpc_network_set_ipv6dns_servers_1_argument argument{servers[0].data(), servers[1].data()};
-    rpcNetworkResult result{};
-    session.client.call(networkProgram, rpc_network_set_ipv6dns_servers_1, argument, result);
-    return result;
-}
-
 void set(Session& session, const std::vector<std::string>& words) {
-    const Servers servers = parseServers(session, words);
+    auto [ipv4, ipv6] = parseServers(session, words);
+    const Families given{!ipv4.empty(), !ipv6.empty()};
+    ipv4.resize(serversPerFamily);
+    ipv6.resize(serversPerFamily);
     std::vector<Change> changes;
-    if (!servers.ipv4.empty()) {
-        changes.push_back({"set the IPv4 servers", [&] { return setIpv4(session, servers.ipv4); }});
+    if (given.ipv4) {
+        changes.push_back({"set the IPv4 servers",
+                           request(session, rpc_network_set_dns_servers_1, {ipv4[0], ipv4[1]})});
     }
-    if (!servers.ipv6.empty()) {
-        changes.push_back({"set the IPv6 servers", [&] { return setIpv6(session, servers.ipv6); }});
+    if (given.ipv6) {
+        changes.push_back(
+            {"set the IPv6 servers", request(session, rpc_network_set_ipv6dns_servers_1,
+                                             {ipv6[0].data(), ipv6[1].data()})});
     }
     carryOut(changes);
-    readBack(session, [&] { show(session, {!servers.ipv4.empty(), !servers.ipv6.empty()}); });
+    readBack(session, [&](Session&) { show(session, given); });
 }
 
 void clear(Session& session, Families families) {
@@ -177,23 +162,10 @@ void clear(Session& session, Families families) {
             {"clear the IPv6 servers", request(session, rpc_network_delete_ipv6dns_servers_1)});
     }
     carryOut(changes);
-    readBack(session, [&] { show(session, families); });
+    readBack(session, [&](Session&) { show(session, families); });
 }
 
 }  // namespace
-
-std::string sourceName(int source) {
-    switch (source) {
-        case 0:
-            return "unknown";
-        case 1:
-            return "dhcp";
-        case 2:
-            return "cli";
-        default:
-            return fmt::format("source {}", source);
-    }
-}
 
 std::shared_ptr<Families> addFamilyFlags(Command& command, const std::string& what) {
     auto families = std::make_shared<Families>();
@@ -206,9 +178,8 @@ void addDns(CommandTree& tree) {
     Command& noun = tree.addNoun("dns", "Name servers of the management interface",
                                  {"dns show", "dns set 192.0.2.1 192.0.2.2", "dns clear --ipv6"});
 
-    noun.addCommand("show", "Show the name servers and where they come from",
-                    {"dns show", "dns show --json"},
-                    [](Session& session) { show(session, {true, true}); });
+    noun.addShow("show", "Show the name servers and where they come from",
+                 [](Session& session) { show(session, {true, true}); });
 
     Command& setCommand = noun.addCommand(
         "set", "Set one or two name servers of a family; the other family is left as it is",

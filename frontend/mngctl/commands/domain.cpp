@@ -1,8 +1,8 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/names.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/recordFields.h"
 
 #include <fmt/format.h>
 
@@ -10,24 +10,16 @@ namespace mngctl {
 
 namespace {
 
-/// Characters of a domain name that the board shows; it keeps more.
-constexpr std::size_t shownMaximum = 99;
-
 template <class Answer>
 Json read(Session& session, Stub<void, Answer> stub) {
-    Answer answer{};
-    session.client.call(networkProgram, stub, answer);
-    const Json json = toJson(answer);
-    const auto& name = json["domain"].template get_ref<const std::string&>();
-    return Json{{"name", name.empty() ? Json() : Json(name)},
-                {"source", sourceName(answer.result)}};
+    const Answer answer = session.ask(stub);
+    return Json{{"name", orNull(textOf(answer.domain))}, {"source", sourceName(answer.result)}};
 }
 
 std::string domainLine(std::string_view family, const Json& domain) {
     const Json& name = domain["name"];
-    return fmt::format("{} domain: {} ({})\n", family,
-                       name.is_null() ? "none" : printable(name.get_ref<const std::string&>()),
-                       domain["source"].get<std::string>());
+    return fmt::format("{} domain: {} ({})\n", family, name.is_null() ? "none" : shown(name),
+                       shown(domain["source"]));
 }
 
 void show(Session& session, Families families) {
@@ -57,16 +49,12 @@ void change(Session& session, Families families, std::string name) {
                            request(session, rpc_network_set_ipv6domainname_1, name.data())});
     }
     carryOut(changes);
-    readBack(session, [&] { show(session, families); });
+    readBack(session, [&](Session&) { show(session, families); });
 }
 
 void set(Session& session, Families families, const std::string& name) {
     checkDomainName(name);
-    if (name.size() > shownMaximum) {
-        session.streams.err << fmt::format(
-            "mngctl: the board keeps all {} characters of this name but shows the first {} only\n",
-            name.size(), shownMaximum);
-    }
+    session.streams.err << tellCutName(name);
     change(session, families, name);
 }
 
@@ -76,9 +64,8 @@ void addDomain(CommandTree& tree) {
     Command& noun = tree.addNoun("domain", "Domain name of the management interface",
                                  {"domain show", "domain set access.example.net", "domain clear"});
 
-    noun.addCommand("show", "Show the domain names and where they come from",
-                    {"domain show", "domain show --json"},
-                    [](Session& session) { show(session, {true, true}); });
+    noun.addShow("show", "Show the domain names and where they come from",
+                 [](Session& session) { show(session, {true, true}); });
 
     Command& setCommand =
         noun.addCommand("set",

@@ -1,5 +1,4 @@
 #include "mngctl/commands/commands.h"
-#include "mngctl/commands/webState.h"
 #include "mngctl/events/eventChannel.h"
 #include "mngctl/outcome.h"
 

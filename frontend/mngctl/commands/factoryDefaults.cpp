@@ -9,15 +9,14 @@ void addFactoryDefaults(CommandTree& tree) {
     Command& command =
         tree.addCommand("factory-defaults", "Return every entity to factory settings",
                         {"factory-defaults", "factory-defaults --yes"});
-    const auto yes = addYesFlag(command);
-    command.setAction([yes](Session& session) {
-        if (!*yes) {
-            obtainConsent(
-                session, "Return every entity of the board to factory settings?",
-                "factory-defaults asks for consent on a terminal; give --yes where there is none");
-        }
+    command.addYesFlag();
+    command.setAction([](Session& session) {
+        obtainConsent(
+            session, "Return every entity of the board to factory settings?",
+            "factory-defaults asks for consent on a terminal; give --yes where there is none");
         const std::string reply = ask(session, "return to factory settings", bll_apply_defaults_1);
-        readBack(session, [&] { printReply(session, reply, "factory settings are in place"); });
+        readBack(session,
+                 [&](Session&) { printReply(session, reply, "factory settings are in place"); });
     });
 }
 

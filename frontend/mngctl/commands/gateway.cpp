@@ -1,9 +1,8 @@
-#include "mngctl/commands/addressing.h"
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
-#include "mngctl/commands/ipv6State.h"
-#include "mngctl/commands/wayIn.h"
+#include "mngctl/commands/managementInterface.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
@@ -12,19 +11,12 @@ namespace mngctl {
 
 namespace {
 
-unsigned readGateway(Session& session) {
-    rpcNetworkIpResult answer{};
-    session.client.call(networkProgram, rpc_network_get_gateway_1, answer);
-    return answer.ipAddress;
-}
-
 void showBoth(Session& session) {
     const unsigned gateway = readGateway(session);
     const std::string ipv6 = readIpv6State(session).gateway;
-    session.print(Json{{"gateway", addressOrNull(gateway)},
-                       {"ipv6Gateway", ipv6.empty() ? Json() : Json(ipv6)}},
-                  fmt::format("gateway: {}\nIPv6 gateway: {}\n", addressOrNone(gateway),
-                              ipv6.empty() ? "none" : printable(ipv6)));
+    session.print(
+        Json{{"gateway", addressOrNull(gateway)}, {"ipv6Gateway", orNull(ipv6)}},
+        fmt::format("gateway: {}\nIPv6 gateway: {}\n", addressOrNone(gateway), orNone(ipv6)));
 }
 
 void show(Session& session) {
@@ -61,13 +53,13 @@ std::string describeInForce(const Addressing& before, unsigned now) {
 }
 
 /// Makes the change; 0 removes the gateway.
-void change(Session& session, bool yes, const Addressing& before, unsigned gateway) {
+void change(Session& session, const Addressing& before, unsigned gateway) {
     const auto way = wayIn();
     const bool needed = way && way->server == before.info.ipAddress && before.gateway != 0 &&
                         !before.network().contains(way->client);
     if (needed && gateway != before.gateway) {
         askBeforeCuttingOff(
-            session, yes, *way,
+            session, *way,
             fmt::format(
                 "it is reached through the gateway {}, which {}", formatIpv4(before.gateway),
                 gateway == 0 ? "is to be removed" : formatIpv4(gateway) + " is to replace"));
@@ -82,17 +74,17 @@ void change(Session& session, bool yes, const Addressing& before, unsigned gatew
                                   formatNetwork(before.network().withoutHostBits()))
                     : "");
     });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
-void set(Session& session, bool yes, const std::string& text) {
+void set(Session& session, const std::string& text) {
     const unsigned gateway = parseGateway(text);
     const Addressing before = readAddressing(session);
     checkGateway(before, gateway, text);
-    change(session, yes, before, gateway);
+    change(session, before, gateway);
 }
 
-void clear(Session& session, bool yes) { change(session, yes, readAddressing(session), 0); }
+void clear(Session& session) { change(session, readAddressing(session), 0); }
 
 }  // namespace
 
@@ -101,8 +93,7 @@ void addGateway(CommandTree& tree) {
         "gateway", "Default gateways of the management interface",
         {"gateway show", "gateway set 192.0.2.254", "gateway set fe80::1", "gateway clear"});
 
-    noun.addCommand("show", "Show the default gateways", {"gateway show", "gateway show --json"},
-                    showBoth);
+    noun.addShow("show", "Show the default gateways", showBoth);
 
     Command& setCommand =
         noun.addCommand("set", "Set the default gateway of a family, in place of the one there is",
@@ -111,27 +102,27 @@ void addGateway(CommandTree& tree) {
                          "through the old one)"});
     const Argument& address = setCommand.addArgument(
         "ADDRESS", "IPv4 address in the board's own network, or IPv6 address of a neighbour");
-    const auto setYes = addYesFlag(setCommand);
-    setCommand.setAction([&address, setYes](Session& session) {
+    setCommand.addYesFlag();
+    setCommand.setAction([&address](Session& session) {
         const std::string text = address.one();
         if (looksLikeIpv6(text)) {
-            setIpv6Gateway(session, *setYes, parseIpv6Host(text));
+            setIpv6Gateway(session, parseIpv6Host(text));
         } else {
-            set(session, *setYes, text);
+            set(session, text);
         }
     });
 
     Command& clearCommand = noun.addCommand(
         "clear", "Remove the IPv4 gateway, or the IPv6 gateway that was set by hand",
         {"gateway clear", "gateway clear --ipv6", "gateway clear --yes"});
-    const auto clearYes = addYesFlag(clearCommand);
+    clearCommand.addYesFlag();
     const auto families = addFamilyFlags(clearCommand, "gateway");
-    clearCommand.setAction([clearYes, families](Session& session) {
+    clearCommand.setAction([families](Session& session) {
         if (families->ipv4 || !families->ipv6) {
-            clear(session, *clearYes);
+            clear(session);
         }
         if (families->ipv6) {
-            clearIpv6Gateway(session, *clearYes);
+            clearIpv6Gateway(session);
         }
     });
 }

@@ -10,36 +10,4 @@ void addHelp(CommandTree& tree) {
         [&tree, &path](Session& session) { session.streams.out << tree.help(path.given()); });
 }
 
-void addExit(CommandTree& tree) {
-    for (const char* const name : {"exit", "quit"}) {
-        tree.addCommand(name, "Leave mngctl", {}, [](Session& session) { session.leaving = true; });
-    }
-}
-
-void addAllCommands(CommandTree& tree, bool interactive) {
-    addIp(tree);
-    addGateway(tree);
-    addDhcp(tree);
-    addAccess(tree);
-    addDns(tree);
-    addDomain(tree);
-    addIpv6(tree);
-    addVlan(tree);
-    addServices(tree);
-    addTime(tree);
-    addNtp(tree);
-    addSnmp(tree);
-    addWeb(tree);
-    addEvents(tree);
-    addOnt(tree);
-    addVersion(tree);
-    addBoard(tree);
-    addFactoryDefaults(tree);
-    addRpc(tree);
-    addHelp(tree);
-    if (interactive) {
-        addExit(tree);
-    }
-}
-
 }  // namespace mngctl

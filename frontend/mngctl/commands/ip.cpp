@@ -1,9 +1,7 @@
-#include "mngctl/commands/addressing.h"
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/consent.h"
-#include "mngctl/commands/ipv6State.h"
-#include "mngctl/commands/wayIn.h"
+#include "mngctl/commands/managementInterface.h"
 
 #include <fmt/format.h>
 
@@ -22,15 +20,12 @@ std::string source(const rpcNetworkInfo& info) { return info.dhcpEnabled ? "dhcp
 
 Json describe(const Addressing& state) {
     const rpcNetworkInfo& info = state.info;
-    const auto length = prefixLength(info.netmask);
-    const bool known = state.hasAddress();
-    return Json{{"address", addressOrNull(info.ipAddress)},
-                {"prefixLength", known && length ? Json(*length) : Json()},
-                {"netmask", known ? Json(formatIpv4(info.netmask)) : Json()},
-                {"source", source(info)},
-                {"macAddress", macOrNull(info.macAddress)},
-                {"gateway", addressOrNull(state.gateway)},
-                {"managementVlan", info.mngVlanId == 0 ? Json() : Json(info.mngVlanId)}};
+    Json json = describeInterface(state.network());
+    json["source"] = source(info);
+    json["macAddress"] = macOrNull(info.macAddress);
+    json["gateway"] = addressOrNull(state.gateway);
+    json["managementVlan"] = info.mngVlanId == 0 ? Json() : Json(info.mngVlanId);
+    return json;
 }
 
 std::string orUnknown(const Json& value) {
@@ -73,20 +68,20 @@ std::string describeInForce(const Addressing& state) {
         dhcp, describeGateway(state.gateway));
 }
 
-void askBefore(Session& session, bool yes, const Addressing& before, const Ipv4Network& wanted) {
+void askBefore(Session& session, const Addressing& before, const Ipv4Network& wanted) {
     const auto way = wayIn();
     if (!way || way->server != before.info.ipAddress) {
         return;
     }
     if (wanted.address != way->server) {
         return askBeforeCuttingOff(
-            session, yes, *way,
+            session, *way,
             fmt::format("it came in over {}, which {} takes the place of",
                         formatNetwork(before.network()), formatNetwork(wanted)));
     }
     if (reaches(before.network(), before.gateway, way->client) &&
         !reaches(wanted, before.gateway, way->client)) {
-        askBeforeCuttingOff(session, yes, *way,
+        askBeforeCuttingOff(session, *way,
                             fmt::format("no way leads back there from {} with {}",
                                         formatNetwork(wanted), describeGateway(before.gateway)));
     }
@@ -105,15 +100,15 @@ void tellLostGateway(Session& session, const Addressing& before, const Addressin
             : fmt::format(": it is not in {}", formatNetwork(after.network().withoutHostBits())));
 }
 
-void set(Session& session, bool yes, const std::string& address, const std::string& mask) {
+void set(Session& session, const std::string& address, const std::string& mask) {
     const Ipv4Network wanted = parseInterfaceAddress(address, mask);
     const Addressing before = readAddressing(session);
-    askBefore(session, yes, before, wanted);
+    askBefore(session, before, wanted);
     carryOut({fmt::format("set the address {}", formatNetwork(wanted)),
               request(session, rpc_network_set_ip_1,
                       rpc_network_set_ip_1_argument{wanted.address, wanted.mask})},
              [&] { return describeInForce(readAddressing(session)); });
-    readBack(session, [&] {
+    readBack(session, [&](Session&) {
         const Addressing after = readAddressing(session);
         session.print(describe(after), lines(after));
         tellLostGateway(session, before, after);
@@ -127,11 +122,10 @@ void addIp(CommandTree& tree) {
                                  {"ip show", "ip set 192.0.2.10/24",
                                   "ip set 192.0.2.10 255.255.255.0", "ip set 2001:db8::7/64"});
 
-    noun.addCommand(
-        "show",
-        "Show the addresses, where they come from, the MAC address, the gateways and the "
-        "management VLAN",
-        {"ip show", "ip show --json"}, show);
+    noun.addShow("show",
+                 "Show the addresses, where they come from, the MAC address, the gateways and the "
+                 "management VLAN",
+                 show);
 
     Command& setCommand = noun.addCommand(
         "set",
@@ -145,14 +139,14 @@ void addIp(CommandTree& tree) {
         "MASK",
         "Mask such as 255.255.255.0, or the prefix length of an IPv6 address, if there is no "
         "/PREFIX");
-    const auto yes = addYesFlag(setCommand);
-    setCommand.setAction([&address, &mask, yes](Session& session) {
+    setCommand.addYesFlag();
+    setCommand.setAction([&address, &mask](Session& session) {
         const std::string text = address.one();
         const std::string length = mask.one();
         if (looksLikeIpv6(text)) {
-            setIpv6Address(session, *yes, parseIpv6InterfaceAddress(text, length));
+            setIpv6Address(session, parseIpv6InterfaceAddress(text, length));
         } else {
-            set(session, *yes, text, length);
+            set(session, text, length);
         }
     });
 }

@@ -1,15 +1,14 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
 #include "mngctl/commands/names.h"
-#include "mngctl/commands/ntpState.h"
-#include "mngctl/commands/snmpSettings.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
 #include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstring>
+#include <bit>
 #include <iterator>
 
 namespace mngctl {
@@ -17,15 +16,117 @@ namespace mngctl {
 namespace {
 
 constexpr int sourceDhcp = 1;
+constexpr int unknownSource = 0;
+constexpr int requests = 8;  // that reachability tells of
+
+/// The configuration that is in force, with its source.
+rpcSntpConfigWSHost readConfig(Session& session) {
+    return session.ask(rpc_network_sntp_getws_host_1);
+}
+
+// What it knows of its servers.
+
+std::string wordOf(int value, std::initializer_list<const char*> words) {
+    if (value < 0 || static_cast<std::size_t>(value) >= words.size()) {
+        return fmt::format("state {}", value);
+    }
+    return *std::next(words.begin(), value);
+}
+
+std::string clientState(int state) { return wordOf(state, {"off", "searching", "synchronised"}); }
+
+std::string serverState(int state) {
+    return wordOf(state, {"unused", "unreachable", "reachable", "selected"});
+}
+
+Json clientOf(const rpcSntpClientInfoHost& client) {
+    return Json{{"state", clientState(client.state)},
+                {"server", orNull(textOf(client.referenceHost))},
+                {"stratum", client.stratum},
+                {"leapIndicator", client.leapIndicator},
+                {"pollInterval", client.pollInterval},
+                {"offset", client.offset},
+                {"delay", client.delay},
+                {"dispersion", client.dispersion},
+                {"lastUpdate", orNull(textOf(client.lastUpdate))}};
+}
+
+Json serverOf(const rpcSntpSrvHost& server, const rpcSntpSrvInfoHost* info) {
+    Json json{{"host", textOf(server.host)},
+              {"version", server.ntpVersion == 0 ? Json() : Json(server.ntpVersion)},
+              {"preferred", server.priority == 1},
+              {"status", Json()}};
+    if (info != nullptr) {
+        json["status"] = Json{{"state", serverState(info->state)},
+                              {"stratum", info->stratum},
+                              {"reachability", info->reachability},
+                              {"offset", info->offset},
+                              {"delay", info->delay}};
+    }
+    return json;
+}
+
+/// The status's entry of a server; it stands at the same place in both records.
+const rpcSntpSrvInfoHost* infoOf(const rpcSntpInfoHost& info, std::size_t place,
+                                 const std::string& host) {
+    const rpcSntpSrvInfoHost& entry = info.servers[place];
+    return textOf(entry.host) == host ? &entry : nullptr;
+}
+
+std::string serverLine(const Json& server) {
+    std::string line = fmt::format("  {}:", shown(server["host"]));
+    const Json& status = server["status"];
+    if (status.is_null() || status["state"] == "unused") {
+        line += " not asked";
+    } else {
+        line += " " + shown(status["state"]);
+        const unsigned reach = status["reachability"].get<unsigned>() & 0xFFU;
+        if (reach != 0) {
+            line += fmt::format(", stratum {}, offset {:+} us, delay {} us",
+                                status["stratum"].get<int>(), status["offset"].get<int>(),
+                                status["delay"].get<int>());
+        }
+        line +=
+            fmt::format(", answered {} of the last {} requests", std::popcount(reach), requests);
+    }
+    if (server["preferred"].get<bool>()) {
+        line += ", preferred";
+    }
+    if (!server["version"].is_null()) {
+        line += fmt::format(", version {}", server["version"].get<int>());
+    }
+    return line + "\n";
+}
+
+std::string statusLines(const Json& status) {
+    if (status.is_null()) {
+        return "state: unknown, the board cannot tell; its log has the cause\n";
+    }
+    std::string text = fmt::format("state: {}\n", shown(status["state"]));
+    if (status["state"] != "synchronised") {
+        return text;
+    }
+    const Json& server = status["server"];
+    const Json& updated = status["lastUpdate"];
+    text += fmt::format(
+        "source: {}\nstratum: {}\noffset: {:+} us\ndelay: {} us\ndispersion: {} us\n"
+        "poll interval: {} s\nlast update: {}\n",
+        server.is_null() ? "unknown" : shown(server), status["stratum"].get<int>(),
+        status["offset"].get<int>(), status["delay"].get<int>(), status["dispersion"].get<int>(),
+        status["pollInterval"].get<int>(), updated.is_null() ? "unknown" : shown(updated));
+    return text;
+}
+
+// Changes.
 
 void show(Session& session) {
-    const Json json = readNtp(session, readNtpConfig(session));
+    const Json json = readNtp(session);
     session.print(json, describeNtp(json));
 }
 
 /// What is set by hand replaces what DHCP has brought.
 rpcSntpConfigHost readOwnConfig(Session& session) {
-    const rpcSntpConfigWSHost read = readNtpConfig(session);
+    const rpcSntpConfigWSHost read = readConfig(session);
     if (read.result != sourceDhcp) {
         return read.config;
     }
@@ -66,7 +167,7 @@ int parseVersion(const std::string& text) {
 }
 
 bool isInForce(Session& session, const rpcSntpConfigHost& wanted) {
-    const rpcSntpConfigHost now = readNtpConfig(session).config;
+    const rpcSntpConfigHost now = readConfig(session).config;
     if (now.mode != wanted.mode) {
         return false;
     }
@@ -84,7 +185,7 @@ void store(Session& session, const std::string& what, const rpcSntpConfigHost& c
                    ? "it is stored, but not in force; the board's log tells the cause"
                    : "nothing has changed; the board's log tells the cause";
     });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
 rpcSntpSrvHost* find(rpcSntpConfigHost& config, const std::string& host) {
@@ -126,7 +227,7 @@ void removeServer(Session& session, const std::string& text) {
 void switchClient(Session& session, bool on) {
     rpcSntpConfigHost config = readOwnConfig(session);
     config.mode = on ? 1 : 0;
-    store(session, on ? "switch the NTP client on" : "switch the NTP client off", config);
+    store(session, "switch the NTP client " + onOff(on), config);
 }
 
 void addServerCommands(Command& parent) {
@@ -153,16 +254,48 @@ void addServerCommands(Command& parent) {
 
 }  // namespace
 
+Json readNtp(Session& session) {
+    const rpcSntpConfigWSHost config = readConfig(session);
+    const auto answer = session.ask(rpc_network_sntp_infowshost_1);
+    const bool isKnown = answer.result != unknownSource;
+    Json servers = Json::array();
+    std::size_t place = 0;
+    for (const rpcSntpSrvHost& server : config.config.servers) {
+        const std::string host = textOf(server.host);
+        if (!host.empty()) {
+            servers.push_back(
+                serverOf(server, isKnown ? infoOf(answer.info, place, host) : nullptr));
+        }
+        ++place;
+    }
+    return Json{{"enabled", config.config.mode != 0},
+                {"configuredBy", sourceName(config.result)},
+                {"status", isKnown ? clientOf(answer.info.client) : Json()},
+                {"servers", std::move(servers)}};
+}
+
+std::string describeNtp(const Json& json) {
+    std::string text = fmt::format("NTP client: {} ({})\n", onOff(json["enabled"].get<bool>()),
+                                   shown(json["configuredBy"]));
+    text += statusLines(json["status"]);
+    const Json& servers = json["servers"];
+    text += servers.empty() ? "servers: none\n" : "servers:\n";
+    for (const Json& server : servers) {
+        text += serverLine(server);
+    }
+    return text;
+}
+
 void addNtp(CommandTree& tree) {
     Command& noun = tree.addNoun("ntp", "The client that sets the clock from time servers",
                                  {"ntp show", "ntp server add 192.0.2.1", "ntp on"});
-    noun.addCommand("show", "Show the configuration, and what the client knows of its servers",
-                    {"ntp show", "ntp show --json"}, show);
+    noun.addShow("show", "Show the configuration, and what the client knows of its servers", show);
     addServerCommands(noun);
-    noun.addCommand("on", "Switch the client on", {"ntp on"},
-                    [](Session& session) { switchClient(session, true); });
-    noun.addCommand("off", "Switch the client off", {"ntp off"},
-                    [](Session& session) { switchClient(session, false); });
+    for (const bool on : {true, false}) {
+        const std::string verb = onOff(on);
+        noun.addCommand(verb, "Switch the client " + verb, {"ntp " + verb},
+                        [on](Session& session) { switchClient(session, on); });
+    }
 }
 
 }  // namespace mngctl

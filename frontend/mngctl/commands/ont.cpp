@@ -1,7 +1,6 @@
-#include "mngctl/commands/addressing.h"
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
-#include "mngctl/commands/vlanId.h"
+#include "mngctl/commands/managementInterface.h"
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
@@ -10,11 +9,7 @@ namespace mngctl {
 
 namespace {
 
-rpcNetworkInfo read(Session& session) {
-    rpcNetworkInfo info{};
-    session.client.call(networkProgram, rpc_network_get_ont_nmg_1, info);
-    return info;
-}
+rpcNetworkInfo read(Session& session) { return session.ask(rpc_network_get_ont_nmg_1); }
 
 /// A board that cannot read the interface answers with zeros, as for one that is off.
 std::string describe(const rpcNetworkInfo& info) {
@@ -27,13 +22,9 @@ std::string describe(const rpcNetworkInfo& info) {
 
 void show(Session& session) {
     const rpcNetworkInfo info = read(session);
-    const bool known = info.ipAddress != 0;
-    const auto length = prefixLength(info.netmask);
-    session.print(Json{{"address", addressOrNull(info.ipAddress)},
-                       {"prefixLength", known && length ? Json(*length) : Json()},
-                       {"netmask", known ? Json(formatIpv4(info.netmask)) : Json()},
-                       {"vlan", known ? Json(info.mngVlanId) : Json()}},
-                  fmt::format("ONT management: {}\n", describe(info)));
+    Json json = describeInterface({info.ipAddress, info.netmask});
+    json["vlan"] = info.ipAddress == 0 ? Json() : Json(info.mngVlanId);
+    session.print(json, fmt::format("ONT management: {}\n", describe(info)));
 }
 
 /// The board refuses the VLAN of its own management port; anything else is the kernel's answer.
@@ -48,7 +39,7 @@ std::string explain(Session& session, const rpcNetworkInfo& wanted) {
 void change(Session& session, const std::string& what, const rpcNetworkInfo& wanted) {
     carryOut({what, request(session, rpc_network_set_ont_nmg_1, wanted)},
              [&] { return explain(session, wanted); });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
 void set(Session& session, const std::string& address, const std::string& mask, unsigned vlan) {
@@ -84,8 +75,7 @@ void addSet(Command& noun) {
 void addOnt(CommandTree& tree) {
     Command& noun = tree.addNoun("ont", "Management interface of the ONTs",
                                  {"ont show", "ont set 198.51.100.1/24 20", "ont off"});
-    noun.addCommand("show", "Show its address, mask and VLAN", {"ont show", "ont show --json"},
-                    show);
+    noun.addShow("show", "Show its address, mask and VLAN", show);
     addSet(noun);
     noun.addCommand(
         "off", "Take its address away and switch it off", {"ont off"},

@@ -1,5 +1,6 @@
 #include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
 #include "mngctl/wire/values.h"
 
@@ -9,8 +10,6 @@ namespace mngctl {
 
 namespace {
 
-std::string onOff(bool on) { return on ? "on" : "off"; }
-
 /// A service with a switch.
 struct Service {
     std::string noun;
@@ -19,20 +18,11 @@ struct Service {
     bool (*isOn)(Session& session);
 };
 
-template <class Answer>
-bool readSwitch(Session& session, Stub<void, Answer> stub) {
-    Answer on{};
-    session.client.call(networkProgram, stub, on);
-    return on != 0;
-}
-
 /// The board answers 0 while FTP is on and 1 while it is off.
 bool isFtpOn(Session& session) {
     constexpr int on = 0;
     constexpr int off = 1;
-    rpcNetworkResult answer{};
-    session.client.call(networkProgram, rpc_network_is_ftp_enabled_1, answer);
-    const int state = static_cast<int>(answer);
+    const int state = static_cast<int>(session.ask(rpc_network_is_ftp_enabled_1));
     if (state != on && state != off) {
         throw Refused(
             fmt::format("the board cannot tell whether FTP is on: {}", describeOutcome(state)));
@@ -45,11 +35,7 @@ void show(Session& session, const Service& service) {
     session.print(Json{{"enabled", on}}, fmt::format("{}: {}\n", service.name, onOff(on)));
 }
 
-rpcPtyConfig readLimits(Session& session) {
-    rpcPtyConfig limits{};
-    session.client.call(networkProgram, rpc_network_pty_get_max_sess_1, limits);
-    return limits;
-}
+rpcPtyConfig readLimits(Session& session) { return session.ask(rpc_network_pty_get_max_sess_1); }
 
 std::string limitText(unsigned limit) {
     return fmt::format("{} session{}", limit, limit == 1 ? "" : "s");
@@ -66,23 +52,19 @@ std::string idleText(unsigned minutes) {
 void carryOutSwitch(Session& session, const Service& service, bool on) {
     const Change change{fmt::format("switch {} {}", service.name, onOff(on)),
                         request(session, service.enable, on ? TRUE : FALSE)};
-    try {
-        carryOut(std::span(&change, 1));
-    } catch (const Refused& refusal) {
-        std::string state;
+    carryOutOrExplain(change, [&] {
         try {
-            state = fmt::format("stored now: {} {}; the board's log tells why it is not in force",
-                                service.name, onOff(service.isOn(session)));
+            return fmt::format("stored now: {} {}; the board's log tells why it is not in force",
+                               service.name, onOff(service.isOn(session)));
         } catch (const Failure& failure) {
-            state = fmt::format("what is stored now could not be read: {}", failure.what());
+            return fmt::format("what is stored now could not be read: {}", failure.what());
         }
-        throw Refused(fmt::format("{}; {}", refusal.what(), state));
-    }
+    });
 }
 
 void change(Session& session, const Service& service, bool on) {
     carryOutSwitch(session, service, on);
-    readBack(session, [&] { show(session, service); });
+    readBack(session, [&](Session&) { show(session, service); });
 }
 
 /// To switch telnet returns the limits to the board's own values.
@@ -92,7 +74,7 @@ void changeTelnet(Session& session, const Service& service, bool on) {
     }
     const rpcPtyConfig before = readLimits(session);
     change(session, service, on);
-    readBack(session, [&] {
+    readBack(session, [&](Session&) {
         const rpcPtyConfig after = readLimits(session);
         if (after.maxSessions != before.maxSessions) {
             session.streams.err << fmt::format(
@@ -113,9 +95,8 @@ void addService(CommandTree& tree, const Service& service, const std::string& de
                 Changer changer) {
     const std::string& noun = service.noun;
     Command& parent = tree.addNoun(noun, description, {noun + " show", noun + " on"});
-    parent.addCommand("show", fmt::format("Show whether {} is on", service.name),
-                      {noun + " show", noun + " show --json"},
-                      [service](Session& session) { show(session, service); });
+    parent.addShow("show", fmt::format("Show whether {} is on", service.name),
+                   [service](Session& session) { show(session, service); });
     for (const bool on : {true, false}) {
         const std::string verb = onOff(on);
         parent.addCommand(verb,
@@ -154,7 +135,7 @@ void setLimit(Session& session, unsigned limit) {
         limit == 0 ? "set the limit to its own value" : "set the limit to " + limitText(limit);
     carryOut({what, request(session, rpc_network_pty_set_max_sess_1, limit)},
              [&] { return "at most " + limitText(readLimits(session).maxSessions); });
-    readBack(session, [&] { showLimits(session); });
+    readBack(session, showLimits);
 }
 
 }  // namespace
@@ -162,19 +143,18 @@ void setLimit(Session& session, unsigned limit) {
 void addServices(CommandTree& tree) {
     addService(tree,
                {"telnet", "telnet", rpc_network_telnet_enable_1,
-                [](Session& session) { return readSwitch(session, rpc_network_get_telnet_1); }},
+                [](Session& session) { return session.ask(rpc_network_get_telnet_1) != 0; }},
                "Telnet server of the management interface", changeTelnet);
     addService(tree,
                {"ssh", "SSH", rpc_network_ssh_enable_1,
-                [](Session& session) { return readSwitch(session, rpc_network_get_ssh_1); }},
+                [](Session& session) { return session.ask(rpc_network_get_ssh_1) != 0; }},
                "SSH server of the management interface", change);
     addService(tree, {"ftp", "FTP", rpc_network_ftp_enable_1, isFtpOn},
                "FTP server of the management interface", change);
 
     Command& noun = tree.addNoun("sessions", "Limits on terminal sessions over telnet and SSH",
                                  {"sessions show", "sessions limit 8"});
-    noun.addCommand("show", "Show the limit and the idle timeout",
-                    {"sessions show", "sessions show --json"}, showLimits);
+    noun.addShow("show", "Show the limit and the idle timeout", showLimits);
     Command& limitCommand =
         noun.addCommand("limit",
                         "Set how many terminal sessions there may be at a time; those that are "

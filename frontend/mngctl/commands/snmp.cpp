@@ -1,5 +1,8 @@
+#include "mngctl/commands/snmp.h"
+
+#include "mngctl/commands/changes.h"
 #include "mngctl/commands/commands.h"
-#include "mngctl/commands/snmpSettings.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>
@@ -19,7 +22,7 @@ struct SystemText {
     const char* example;
 };
 
-constexpr SystemText texts[] = {
+constexpr SystemText systemTexts[] = {
     {"contact", rpcSnmpSystemContact, "Set who is responsible for the node (sysContact)",
      "snmp contact 'NOC, +43 1 555 0100'"},
     {"location", rpcSnmpSystemLocation, "Set where the node stands (sysLocation)",
@@ -27,6 +30,144 @@ constexpr SystemText texts[] = {
     {"name", rpcSnmpSystemName, "Set the node's administrative name (sysName)",
      "snmp name msan-vie-07"},
 };
+
+/// {"contact": ..., "location": ..., "name": ...}
+Json readSnmpSystem(Session& session) {
+    const auto system = session.ask(rpc_network_snmpsystem_get_1);
+    return Json{{"contact", textOf(system.contact)},
+                {"location", textOf(system.location)},
+                {"name", textOf(system.name)}};
+}
+
+std::string describeSnmpSystem(const Json& system) {
+    return fmt::format("contact: {}\nlocation: {}\nname: {}\n", orNone(system["contact"]),
+                       orNone(system["location"]), orNone(system["name"]));
+}
+
+// Communities.
+
+std::string accessName(rpcSnmpCommunityAccess access) {
+    return access == rpcSnmpCommunityReadOnly ? "read-only" : "read-write";
+}
+
+/// [{"name": ..., "access": "read-only"}, ...], without empty entries.
+Json readSnmpCommunities(Session& session) {
+    const auto config = session.ask(rpc_network_snmpcommunity_get_1);
+    Json list = Json::array();
+    for (const rpcSnmpCommunity& each : config.communities) {
+        if (each.access != rpcSnmpCommunityNone && each.name[0] != '\0') {
+            list.push_back({{"name", textOf(each.name)}, {"access", accessName(each.access)}});
+        }
+    }
+    return list;
+}
+
+std::string describeSnmpCommunities(const Json& communities) {
+    if (communities.empty()) {
+        return "communities: none, the agent answers nobody\n";
+    }
+    return "communities:\n" + columns(communities, "name", "access");
+}
+
+constexpr std::size_t longestCommunity = 29;
+constexpr std::size_t mostCommunities = 6;
+
+rpcSnmpCommunityAccess parseAccess(const std::string& text) {
+    if (text == "ro" || text == "read-only") {
+        return rpcSnmpCommunityReadOnly;
+    }
+    if (text == "rw" || text == "read-write") {
+        return rpcSnmpCommunityReadWrite;
+    }
+    throw UsageError(fmt::format("expected ro or rw, not '{}'", printable(text)));
+}
+
+void showCommunities(Session& session) {
+    const Json communities = readSnmpCommunities(session);
+    session.print(communities, describeSnmpCommunities(communities));
+}
+
+bool isThere(const Json& communities, const std::string& name) {
+    return std::ranges::any_of(communities, [&](const Json& each) { return each["name"] == name; });
+}
+
+const char* const otherCause = "the board's log tells the cause";
+
+std::string explainRefusedAdding(Session& session, const std::string& name, bool wasThere) {
+    const Json communities = readSnmpCommunities(session);
+    if (wasThere) {
+        return "there is a community of that name; 'mngctl snmp community access' changes it";
+    }
+    if (isThere(communities, name)) {
+        return std::string("it is stored, but not in force; ") + otherCause;
+    }
+    if (communities.size() >= mostCommunities) {
+        return fmt::format("the board keeps {} communities, which it has", mostCommunities);
+    }
+    return otherCause;
+}
+
+std::string explainRefusedChange(Session& session, const std::string& name) {
+    return isThere(readSnmpCommunities(session), name) ? otherCause
+                                                       : "there is no community of that name now";
+}
+
+void addOrRemove(Session& session, std::string name, rpcSnmpCommunityAccess access, bool add) {
+    checkCommunity(name, longestCommunity);
+    const bool wasThere = isThere(readSnmpCommunities(session), name);
+    const Change change{add ? "add the community" : "remove the community",
+                        request(session, rpc_network_snmpcommunity_add_1,
+                                {name.data(), access, add ? TRUE : FALSE})};
+    carryOutOrExplain(change, [&] {
+        return add ? explainRefusedAdding(session, name, wasThere)
+                   : explainRefusedChange(session, name);
+    });
+    readBack(session, showCommunities);
+}
+
+void setAccess(Session& session, std::string name, rpcSnmpCommunityAccess access) {
+    checkCommunity(name, longestCommunity);
+    const Change change{
+        "change the community's access",
+        request(session, rpc_network_snmpcommunity_change_1, {name.data(), access})};
+    carryOutOrExplain(change, [&] { return explainRefusedChange(session, name); });
+    readBack(session, showCommunities);
+}
+
+/// A command with a name and an access.
+void addWithAccess(Command& noun, const std::string& verb, const std::string& description,
+                   std::function<void(Session&, std::string, rpcSnmpCommunityAccess)> act) {
+    Command& command = noun.addCommand(
+        verb, description,
+        {"snmp community " + verb + " public ro", "snmp community " + verb + " private rw"});
+    const Argument& name = command.addArgument("NAME", "1 to 29 visible ASCII characters");
+    const Argument& access =
+        command.addArgument("ACCESS", "ro (read-only) or rw (read-write)", {"ro", "rw"});
+    command.setAction([&name, &access, act = std::move(act)](Session& session) {
+        const rpcSnmpCommunityAccess right = parseAccess(access.one());
+        act(session, name.one(), right);
+    });
+}
+
+void addSnmpCommunity(Command& snmp) {
+    Command& noun = snmp.addNoun(
+        "community", "Communities, by which managers get access",
+        {"snmp community list", "snmp community add public ro", "snmp community remove public"});
+    noun.addShow("list", "Show the communities with their access", showCommunities);
+    addWithAccess(noun, "add", "Add a community; the board keeps six",
+                  [](Session& session, std::string name, rpcSnmpCommunityAccess access) {
+                      addOrRemove(session, std::move(name), access, true);
+                  });
+    addWithAccess(noun, "access", "Change what a community may do", setAccess);
+    Command& remove =
+        noun.addCommand("remove", "Remove a community", {"snmp community remove public"});
+    const Argument& name = remove.addArgument("NAME", "Its name");
+    remove.setAction([&name](Session& session) {
+        addOrRemove(session, name.one(), rpcSnmpCommunityReadOnly, false);
+    });
+}
+
+// All settings, and the system texts.
 
 void show(Session& session) {
     Json json = readSnmpSystem(session);
@@ -54,8 +195,7 @@ std::string explainRefusal(Session& session, const SystemText& which, const std:
     if (now == validUtf8(text)) {
         return "it is stored, but not in force; the board's log tells the cause";
     }
-    return fmt::format("the {} is '{}' still", which.name,
-                       printable(now.get_ref<const std::string&>()));
+    return fmt::format("the {} is '{}' still", which.name, shown(now));
 }
 
 void setText(Session& session, const SystemText& which, std::string text) {
@@ -64,7 +204,7 @@ void setText(Session& session, const SystemText& which, std::string text) {
         fmt::format("set the {}", which.name),
         request(session, rpc_network_snmpsystem_change_1, {text.data(), which.selector})};
     carryOutOrExplain(change, [&] { return explainRefusal(session, which, text); });
-    readBack(session, [&] {
+    readBack(session, [&](Session&) {
         const Json system = readSnmpSystem(session);
         session.print(system, describeSnmpSystem(system));
     });
@@ -72,13 +212,37 @@ void setText(Session& session, const SystemText& which, std::string text) {
 
 }  // namespace
 
+std::string columns(const Json& list, const char* left, const char* right) {
+    std::size_t width = 0;
+    for (const Json& each : list) {
+        width = std::max(width, shown(each[left]).size());
+    }
+    std::string text;
+    for (const Json& each : list) {
+        text += fmt::format("  {:<{}}  {}\n", shown(each[left]), width, shown(each[right]));
+    }
+    return text;
+}
+
+void checkCommunity(std::string_view text, std::size_t longest) {
+    if (text.empty()) {
+        throw UsageError("the community is empty");
+    }
+    if (text.size() > longest) {
+        throw UsageError(fmt::format("a community here has at most {} characters, this one has {}",
+                                     longest, text.size()));
+    }
+    if (!std::ranges::all_of(text, [](char c) { return c > ' ' && c < '\x7f'; })) {
+        throw UsageError("a community is made of visible ASCII characters, without blanks");
+    }
+}
+
 void addSnmp(CommandTree& tree) {
     Command& noun = tree.addNoun("snmp", "The SNMP agent: system texts, communities, trap managers",
                                  {"snmp show", "snmp name msan-vie-07",
                                   "snmp community add public ro", "snmp trap add 192.0.2.1 traps"});
-    noun.addCommand("show", "Show all settings of the agent", {"snmp show", "snmp show --json"},
-                    show);
-    for (const SystemText& which : texts) {
+    noun.addShow("show", "Show all settings of the agent", show);
+    for (const SystemText& which : systemTexts) {
         Command& command = noun.addCommand(
             which.name, which.description,
             {which.example, fmt::format("snmp {} ''      (removes it)", which.name)});

@@ -1,8 +1,9 @@
-#include "mngctl/commands/ipv4.h"
-#include "mngctl/commands/snmpSettings.h"
+#include "mngctl/commands/changes.h"
+#include "mngctl/commands/networks.h"
+#include "mngctl/commands/snmp.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/commands/trapTest.h"
 #include "mngctl/outcome.h"
-#include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
 
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::size_t longestCommunity = 31;
 constexpr std::size_t mostManagers = 10;
-constexpr unsigned highestPort = 65535;
 
 const char* const otherCause = "the board's log tells the cause";
 
@@ -62,7 +62,7 @@ void addOrRemove(Session& session, unsigned address, std::string community, bool
         return add ? explainRefusedAdding(session, address, community, wasThere)
                    : explainRefusedRemoval(session, address, community);
     });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
 void move(Session& session, unsigned from, unsigned to, std::string community) {
@@ -70,23 +70,14 @@ void move(Session& session, unsigned from, unsigned to, std::string community) {
     const Change change{"move the manager", request(session, rpc_network_snmptrap_change_1,
                                                     {community.data(), from, to})};
     carryOutOrExplain(change, [&] { return explainRefusedRemoval(session, from, community); });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
 void setPort(Session& session, const std::string& text) {
-    unsigned port = 0;
-    try {
-        port = parseUnsigned(text);
-    } catch (const UsageError&) {
-        // One sentence for all that is no port.
-    }
-    if (port < 1 || port > highestPort) {
-        throw UsageError(
-            fmt::format("expected a port from 1 to {}, not '{}'", highestPort, printable(text)));
-    }
+    const unsigned port = parseUpTo(65535, "expected a port", text);
     const Change change{"set the trap port", request(session, rpc_network_snmptrap_port_1, port)};
     carryOutOrExplain(change, [] { return otherCause; });
-    readBack(session, [&] { show(session); });
+    readBack(session, show);
 }
 
 const char* nameOf(TrapOutcome::Kind kind) {
@@ -174,12 +165,30 @@ void addTest(Command& noun) {
 
 }  // namespace
 
+Json readSnmpTraps(Session& session) {
+    const auto config = session.ask(rpc_network_get_snmptrap_1);
+    Json managers = Json::array();
+    for (const rpcSnmpManager& each : config.managers) {
+        if (each.ipAddress != 0) {
+            managers.push_back(
+                {{"address", formatIpv4(each.ipAddress)}, {"community", textOf(each.community)}});
+        }
+    }
+    return Json{{"port", config.port}, {"managers", std::move(managers)}};
+}
+
+std::string describeSnmpTraps(const Json& traps) {
+    const Json& managers = traps["managers"];
+    return fmt::format("trap port: {}\ntrap managers:{}\n", traps["port"].get<int>(),
+                       managers.empty() ? " none" : "") +
+           columns(managers, "address", "community");
+}
+
 void addSnmpTrap(Command& snmp) {
     Command& noun =
         snmp.addNoun("trap", "Managers that the agent sends traps to (SNMPv2c)",
                      {"snmp trap list", "snmp trap add 192.0.2.1 traps", "snmp trap test"});
-    noun.addCommand("list", "Show the managers and their port",
-                    {"snmp trap list", "snmp trap list --json"}, show);
+    noun.addShow("list", "Show the managers and their port", show);
     addManagerCommand(noun, "add", "Add a manager; the board keeps ten", true);
     addManagerCommand(noun, "remove", "Remove a manager", false);
 

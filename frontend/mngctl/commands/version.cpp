@@ -1,12 +1,10 @@
 #include "mngctl/commands/commands.h"
+#include "mngctl/commands/texts.h"
 #include "mngctl/outcome.h"
-#include "mngctl/session.h"
-#include "mngctl/wire/values.h"
 
 #include <fmt/format.h>
 
 #include <array>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,18 +19,11 @@ constexpr std::string_view notAvailable = "n/a";
 /// A board that gave one line again and again would otherwise never be done.
 constexpr int componentMaximum = 100'000;
 
-template <std::size_t Size>
-std::string textOf(const char (&field)[Size]) {
-    return validUtf8({field, strnlen(field, Size)});
-}
-
-Json orNull(const std::string& text) { return text == notAvailable ? Json() : Json(text); }
+Json knownOrNull(const std::string& text) { return text == notAvailable ? Json() : Json(text); }
 
 void show(Session& session) {
-    rpcNetworkSWVersion software{};
-    session.client.call(networkProgram, rpc_network_get_sw_data_1, software);
-    rpcNetworkPackageVersion package{};
-    session.client.call(networkProgram, rpc_network_get_package_data_1, package);
+    const auto software = session.ask(rpc_network_get_sw_data_1);
+    const auto package = session.ask(rpc_network_get_package_data_1);
     const std::vector<std::array<std::string, 3>> rows = {
         {"product", "product", textOf(software.product)},
         {"buildDirectory", "built in", textOf(software.buildDirectory)},
@@ -48,7 +39,7 @@ void show(Session& session) {
     Json json;
     std::string lines;
     for (const auto& [key, label, text] : rows) {
-        json[key] = orNull(text);
+        json[key] = knownOrNull(text);
         lines += fmt::format("{}: {}\n", label, printable(text));
     }
     session.print(json, lines);
@@ -57,8 +48,7 @@ void show(Session& session) {
 std::vector<std::string> readComponents(Session& session, Stub<int, rpcNetworkSWVersionComp> stub) {
     std::vector<std::string> components;
     for (int index = 0, count = 0;; ++count) {
-        rpcNetworkSWVersionComp component{};
-        session.client.call(networkProgram, stub, index, component);
+        const auto component = session.ask(stub, index);
         if (component.index < 0) {
             return components;
         }
@@ -90,12 +80,11 @@ void showComponents(Session& session) {
 void addVersion(CommandTree& tree) {
     Command& noun = tree.addNoun("version", "Software that runs on the board",
                                  {"version show", "version components"});
-    noun.addCommand("show", "Show the versions of product, system and boot loader",
-                    {"version show", "version show --json"}, show);
-    noun.addCommand("components",
-                    "List the components of application and platform; the board looks for them "
-                    "when it is first returned to factory settings after a start",
-                    {"version components", "version components --json"}, showComponents);
+    noun.addShow("show", "Show the versions of product, system and boot loader", show);
+    noun.addShow("components",
+                 "List the components of application and platform; the board looks for them "
+                 "when it is first returned to factory settings after a start",
+                 showComponents);
 }
 
 }  // namespace mngctl

@@ -1,7 +1,7 @@
 #include "mngctl/prompt/completion.h"
 
 #include "mngctl/commandTree.h"
-#include "mngctl/prompt/words.h"
+#include "mngctl/prompt/splitLine.h"
 
 #include <fmt/format.h>
 

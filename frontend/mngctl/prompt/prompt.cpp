@@ -1,7 +1,7 @@
 #include "mngctl/prompt/prompt.h"
 
 #include "mngctl/prompt/lineEditor.h"
-#include "mngctl/prompt/words.h"
+#include "mngctl/prompt/splitLine.h"
 
 #include <fmt/format.h>
 
