@@ -76,19 +76,16 @@ TEST(Board, SendsNothingThatIsWrong) {
 
 TEST(Board, TellsWhyItRefuses) {
     const CannedBoard board({"--refuse"});
-    EXPECT_EQ(board.run("board shelf 2"),
-              refusedWith("the board refused to change the shelf's identity: not now"));
-    EXPECT_EQ(board.run("board feature x on"),
-              refusedWith("the board refused to switch the feature: not now"));
-    EXPECT_EQ(board.run("board profile off"),
-              refusedWith("the board refused to switch profile mode: not now"));
-    EXPECT_EQ(board.run("board clear-config finish"),
-              refusedWith("the board refused to finish the clear-configuration: not now"));
-    EXPECT_EQ(board.run("board message a b"),
-              refusedWith("the board refused to hand the message on: not now"));
-    EXPECT_EQ(board.run("board stop"), refusedWith("the board refused to stop: not now"));
-    EXPECT_EQ(board.run("factory-defaults --yes"),
-              refusedWith("the board refused to return to factory settings: not now"));
+    const auto refused = [&](const std::string& line, const std::string& what) {
+        EXPECT_EQ(board.run(line), refusedWith("the board refused to " + what + ": not now"));
+    };
+    refused("board shelf 2", "change the shelf's identity");
+    refused("board feature x on", "switch the feature");
+    refused("board profile off", "switch profile mode");
+    refused("board clear-config finish", "finish the clear-configuration");
+    refused("board message a b", "hand the message on");
+    refused("board stop", "stop");
+    refused("factory-defaults --yes", "return to factory settings");
 }
 
 TEST(FactoryDefaults, NeedConsent) {

@@ -75,8 +75,7 @@ bool answerAddressing(rpcproc_t procedure, void* argument, void* result) {
     const auto failing = [](const char* name) { return board().behaviour.failHalfWay == name; };
     switch (procedure) {
         case rpc_network_get_network_info:
-            as<rpcNetworkInfo>(result) = state.info;
-            return true;
+            return give<rpcNetworkInfo>(result, state.info);
         case rpc_network_get_gateway:
             as<rpcNetworkIpResult>(result).ipAddress = state.gateway;
             return true;
@@ -87,8 +86,7 @@ bool answerAddressing(rpcproc_t procedure, void* argument, void* result) {
             setGateway(state, as<unsigned>(argument), result);
             return true;
         case rpc_network_set_protocol:
-            state.info.dhcpEnabled = as<bool_t>(argument);
-            return true;
+            return take<bool_t>(state.info.dhcpEnabled, argument);
         case rpc_network_set_vendor: {
             const auto& wanted = as<rpc_network_set_vendor_1_argument>(argument);
             state.info.vendorClassEnabled = wanted.vendor;

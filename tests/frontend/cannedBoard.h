@@ -120,6 +120,20 @@ T& as(void* data) {
     return *static_cast<T*>(data);
 }
 
+/// Answers with the value.
+template <class T>
+bool give(void* result, const T& value) {
+    as<T>(result) = value;
+    return true;
+}
+
+/// Keeps the argument, which is a T on the wire.
+template <class T, class Kept>
+bool take(Kept& kept, void* argument) {
+    kept = static_cast<Kept>(as<T>(argument));
+    return true;
+}
+
 /// Fills the field of a record with the text.
 template <std::size_t size>
 void copy(char (&to)[size], const std::string& from) {

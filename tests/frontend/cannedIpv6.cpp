@@ -49,8 +49,7 @@ bool answerIpv6(rpcproc_t procedure, void* argument, void* result) {
             clearText(state.ipv6Gateway, result);
             return true;
         case rpc_network_get_ipv6proto:
-            as<bool_t>(result) = state.dhcp6 ? TRUE : FALSE;
-            return true;
+            return give<bool_t>(result, state.dhcp6 ? TRUE : FALSE);
         case rpc_network_set_ipv6proto:
             if (!board().behaviour.refuse) {
                 state.dhcp6 = as<bool_t>(argument) != FALSE;

@@ -18,15 +18,13 @@ bool answerResolver(rpcproc_t procedure, void* argument, void* result) {
             state.dns = {2, 0, 0};
             return true;
         case rpc_network_get_dns_serversws:
-            as<rpcNetworkDnsInfoWS>(result) = state.dns;
-            return true;
+            return give<rpcNetworkDnsInfoWS>(result, state.dns);
         case rpc_network_set_domainname:
             state.domain = {2, {}};
             copy(state.domain.domain, as<char*>(argument));
             return true;
         case rpc_network_get_domainnamews:
-            as<rpcNetworkDomainWS>(result) = state.domain;
-            return true;
+            return give<rpcNetworkDomainWS>(result, state.domain);
         case rpc_network_set_ipv6dns_servers: {
             const auto& servers = as<rpc_network_set_ipv6dns_servers_1_argument>(argument);
             state.dns6 = {2, {}, {}};
@@ -38,27 +36,22 @@ bool answerResolver(rpcproc_t procedure, void* argument, void* result) {
             state.dns6 = {1, {}, {}};
             return true;
         case rpc_network_get_ipv6dns_serversws:
-            as<rpcNetworkIPv6DnsInfo>(result) = state.dns6;
-            return true;
+            return give<rpcNetworkIPv6DnsInfo>(result, state.dns6);
         case rpc_network_set_ipv6domainname:
             state.domain6 = {2, {}};
             copy(state.domain6.domain, as<char*>(argument));
             return true;
         case rpc_network_get_ipv6domainnamews:
-            as<rpcNetworkIPv6Domain>(result) = state.domain6;
-            return true;
+            return give<rpcNetworkIPv6Domain>(result, state.domain6);
         case rpc_network_http_server_set:
-            state.webSet = as<bool_t>(argument) != 0;
-            return true;
+            return take<bool_t>(state.webSet, argument);
         case rpc_network_http_get:
             as<rpcNetworkHttpResult>(result).enabled = state.webSet ? TRUE : FALSE;
             return true;
         case rpc_network_sntp_update:
-            state.sntp = as<rpcSntpConfig>(argument);
-            return true;
+            return take<rpcSntpConfig>(state.sntp, argument);
         case rpc_network_sntp_get:
-            as<rpcSntpConfig>(result) = state.sntp;
-            return true;
+            return give<rpcSntpConfig>(result, state.sntp);
         default:
             return false;
     }

@@ -1,6 +1,6 @@
 #include "cannedBoard.h"
 
-#include <cstring>
+#include <tuple>
 
 namespace canned {
 
@@ -15,17 +15,13 @@ bool answerSwitch(rpcproc_t procedure, void* argument, void* result) {
             state.limits = {5, 10};
             return true;
         case rpc_network_get_telnet:
-            as<bool_t>(result) = state.telnet ? TRUE : FALSE;
-            return true;
+            return give<bool_t>(result, state.telnet ? TRUE : FALSE);
         case rpc_network_ssh_enable:
-            state.ssh = as<bool_t>(argument) != 0;
-            return true;
+            return take<bool_t>(state.ssh, argument);
         case rpc_network_get_ssh:
-            as<bool_t>(result) = state.ssh ? TRUE : FALSE;
-            return true;
+            return give<bool_t>(result, state.ssh ? TRUE : FALSE);
         case rpc_network_ftp_enable:
-            state.ftp = as<bool_t>(argument) != 0;
-            return true;
+            return take<bool_t>(state.ftp, argument);
         case rpc_network_is_ftp_enabled:
             as<int>(result) = state.ftp ? 0 : 1;
             if (board().behaviour.failHalfWay == "is_ftp_enabled") {
@@ -39,8 +35,7 @@ bool answerSwitch(rpcproc_t procedure, void* argument, void* result) {
             }
             return true;
         case rpc_network_pty_get_max_sess:
-            as<rpcPtyConfig>(result) = state.limits;
-            return true;
+            return give<rpcPtyConfig>(result, state.limits);
         default:
             return false;
     }
@@ -57,29 +52,23 @@ bool answerTimeZone(rpcproc_t procedure, void* argument, void* result) {
         }
         case rpc_network_set_sntp_timezone_dst_start: {
             const auto& date = as<rpc_network_set_sntp_timezone_dst_start_1_argument>(argument);
-            zone.dstSMonth = static_cast<int>(date.month);
-            zone.dstSWeek = static_cast<int>(date.week);
-            zone.dstSDayInWeek = static_cast<int>(date.dayInWeek);
-            zone.dstSTime = date.time;
+            std::tie(zone.dstSMonth, zone.dstSWeek, zone.dstSDayInWeek, zone.dstSTime) =
+                std::tie(date.month, date.week, date.dayInWeek, date.time);
             return true;
         }
         case rpc_network_set_sntp_timezone_dst_end: {
             const auto& date = as<rpc_network_set_sntp_timezone_dst_end_1_argument>(argument);
-            zone.dstEMonth = static_cast<int>(date.month);
-            zone.dstEWeek = static_cast<int>(date.week);
-            zone.dstEDayInWeek = static_cast<int>(date.dayInWeek);
-            zone.dstETime = date.time;
+            std::tie(zone.dstEMonth, zone.dstEWeek, zone.dstEDayInWeek, zone.dstETime) =
+                std::tie(date.month, date.week, date.dayInWeek, date.time);
             if (board().behaviour.failHalfWay == "set_sntp_timezone_dst_end") {
                 refuse(result);
             }
             return true;
         }
         case rpc_network_set_sntp_timezone_dst_offset:
-            zone.dstOffset = as<int>(argument);
-            return true;
+            return take<int>(zone.dstOffset, argument);
         case rpc_network_get_sntp_timezone_info:
-            as<rpcNetworkSntpTimezone>(result) = zone;
-            return true;
+            return give<rpcNetworkSntpTimezone>(result, zone);
         default:
             return false;
     }

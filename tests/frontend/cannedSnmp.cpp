@@ -10,10 +10,11 @@ namespace {
 
 constexpr unsigned cliSource = 2;
 
-void answerStatus(void* result, bool isDone) {
+bool settle(void* result, bool isDone) {
     if (!isDone) {
         refuse(result);
     }
+    return true;
 }
 
 bool changeSystem(rpcSnmpSystemConfig& system,
@@ -128,50 +129,41 @@ bool answerSnmp(rpcproc_t procedure, void* argument, void* result) {
     State& state = board().state;
     switch (procedure) {
         case rpc_network_snmpsystem_get:
-            as<rpcSnmpSystemConfig>(result) = state.snmpSystem;
-            return true;
+            return give<rpcSnmpSystemConfig>(result, state.snmpSystem);
         case rpc_network_snmpsystem_change:
-            answerStatus(result,
-                         changeSystem(state.snmpSystem,
-                                      as<rpc_network_snmpsystem_change_1_argument>(argument)));
-            return true;
+            return settle(result,
+                          changeSystem(state.snmpSystem,
+                                       as<rpc_network_snmpsystem_change_1_argument>(argument)));
         case rpc_network_snmpcommunity_get:
-            as<rpcSnmpCommunityConfig>(result) = state.snmpCommunities;
-            return true;
+            return give<rpcSnmpCommunityConfig>(result, state.snmpCommunities);
         case rpc_network_snmpcommunity_add:
-            answerStatus(result,
-                         changeCommunity(state.snmpCommunities,
-                                         as<rpc_network_snmpcommunity_add_1_argument>(argument)));
-            return true;
+            return settle(result,
+                          changeCommunity(state.snmpCommunities,
+                                          as<rpc_network_snmpcommunity_add_1_argument>(argument)));
         case rpc_network_snmpcommunity_change: {
             const auto& given = as<rpc_network_snmpcommunity_change_1_argument>(argument);
             rpcSnmpCommunity* const known = findCommunity(state.snmpCommunities, given.name);
             if (known != nullptr) {
                 known->access = given.access;
             }
-            answerStatus(result, known != nullptr);
-            return true;
+            return settle(result, known != nullptr);
         }
         case rpc_network_get_snmptrap:
-            as<rpcSnmpTrapConfig>(result) = state.snmpTraps;
-            return true;
+            return give<rpcSnmpTrapConfig>(result, state.snmpTraps);
         case rpc_network_snmptrap_add:
-            answerStatus(result, changeManager(state.snmpTraps,
-                                               as<rpc_network_snmptrap_add_1_argument>(argument)));
-            return true;
+            return settle(result, changeManager(state.snmpTraps,
+                                                as<rpc_network_snmptrap_add_1_argument>(argument)));
         case rpc_network_snmptrap_change:
-            answerStatus(result, moveManager(state.snmpTraps,
-                                             as<rpc_network_snmptrap_change_1_argument>(argument)));
-            return true;
+            return settle(
+                result,
+                moveManager(state.snmpTraps, as<rpc_network_snmptrap_change_1_argument>(argument)));
         case rpc_network_snmptrap_port:
-            state.snmpTraps.port = as<int>(argument);
-            return true;
+            return take<int>(state.snmpTraps.port, argument);
         case rpc_network_sntp_getws_host:
             as<rpcSntpConfigWSHost>(result) = {cliSource, state.ntp};
             return true;
         case rpc_network_sntp_update_host:
-            state.ntp = as<rpcSntpConfigHost>(argument);
-            return true;
+            return take<rpcSntpConfigHost>(state.ntp, argument);
         case rpc_network_sntp_infowshost:
             if (board().behaviour.ntp != "unknown") {
                 as<rpcSntpInfoWSHost>(result) = {cliSource, infoOf(state.ntp)};

@@ -55,11 +55,9 @@ bool answerSoftware(rpcproc_t procedure, void* argument, void* result) {
                           std::array{"kernel = 5.10"}, as<rpcNetworkSWVersionComp>(result));
             return true;
         case rpc_network_set_ont_nmg:
-            state.ont = as<rpcNetworkInfo>(argument);
-            return true;
+            return take<rpcNetworkInfo>(state.ont, argument);
         case rpc_network_get_ont_nmg:
-            as<rpcNetworkInfo>(result) = state.ont;
-            return true;
+            return give<rpcNetworkInfo>(result, state.ont);
         default:
             return false;
     }

@@ -8,11 +8,9 @@ bool answerVlan(rpcproc_t procedure, void* argument, void* result) {
     State& state = board().state;
     switch (procedure) {
         case rpc_network_get_network_info:
-            as<rpcNetworkInfo>(result) = state.info;
-            return true;
+            return give<rpcNetworkInfo>(result, state.info);
         case rpc_network_set_vlan:
-            state.info.mngVlanId = as<unsigned>(argument);
-            return true;
+            return take<unsigned>(state.info.mngVlanId, argument);
         case rpc_network_set_def_vlan_mode: {
             const auto& wanted = as<rpc_network_set_def_vlan_mode_1_argument>(argument);
             state.info.defVid = wanted.vlanId;

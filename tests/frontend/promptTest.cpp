@@ -30,6 +30,15 @@ protected:
     CannedBoard board;
 };
 
+/// A terminal with the first prompt on it.
+struct AtPrompt : Terminal {
+    AtPrompt(const std::vector<std::string>& words,
+             const std::vector<std::pair<std::string, std::string>>& variables)
+        : Terminal(words, variables) {
+        waitFor("mngctl> ");
+    }
+};
+
 TEST_F(Prompt, CarriesOutCommandsUntilExit) {
     Terminal terminal(board.to({}), environment());
     terminal.waitFor("'help' shows the commands, Tab completes them, 'exit' leaves.");
@@ -42,41 +51,35 @@ TEST_F(Prompt, CarriesOutCommandsUntilExit) {
 }
 
 TEST_F(Prompt, CompletesWithTab) {
-    Terminal terminal(board.to({}), environment());
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), environment());
     terminal.enter("rp\tget_tel\t", "result: off\r\n");
     terminal.type("dns \t", "clear  set    show\r\n");
     terminal.waitFor("mngctl> dns ");
     terminal.enter("sh\t", "IPv6 servers: none (dhcp)\r\n");
-    terminal.type("\x04");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.leave("\x04"), 0);
     EXPECT_THAT(board.requests(),
                 ElementsAre("get_telnet", "get_dns_serversws", "get_ipv6dns_serversws"));
 }
 
 TEST_F(Prompt, GoesOnAfterAFailure) {
-    Terminal terminal(board.to({}), environment());
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), environment());
     terminal.enter("dns set 1.2.3", "mngctl: expected an IPv4 address");
     terminal.enter("rpc 'open", "mngctl: the line ends after an open '");
     terminal.enter("rpc null", "answered\r\n");
-    terminal.type("quit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.leave("quit\r"), 0);
 }
 
 TEST_F(Prompt, EditsCharactersInUtf8WhateverTheLocale) {
     auto plain = environment();
     plain.emplace_back("LC_ALL", "C");
-    Terminal terminal(board.to({}), plain);
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), plain);
     // The backspace takes the whole character away.
     terminal.enter("rpc --dry-run set_domainname Zü€\x7frich", "value: Zürich\r\n");
     EXPECT_EQ(terminal.leave(), 0);
 }
 
 TEST_F(Prompt, DropsTheLineAtCtrlC) {
-    Terminal terminal(board.to({}), environment());
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), environment());
     terminal.type("board stop", "stop");
     terminal.type("\x03", "^C");
     terminal.waitFor("mngctl> ");
@@ -86,8 +89,7 @@ TEST_F(Prompt, DropsTheLineAtCtrlC) {
 }
 
 TEST_F(Prompt, AsksBeforeFactoryDefaults) {
-    Terminal terminal(board.to({}), environment());
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), environment());
     terminal.type("factory-defaults\r", "[y/N] ");
     terminal.enter("n", "mngctl: nothing was changed");
     terminal.type("factory-defaults\r", "[y/N] ");
@@ -98,8 +100,7 @@ TEST_F(Prompt, AsksBeforeFactoryDefaults) {
 
 TEST_F(Prompt, RemembersWhatWasTyped) {
     {
-        Terminal terminal(board.to({}), environment());
-        terminal.waitFor("mngctl> ");
+        AtPrompt terminal(board.to({}), environment());
         terminal.enter("rpc get_telnet", "result: off");
         EXPECT_EQ(terminal.leave(), 0);
     }
@@ -110,11 +111,9 @@ TEST_F(Prompt, RemembersWhatWasTyped) {
     ASSERT_EQ(::stat((home.path() + "/state/mngctl").c_str(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0700U);
 
-    Terminal terminal(board.to({}), environment());
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), environment());
     terminal.enter("\x10\x10", "result: off");  // Ctrl-P twice: past exit
-    terminal.type("\x04");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.leave("\x04"), 0);
 }
 
 TEST_F(Prompt, DoesWithoutAHistoryThatCannotBeKept) {
@@ -128,17 +127,15 @@ TEST_F(Prompt, DoesWithoutAHistoryThatCannotBeKept) {
 
 TEST_F(Prompt, KeepsItsHistoryInTheHomeWithoutAStateDirectory) {
     {
-        Terminal terminal(board.to({}),
+        AtPrompt terminal(board.to({}),
                           {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", ""}});
-        terminal.waitFor("mngctl> ");
         EXPECT_EQ(terminal.leave(), 0);
     }
     EXPECT_TRUE(std::filesystem::exists(home.path() + "/.local/state/mngctl/history"));
 }
 
 TEST_F(Prompt, KeepsItsConnectionAndMakesItAgainAfterAFailure) {
-    Terminal terminal(board.to({}), environment());
-    terminal.waitFor("mngctl> ");
+    AtPrompt terminal(board.to({}), environment());
     terminal.enter("rpc null", "answered\r\n");
     board.end();
     terminal.enter("rpc null", "mngctl: nothing listens at 127.0.0.1 port");

@@ -63,8 +63,8 @@ void Terminal::enter(const std::string& line, const std::string& text) {
     waitFor("mngctl> ");
 }
 
-int Terminal::leave() {
-    type("exit\r");
+int Terminal::leave(const std::string& keys) {
+    type(keys);
     return exitCode();
 }
 

@@ -24,8 +24,8 @@ public:
     void type(const std::string& keys, const std::string& text);
     /// Types a line and Enter, and waits for what it brings and for the prompt after it.
     void enter(const std::string& line, const std::string& text);
-    /// Types "exit" and Enter; answers the exit code.
-    int leave();
+    /// Types what ends mngctl; answers the exit code.
+    int leave(const std::string& keys = "exit\r");
 
     /// Waits until the text appears after what was waited for last, and answers everything up to
     /// its end. Throws if it does not appear within 20 s.

@@ -25,6 +25,14 @@ struct Families {
 /// Adds the flags --ipv4 and --ipv6, the IPv4 or IPv6 `what`.
 std::shared_ptr<Families> addFamilyFlags(Command& command, const std::string& what);
 
+/// A setting that each family has: how it is read, and its line for people.
+struct FamilySetting {
+    Json (*readIpv4)(Session& session);
+    Json (*readIpv6)(Session& session);
+    std::string (*line)(std::string_view family, const Json& value);
+};
+void showFamilies(Session& session, const FamilySetting& setting, const Families& families);
+
 // Changes of IPv6, for the commands that take addresses of both families. Each asks before it can
 // cut off whoever came in over IPv6, makes the change, and shows what the board says then.
 

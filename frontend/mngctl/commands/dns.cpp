@@ -52,19 +52,7 @@ std::string serversLine(std::string_view family, const Json& servers) {
                        servers["source"].get<std::string>());
 }
 
-void show(Session& session, Families families) {
-    Json json;
-    std::string text;
-    if (families.ipv4) {
-        json["ipv4"] = readIpv4(session);
-        text += serversLine("IPv4", json["ipv4"]);
-    }
-    if (families.ipv6) {
-        json["ipv6"] = readIpv6(session);
-        text += serversLine("IPv6", json["ipv6"]);
-    }
-    session.print(json, text);
-}
+constexpr FamilySetting nameServers{readIpv4, readIpv6, serversLine};
 
 // What the user says.
 
@@ -148,7 +136,7 @@ void set(Session& session, const std::vector<std::string>& words) {
                                              {ipv6[0].data(), ipv6[1].data()})});
     }
     carryOut(changes);
-    readBack(session, [&](Session&) { show(session, given); });
+    readBack(session, [&](Session&) { showFamilies(session, nameServers, given); });
 }
 
 void clear(Session& session, Families families) {
@@ -162,10 +150,24 @@ void clear(Session& session, Families families) {
             {"clear the IPv6 servers", request(session, rpc_network_delete_ipv6dns_servers_1)});
     }
     carryOut(changes);
-    readBack(session, [&](Session&) { show(session, families); });
+    readBack(session, [&](Session&) { showFamilies(session, nameServers, families); });
 }
 
 }  // namespace
+
+void showFamilies(Session& session, const FamilySetting& setting, const Families& families) {
+    Json json;
+    std::string text;
+    if (families.ipv4) {
+        json["ipv4"] = setting.readIpv4(session);
+        text += setting.line("IPv4", json["ipv4"]);
+    }
+    if (families.ipv6) {
+        json["ipv6"] = setting.readIpv6(session);
+        text += setting.line("IPv6", json["ipv6"]);
+    }
+    session.print(json, text);
+}
 
 std::shared_ptr<Families> addFamilyFlags(Command& command, const std::string& what) {
     auto families = std::make_shared<Families>();
@@ -179,7 +181,7 @@ void addDns(CommandTree& tree) {
                                  {"dns show", "dns set 192.0.2.1 192.0.2.2", "dns clear --ipv6"});
 
     noun.addShow("show", "Show the name servers and where they come from",
-                 [](Session& session) { show(session, {true, true}); });
+                 [](Session& session) { showFamilies(session, nameServers, {true, true}); });
 
     Command& setCommand = noun.addCommand(
         "set", "Set one or two name servers of a family; the other family is left as it is",

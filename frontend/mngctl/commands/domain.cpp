@@ -10,31 +10,20 @@ namespace mngctl {
 
 namespace {
 
-template <class Answer>
-Json read(Session& session, Stub<void, Answer> stub) {
-    const Answer answer = session.ask(stub);
+template <auto stub>
+Json read(Session& session) {
+    const auto answer = session.ask(stub);
     return Json{{"name", orNull(textOf(answer.domain))}, {"source", sourceName(answer.result)}};
 }
 
-std::string domainLine(std::string_view family, const Json& domain) {
-    const Json& name = domain["name"];
+std::string domainLine(std::string_view family, const Json& value) {
+    const Json& name = value["name"];
     return fmt::format("{} domain: {} ({})\n", family, name.is_null() ? "none" : shown(name),
-                       shown(domain["source"]));
+                       shown(value["source"]));
 }
 
-void show(Session& session, Families families) {
-    Json json;
-    std::string text;
-    if (families.ipv4) {
-        json["ipv4"] = read(session, rpc_network_get_domainnamews_1);
-        text += domainLine("IPv4", json["ipv4"]);
-    }
-    if (families.ipv6) {
-        json["ipv6"] = read(session, rpc_network_get_ipv6domainnamews_1);
-        text += domainLine("IPv6", json["ipv6"]);
-    }
-    session.print(json, text);
-}
+constexpr FamilySetting domain{read<rpc_network_get_domainnamews_1>,
+                               read<rpc_network_get_ipv6domainnamews_1>, domainLine};
 
 /// Writes the name, or removes it if it is empty.
 void change(Session& session, Families families, std::string name) {
@@ -49,7 +38,7 @@ void change(Session& session, Families families, std::string name) {
                            request(session, rpc_network_set_ipv6domainname_1, name.data())});
     }
     carryOut(changes);
-    readBack(session, [&](Session&) { show(session, families); });
+    readBack(session, [&](Session&) { showFamilies(session, domain, families); });
 }
 
 void set(Session& session, Families families, const std::string& name) {
@@ -65,7 +54,7 @@ void addDomain(CommandTree& tree) {
                                  {"domain show", "domain set access.example.net", "domain clear"});
 
     noun.addShow("show", "Show the domain names and where they come from",
-                 [](Session& session) { show(session, {true, true}); });
+                 [](Session& session) { showFamilies(session, domain, {true, true}); });
 
     Command& setCommand =
         noun.addCommand("set",

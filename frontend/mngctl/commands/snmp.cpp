@@ -91,24 +91,20 @@ bool isThere(const Json& communities, const std::string& name) {
     return std::ranges::any_of(communities, [&](const Json& each) { return each["name"] == name; });
 }
 
-const char* const otherCause = "the board's log tells the cause";
-
 std::string explainRefusedAdding(Session& session, const std::string& name, bool wasThere) {
     const Json communities = readSnmpCommunities(session);
     if (wasThere) {
         return "there is a community of that name; 'mngctl snmp community access' changes it";
     }
-    if (isThere(communities, name)) {
-        return std::string("it is stored, but not in force; ") + otherCause;
-    }
-    if (communities.size() >= mostCommunities) {
+    const bool isStored = isThere(communities, name);
+    if (!isStored && communities.size() >= mostCommunities) {
         return fmt::format("the board keeps {} communities, which it has", mostCommunities);
     }
-    return otherCause;
+    return otherCause(isStored);
 }
 
 std::string explainRefusedChange(Session& session, const std::string& name) {
-    return isThere(readSnmpCommunities(session), name) ? otherCause
+    return isThere(readSnmpCommunities(session), name) ? otherCause(false)
                                                        : "there is no community of that name now";
 }
 
@@ -193,7 +189,7 @@ void checkText(const SystemText& which, const std::string& text) {
 std::string explainRefusal(Session& session, const SystemText& which, const std::string& text) {
     const Json now = readSnmpSystem(session)[which.name];
     if (now == validUtf8(text)) {
-        return "it is stored, but not in force; the board's log tells the cause";
+        return otherCause(true);
     }
     return fmt::format("the {} is '{}' still", which.name, shown(now));
 }
@@ -211,6 +207,11 @@ void setText(Session& session, const SystemText& which, std::string text) {
 }
 
 }  // namespace
+
+std::string otherCause(bool isStored) {
+    return isStored ? "it is stored, but not in force; the board's log tells the cause"
+                    : "the board's log tells the cause";
+}
 
 std::string columns(const Json& list, const char* left, const char* right) {
     std::size_t width = 0;

@@ -14,6 +14,10 @@ void addSnmpTrap(Command& snmp);
 Json readSnmpTraps(Session& session);
 std::string describeSnmpTraps(const Json& traps);
 
+/// Why the board refused a change of the agent, where nothing that it tells explains it: it is
+/// stored, or not.
+std::string otherCause(bool isStored);
+
 /// The texts of two fields of every entry, in columns.
 std::string columns(const Json& list, const char* left, const char* right);
 

@@ -16,8 +16,6 @@ namespace {
 constexpr std::size_t longestCommunity = 31;
 constexpr std::size_t mostManagers = 10;
 
-const char* const otherCause = "the board's log tells the cause";
-
 void show(Session& session) {
     const Json traps = readSnmpTraps(session);
     session.print(traps, describeSnmpTraps(traps));
@@ -36,19 +34,17 @@ std::string explainRefusedAdding(Session& session, unsigned address, const std::
     if (wasThere) {
         return "there is a manager of that address with that community";
     }
-    if (isThere(traps, address, community)) {
-        return fmt::format("it is stored, but not in force; {}", otherCause);
-    }
-    if (traps["managers"].size() >= mostManagers) {
+    const bool isStored = isThere(traps, address, community);
+    if (!isStored && traps["managers"].size() >= mostManagers) {
         return fmt::format("the board keeps {} managers, which it has", mostManagers);
     }
-    return otherCause;
+    return otherCause(isStored);
 }
 
 std::string explainRefusedRemoval(Session& session, unsigned address,
                                   const std::string& community) {
     return isThere(readSnmpTraps(session), address, community)
-               ? otherCause
+               ? otherCause(false)
                : "there is no manager of that address with that community now";
 }
 
@@ -76,7 +72,7 @@ void move(Session& session, unsigned from, unsigned to, std::string community) {
 void setPort(Session& session, const std::string& text) {
     const unsigned port = parseUpTo(65535, "expected a port", text);
     const Change change{"set the trap port", request(session, rpc_network_snmptrap_port_1, port)};
-    carryOutOrExplain(change, [] { return otherCause; });
+    carryOutOrExplain(change, [] { return otherCause(false); });
     readBack(session, show);
 }
 
