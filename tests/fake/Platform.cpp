@@ -26,11 +26,11 @@ Platform& Platform::current() {
     return process;
 }
 
-int Platform::call(const std::string& function, const std::string& arguments,
-                   const std::function<std::string()>& work) {
+int Platform::perform(const std::string& function, const std::string& arguments,
+                      const std::function<std::string()>& work) {
     const int failure = script.failureOf(function);
     std::string entry = fmt::format("{}({}) -> {}", function, arguments, failure);
-    if (failure == 0 && work) {
+    if (failure == 0) {
         const std::string outcome = work();
         if (!outcome.empty()) {
             entry += " " + outcome;
@@ -38,6 +38,12 @@ int Platform::call(const std::string& function, const std::string& arguments,
     }
     journal.write(entry);
     return failure;
+}
+
+int Platform::refuse(const std::string& function, const std::string& arguments) {
+    constexpr int refused = 1;
+    journal.write(fmt::format("{}({}) -> {}", function, arguments, refused));
+    return refused;
 }
 
 }  // namespace fake

@@ -24,6 +24,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace fake {
@@ -48,10 +49,25 @@ public:
     static Platform& current();
 
     /// Writes down a call of a function that returns a status, and returns that status: the
-    /// scripted failure or 0. On success `work` is done first; what it returns stands behind the
-    /// status.
-    int call(const std::string& function, const std::string& arguments,
-             const std::function<std::string()>& work = {});
+    /// scripted failure or 0. On success `work` is done first; what it returns, if anything, stands
+    /// behind the status.
+    template <class Work>
+    int call(const std::string& function, const std::string& arguments, Work work) {
+        return perform(function, arguments, [&]() -> std::string {
+            if constexpr (std::is_void_v<decltype(work())>) {
+                work();
+                return "";
+            } else {
+                return work();
+            }
+        });
+    }
+    int call(const std::string& function, const std::string& arguments) {
+        return perform(function, arguments, [] { return std::string(); });
+    }
+
+    /// Writes down a call that is refused whatever the script says, and returns 1.
+    int refuse(const std::string& function, const std::string& arguments);
 
     void fail(const std::string& function, int result, int times = Script::forever,
               int skipped = 0) {
@@ -128,6 +144,9 @@ public:
     Script script;
 
 private:
+    int perform(const std::string& function, const std::string& arguments,
+                const std::function<std::string()>& work);
+
     Platform* previous;
 };
 

@@ -37,18 +37,13 @@ auto placeAt(BridgeLists::List& list, unsigned int sequenceNumber) {
     return isInside ? list.rules.begin() + (sequenceNumber - 1) : list.rules.end();
 }
 
-int refuse(const std::string& function, const std::string& arguments) {
-    Platform::current().journal.write(fmt::format("{}({}) -> {}", function, arguments, refused));
-    return refused;
-}
-
 /// A call on a list; it is refused when there is no such list.
 template <class Work>
 int onList(const char* function, const std::string& name, const std::string& arguments, Work work) {
     BridgeLists::List* const list = listNamed(name);
     const std::string all = quoted(name) + (arguments.empty() ? "" : ", " + arguments);
     if (list == nullptr) {
-        return refuse(function, all);
+        return Platform::current().refuse(function, all);
     }
     return Platform::current().call(function, all, [&] { return work(*list); });
 }
@@ -61,7 +56,7 @@ int onRule(const char* function, const std::string& name, unsigned int ruleId,
     const std::string all =
         fmt::format("{}, {}{}", quoted(name), ruleId, arguments.empty() ? "" : ", " + arguments);
     if (list == nullptr || placeOf(*list, ruleId) == list->rules.end()) {
-        return refuse(function, all);
+        return Platform::current().refuse(function, all);
     }
     return Platform::current().call(function, all,
                                     [&] { return work(*list, placeOf(*list, ruleId)); });
@@ -81,19 +76,15 @@ ACLContainer_t::~ACLContainer_t() {
 int ACLContainer_t::createACL(const std::string& name, aclType_t type) {
     const std::string arguments = fmt::format("{}, {}", quoted(name), static_cast<int>(type));
     if (listNamed(name) != nullptr) {
-        return refuse("createACL", arguments);
+        return Platform::current().refuse("createACL", arguments);
     }
-    return Platform::current().call("createACL", arguments, [&] {
-        Platform::current().accessLists.lists[name] = {};
-        return std::string();
-    });
+    return Platform::current().call("createACL", arguments,
+                                    [&] { Platform::current().accessLists.lists[name] = {}; });
 }
 
 int ACLContainer_t::deleteACL(const std::string& name) {
-    return onList("deleteACL", name, "", [&](BridgeLists::List&) {
-        Platform::current().accessLists.lists.erase(name);
-        return std::string();
-    });
+    return onList("deleteACL", name, "",
+                  [&](BridgeLists::List&) { Platform::current().accessLists.lists.erase(name); });
 }
 
 int ACLContainer_t::createRule(const std::string& name, bool permit, unsigned int& ruleId,
@@ -108,10 +99,8 @@ int ACLContainer_t::createRule(const std::string& name, bool permit, unsigned in
 }
 
 int ACLContainer_t::delRuleById(const std::string& name, unsigned int ruleId) {
-    return onRule("delRuleById", name, ruleId, "", [](BridgeLists::List& list, auto rule) {
-        list.rules.erase(rule);
-        return std::string();
-    });
+    return onRule("delRuleById", name, ruleId, "",
+                  [](BridgeLists::List& list, auto rule) { list.rules.erase(rule); });
 }
 
 int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
@@ -119,15 +108,13 @@ int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
     if (const BridgeLists::List* const list = listNamed(name)) {
         const auto rule = std::ranges::find(list->rules, ruleId, &BridgeLists::Rule::id);
         if (rule != list->rules.end() && !rule->conditions.empty()) {
-            return refuse("addCondition", fmt::format("{}, {}, {}", quoted(name), ruleId,
-                                                      fake::describe(condition)));
+            return Platform::current().refuse(
+                "addCondition",
+                fmt::format("{}, {}, {}", quoted(name), ruleId, fake::describe(condition)));
         }
     }
     return onRule("addCondition", name, ruleId, fake::describe(condition),
-                  [&](BridgeLists::List&, auto rule) {
-                      rule->conditions.push_back(condition);
-                      return std::string();
-                  });
+                  [&](BridgeLists::List&, auto rule) { rule->conditions.push_back(condition); });
 }
 
 int ACLContainer_t::delCondition(const std::string& name, unsigned int ruleId,
@@ -136,13 +123,13 @@ int ACLContainer_t::delCondition(const std::string& name, unsigned int ruleId,
     if (list != nullptr) {
         const auto rule = std::ranges::find(list->rules, ruleId, &BridgeLists::Rule::id);
         if (rule != list->rules.end() && (number == 0 || number > rule->conditions.size())) {
-            return refuse("delCondition", fmt::format("{}, {}, {}", quoted(name), ruleId, number));
+            return Platform::current().refuse(
+                "delCondition", fmt::format("{}, {}, {}", quoted(name), ruleId, number));
         }
     }
     return onRule("delCondition", name, ruleId, std::to_string(number),
                   [&](BridgeLists::List&, auto rule) {
                       rule->conditions.erase(rule->conditions.begin() + (number - 1));
-                      return std::string();
                   });
 }
 
@@ -153,7 +140,6 @@ int ACLContainer_t::changeRuleSequenceNumber(const std::string& name, unsigned i
                       const BridgeLists::Rule moved = std::move(*rule);
                       list.rules.erase(rule);
                       list.rules.insert(placeAt(list, sequenceNumber), moved);
-                      return std::string();
                   });
 }
 
@@ -164,24 +150,20 @@ int ACLContainer_t::assignACL(const std::string& name, int portId, bool outgoing
     const auto holdsPort = [portId](const auto& each) { return each.second.port == portId; };
     if (list != nullptr &&
         (list->port || std::ranges::any_of(Platform::current().accessLists.lists, holdsPort))) {
-        return refuse("assignACL", quoted(name) + ", " + arguments);
+        return Platform::current().refuse("assignACL", quoted(name) + ", " + arguments);
     }
-    return onList("assignACL", name, arguments, [&](BridgeLists::List& found) {
-        found.port = portId;
-        return std::string();
-    });
+    return onList("assignACL", name, arguments,
+                  [&](BridgeLists::List& found) { found.port = portId; });
 }
 
 int ACLContainer_t::deassignACL(const std::string& name, int portId, bool outgoing) {
     const BridgeLists::List* const list = listNamed(name);
     const std::string arguments = fmt::format("{}, {}", portId, outgoing);
     if (list != nullptr && list->port != portId) {
-        return refuse("deassignACL", quoted(name) + ", " + arguments);
+        return Platform::current().refuse("deassignACL", quoted(name) + ", " + arguments);
     }
-    return onList("deassignACL", name, arguments, [](BridgeLists::List& found) {
-        found.port.reset();
-        return std::string();
-    });
+    return onList("deassignACL", name, arguments,
+                  [](BridgeLists::List& found) { found.port.reset(); });
 }
 
 int ACLContainer_t::getACLRule(const std::string& name, unsigned int ruleId,
@@ -208,15 +190,12 @@ int zubridge::mngSystemMacGet(const zuHandle_t& handle, unsigned char* mac) {
     const bool isDefault = std::ranges::all_of(handle.bytes, [](auto byte) { return byte == 0; });
     return Platform::current().call("mngSystemMacGet", isDefault ? "" : "another handle", [&] {
         std::ranges::copy(Platform::current().ont.systemMac, mac);
-        return std::string();
     });
 }
 
 int zubridge::gponOntMngVlanSet(unsigned int vlanId) {
-    return Platform::current().call("gponOntMngVlanSet", std::to_string(vlanId), [&] {
-        Platform::current().ont.vlanId = vlanId;
-        return std::string();
-    });
+    return Platform::current().call("gponOntMngVlanSet", std::to_string(vlanId),
+                                    [&] { Platform::current().ont.vlanId = vlanId; });
 }
 
 int zubridge::gponOntMngVlanGet(unsigned int* vlanId) {

@@ -19,18 +19,11 @@ using fake::quoted;
 
 namespace {
 
-constexpr int refused = 1;
-
 /// The journal shows a handle that is not the default one.
 std::string argumentsOf(const zuHandle_t& handle, const std::string& others) {
     const bool isDefault = std::all_of(std::begin(handle.bytes), std::end(handle.bytes),
                                        [](unsigned char byte) { return byte == 0; });
     return (isDefault ? "" : "another handle, ") + others;
-}
-
-int refuse(const std::string& function, const std::string& arguments) {
-    Platform::current().journal.write(fmt::format("{}({}) -> {}", function, arguments, refused));
-    return refused;
 }
 
 /// A query that answers with a value.
@@ -45,12 +38,9 @@ template <class Work>
 int onVlan(const char* function, const std::string& arguments, std::uint32_t vlanId, Work work) {
     Platform& platform = Platform::current();
     if (!platform.shelf.vlans.contains(vlanId)) {
-        return refuse(function, arguments);
+        return Platform::current().refuse(function, arguments);
     }
-    return platform.call(function, arguments, [&] {
-        work(platform.shelf);
-        return std::string();
-    });
+    return platform.call(function, arguments, [&] { work(platform.shelf); });
 }
 
 }  // namespace
@@ -69,7 +59,7 @@ int interfaceLinuxnameGet(int portId, int size, char* name) {
     const auto found = platform.shelf.portNames.find(portId);
     if (found == platform.shelf.portNames.end() || size < 0 ||
         found->second.size() >= static_cast<std::size_t>(size)) {
-        return refuse("interfaceLinuxnameGet", arguments);
+        return Platform::current().refuse("interfaceLinuxnameGet", arguments);
     }
     return platform.call("interfaceLinuxnameGet", arguments, [&] {
         std::memcpy(name, found->second.c_str(), found->second.size() + 1);
@@ -84,10 +74,8 @@ int zuvlanGetVlanInfoId(zuHandle_t handle, std::uint32_t vlanId, zuvlanInfo_t* i
 
 int zuvlanCreate(zuHandle_t handle, std::uint32_t vlanId) {
     Platform& platform = Platform::current();
-    return platform.call("zuvlanCreate", argumentsOf(handle, std::to_string(vlanId)), [&] {
-        platform.shelf.vlans[vlanId];
-        return std::string();
-    });
+    return platform.call("zuvlanCreate", argumentsOf(handle, std::to_string(vlanId)),
+                         [&] { platform.shelf.vlans[vlanId]; });
 }
 
 int zuvlanAddMembership(zuHandle_t handle, std::uint16_t vlanId, int portId) {
@@ -107,10 +95,8 @@ int zuvlanSetPvid(zuHandle_t handle, std::uint16_t vlanId, int portId) {
 
 int vlanMngWrite(std::uint32_t vlanId) {
     Platform& platform = Platform::current();
-    return platform.call("vlanMngWrite", std::to_string(vlanId), [&] {
-        platform.shelf.persistedManagementVlan = vlanId;
-        return std::string();
-    });
+    return platform.call("vlanMngWrite", std::to_string(vlanId),
+                         [&] { platform.shelf.persistedManagementVlan = vlanId; });
 }
 
 int defConnectCheckUplinkConflict(std::uint32_t vlanId, bool native) {
@@ -124,7 +110,6 @@ int defConnectReconfigureDefVlan(std::uint32_t vlanId, bool native) {
                          [&] {
                              platform.shelf.defaultVlan = vlanId;
                              platform.shelf.isDefaultVlanNative = native;
-                             return std::string();
                          });
 }
 

@@ -70,10 +70,8 @@ int update(const char* function, std::map<int, Record>& bySource, int source, Re
     if (record == nullptr || !isSource(source) || !isValid) {
         return platform.journal.write(fmt::format("{}({}): refused", function, source)), refused;
     }
-    return platform.call(function, fmt::format("{}, {}", source, describe(*record)), [&] {
-        bySource[source] = *record;
-        return std::string();
-    });
+    return platform.call(function, fmt::format("{}, {}", source, describe(*record)),
+                         [&] { bySource[source] = *record; });
 }
 
 }  // namespace
@@ -99,10 +97,8 @@ int varoUpdateInternalConfig(varoLib_s_internalConfig* config, std::int16_t seve
         return refused;
     }
     return platform.call("varoUpdateInternalConfig",
-                         fmt::format("{}, {}", describe(*config), severity), [&] {
-                             platform.internalConfig.severity = severity;
-                             return std::string();
-                         });
+                         fmt::format("{}, {}", describe(*config), severity),
+                         [&] { platform.internalConfig.severity = severity; });
 }
 
 int varoGetDnsWS(int* source, varoLib_s_dns* dns) {

@@ -18,11 +18,6 @@ namespace {
 
 constexpr int refused = 1;
 
-int refuse(const std::string& function, const std::string& arguments) {
-    Platform::current().journal.write(fmt::format("{}({}) -> {}", function, arguments, refused));
-    return refused;
-}
-
 bool isTerminated(const auto& text) { return std::memchr(text, '\0', sizeof text) != nullptr; }
 
 /// A read of the one record of a group, which leaves something else behind when it fails.
@@ -41,19 +36,7 @@ int read(const char* function, const Record& state, Record* record,
 
 template <class Record>
 int update(const char* function, Record& state, const Record* record) {
-    return Platform::current().call(function, describe(*record), [&] {
-        state = *record;
-        return std::string();
-    });
-}
-
-/// A call without arguments and without a result but its status.
-template <class Work>
-int perform(const char* function, Work work) {
-    return Platform::current().call(function, "", [&] {
-        work();
-        return std::string();
-    });
+    return Platform::current().call(function, describe(*record), [&] { state = *record; });
 }
 
 }  // namespace
@@ -76,18 +59,17 @@ int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
 }
 
 int varoDhcpRetreatAlrServNotResponding() {
-    return perform("varoDhcpRetreatAlrServNotResponding", [] {});
+    return Platform::current().call("varoDhcpRetreatAlrServNotResponding", "", [] {});
 }
 
 int varoAttachIpToIntf(varoLib_s_interface* interface) {
     auto& interfaces = Platform::current().addressing.interfaces;
     const std::string arguments = fake::describeRequest(*interface);
     if (!isTerminated(interface->name) || !interfaces.contains(interface->name)) {
-        return refuse("varoAttachIpToIntf", arguments);
+        return Platform::current().refuse("varoAttachIpToIntf", arguments);
     }
     return Platform::current().call("varoAttachIpToIntf", arguments, [&] {
         interfaces[interface->name] = {interface->ipAddr, interface->netmask};
-        return std::string();
     });
 }
 
@@ -97,12 +79,11 @@ int varoDettachIpFromIntf(varoLib_s_interface* interface) {
     const std::string arguments = fake::describeRequest(*interface);
     const auto found = addressing.interfaces.find(interface->name);
     if (found == addressing.interfaces.end() || found->second.address != interface->ipAddr) {
-        return refuse("varoDettachIpFromIntf", arguments);
+        return Platform::current().refuse("varoDettachIpFromIntf", arguments);
     }
     return Platform::current().call("varoDettachIpFromIntf", arguments, [&] {
         found->second = {0, 0};
         addressing.defaultGateway = 0;
-        return std::string();
     });
 }
 
@@ -113,7 +94,7 @@ int varoGetInterface(varoLib_s_interface* interface) {
     const auto& interfaces = Platform::current().addressing.interfaces;
     const auto found = interfaces.find(interface->name);
     if (found == interfaces.end()) {
-        return refuse("varoGetInterface", quoted(interface->name));
+        return Platform::current().refuse("varoGetInterface", quoted(interface->name));
     }
     const auto put = [interface](const fake::InterfaceAddress& address) {
         interface->ipAddr = htonl(address.address);
@@ -134,7 +115,7 @@ int varoGetIfcMAC(const char* name, unsigned char* mac) {
     const auto& macAddresses = Platform::current().addressing.macAddresses;
     const auto found = macAddresses.find(name);
     if (found == macAddresses.end()) {
-        return refuse("varoGetIfcMAC", quoted(name));
+        return Platform::current().refuse("varoGetIfcMAC", quoted(name));
     }
     const int status = Platform::current().call("varoGetIfcMAC", quoted(name), [&] {
         std::memcpy(mac, found->second.data(), found->second.size());
@@ -149,29 +130,24 @@ int varoGetIfcMAC(const char* name, unsigned char* mac) {
 int varoAddRoute(varoLib_s_route* route) {
     auto& gateway = Platform::current().addressing.defaultGateway;
     if (route->destination != 0 || route->gateway == 0 || gateway != 0) {
-        return refuse("varoAddRoute", describe(*route));
+        return Platform::current().refuse("varoAddRoute", describe(*route));
     }
-    return Platform::current().call("varoAddRoute", describe(*route), [&] {
-        gateway = route->gateway;
-        return std::string();
-    });
+    return Platform::current().call("varoAddRoute", describe(*route),
+                                    [&] { gateway = route->gateway; });
 }
 
 int varoDeleteRoute(varoLib_s_route* route) {
     auto& gateway = Platform::current().addressing.defaultGateway;
     if (route->destination != 0 || gateway == 0 || route->gateway != gateway) {
-        return refuse("varoDeleteRoute", describe(*route));
+        return Platform::current().refuse("varoDeleteRoute", describe(*route));
     }
-    return Platform::current().call("varoDeleteRoute", describe(*route), [&] {
-        gateway = 0;
-        return std::string();
-    });
+    return Platform::current().call("varoDeleteRoute", describe(*route), [&] { gateway = 0; });
 }
 
 int varoGetRouteByDst(varoLib_s_route* route) {
     const auto gateway = Platform::current().addressing.defaultGateway;
     if (route->destination != 0 || gateway == 0) {
-        return refuse("varoGetRouteByDst", describe(*route));
+        return Platform::current().refuse("varoGetRouteByDst", describe(*route));
     }
     return Platform::current().call("varoGetRouteByDst", describe(*route), [&] {
         route->gateway = gateway;
@@ -195,7 +171,6 @@ int varoSetIpv6Addr(varoLib_s_ipv6* ipv6) {
         state.prefixLen = ipv6->prefixLen;
         const std::string list = fmt::format("{}/{}", state.ipv6Addr, state.prefixLen);
         std::memcpy(state.ipv6AddrList, list.c_str(), list.size() + 1);
-        return std::string();
     });
 }
 
@@ -203,12 +178,11 @@ int varoSetIpv6Gw(varoLib_s_ipv6* ipv6) {
     auto& state = Platform::current().addressing.ipv6;
     return Platform::current().call("varoSetIpv6Gw", describe(*ipv6), [&] {
         std::memcpy(state.ipv6Gw, ipv6->ipv6Gw, sizeof state.ipv6Gw);
-        return std::string();
     });
 }
 
 int varoRemoveIpv6Addr() {
-    return perform("varoRemoveIpv6Addr", [] {
+    return Platform::current().call("varoRemoveIpv6Addr", "", [] {
         auto& state = Platform::current().addressing.ipv6;
         state.ipv6Addr[0] = '\0';
         state.prefixLen = 0;
@@ -217,8 +191,8 @@ int varoRemoveIpv6Addr() {
 }
 
 int varoRemoveIpv6Gw() {
-    return perform("varoRemoveIpv6Gw",
-                   [] { Platform::current().addressing.ipv6.ipv6Gw[0] = '\0'; });
+    return Platform::current().call("varoRemoveIpv6Gw", "",
+                                    [] { Platform::current().addressing.ipv6.ipv6Gw[0] = '\0'; });
 }
 
 int varoGetDhcp6(varoLib_s_dhcp6* dhcp) {

@@ -8,8 +8,6 @@
 
 using fake::describe;
 using fake::Platform;
-using fake::readWhole;
-using fake::updateWhole;
 
 namespace {
 
@@ -27,41 +25,9 @@ int fill(const char* function, int source, const Record& settings, Record* recor
 
 }  // namespace
 
-int varoGetTelnetSrv(varoLib_s_telnetSrv* server) {
-    return readWhole("varoGetTelnetSrv", services().telnet, server);
-}
-
-int varoUpdateTelnetSrv(varoLib_s_telnetSrv* server) {
-    return updateWhole("varoUpdateTelnetSrv", services().telnet, server);
-}
-
-int varoDefTelnetSrv(varoLib_s_telnetSrv* server) {
-    return readWhole("varoDefTelnetSrv", factory().telnet, server);
-}
-
-int varoGetSshSrv(varoLib_s_sshSrv* server) {
-    return readWhole("varoGetSshSrv", services().ssh, server);
-}
-
-int varoUpdateSshSrv(varoLib_s_sshSrv* server) {
-    return updateWhole("varoUpdateSshSrv", services().ssh, server);
-}
-
-int varoDefSshSrv(varoLib_s_sshSrv* server) {
-    return readWhole("varoDefSshSrv", factory().ssh, server);
-}
-
-int varoGetFtpSrv(varoLib_s_ftpSrv* server) {
-    return readWhole("varoGetFtpSrv", services().ftp, server);
-}
-
-int varoUpdateFtpSrv(varoLib_s_ftpSrv* server) {
-    return updateWhole("varoUpdateFtpSrv", services().ftp, server);
-}
-
-int varoDefFtpSrv(varoLib_s_ftpSrv* server) {
-    return readWhole("varoDefFtpSrv", factory().ftp, server);
-}
+WHOLE_RECORD(TelnetSrv, varoLib_s_telnetSrv, services().telnet, factory().telnet)
+WHOLE_RECORD(SshSrv, varoLib_s_sshSrv, services().ssh, factory().ssh)
+WHOLE_RECORD(FtpSrv, varoLib_s_ftpSrv, services().ftp, factory().ftp)
 
 int varoDefDnsWS(int source, varoLib_s_dns* dns) {
     return fill("varoDefDnsWS", source, factory().dns, dns);
@@ -82,8 +48,5 @@ int varoDefAcs(varoLib_s_acs* acs, int source) {
 
 int varoUpdateAcs(varoLib_s_acs* acs, int source) {
     return Platform::current().call("varoUpdateAcs", fmt::format("{}, {}", describe(*acs), source),
-                                    [&] {
-                                        services().acs[source] = *acs;
-                                        return std::string();
-                                    });
+                                    [&] { services().acs[source] = *acs; });
 }

@@ -12,9 +12,7 @@
 using fake::dotted;
 using fake::Platform;
 using fake::quoted;
-using fake::readWhole;
 using fake::refuse;
-using fake::updateWhole;
 
 namespace {
 
@@ -68,25 +66,12 @@ int perform(const char* function, const std::string& arguments, bool isGood, Wor
     if (!isGood) {
         return refuse(function, arguments);
     }
-    return Platform::current().call(function, arguments, [&] {
-        work();
-        return std::string();
-    });
+    return Platform::current().call(function, arguments, [&] { work(); });
 }
 
 }  // namespace
 
-int varoGetSubag(varoLib_s_subag* record) {
-    return readWhole("varoGetSubag", agent().managers, record);
-}
-
-int varoUpdateSubag(varoLib_s_subag* record) {
-    return updateWhole("varoUpdateSubag", agent().managers, record);
-}
-
-int varoDefSubag(varoLib_s_subag* record) {
-    return readWhole("varoDefSubag", factory().managers, record);
-}
+WHOLE_RECORD(Subag, varoLib_s_subag, agent().managers, factory().managers)
 
 int varoAddSubag(const char* community, unsigned int ipAddress) {
     auto* const place = freeManager();
@@ -123,17 +108,7 @@ int varoChangePortSubag(unsigned int port) {
                    [&] { agent().managers.port = static_cast<std::int32_t>(port); });
 }
 
-int varoGetSnmpCommunity(varoLib_s_snmpCommunity* communities) {
-    return readWhole("varoGetSnmpCommunity", agent().communities, communities);
-}
-
-int varoUpdateSnmpCommunity(varoLib_s_snmpCommunity* communities) {
-    return updateWhole("varoUpdateSnmpCommunity", agent().communities, communities);
-}
-
-int varoDefSnmpCommunity(varoLib_s_snmpCommunity* communities) {
-    return readWhole("varoDefSnmpCommunity", factory().communities, communities);
-}
+WHOLE_RECORD(SnmpCommunity, varoLib_s_snmpCommunity, agent().communities, factory().communities)
 
 int varoAddSnmpCommunity(const char* name, int access) {
     auto* const place = communityOf("");
@@ -161,17 +136,7 @@ int varoChangeSnmpCommunity(const char* name, int access) {
                    [&] { put(community->access, access == readOnly ? "ro" : "rw"); });
 }
 
-int varoGetSnmpSystem(varoLib_s_snmpSystem* system) {
-    return readWhole("varoGetSnmpSystem", agent().system, system);
-}
-
-int varoUpdateSnmpSystem(varoLib_s_snmpSystem* system) {
-    return updateWhole("varoUpdateSnmpSystem", agent().system, system);
-}
-
-int varoDefSnmpSystem(varoLib_s_snmpSystem* system) {
-    return readWhole("varoDefSnmpSystem", factory().system, system);
-}
+WHOLE_RECORD(SnmpSystem, varoLib_s_snmpSystem, agent().system, factory().system)
 
 int varoChangeSnmpSystem(const char* text, int selector) {
     varoLib_s_snmpSystem& system = agent().system;

@@ -46,10 +46,7 @@ int updateSource(const char* function, std::map<int, Record>& bySource, int sour
     if (!isSource(source)) {
         return refuse(function, arguments);
     }
-    return Platform::current().call(function, arguments, [&] {
-        bySource[source] = *record;
-        return std::string();
-    });
+    return Platform::current().call(function, arguments, [&] { bySource[source] = *record; });
 }
 
 /// A read of the client's status, of which there is one.
@@ -111,6 +108,5 @@ int varoUpdateSntpTimeZone(varoLib_s_sntpTimeZone* zone) {
 int varoUpdateSntpTimeZoneAlt(varoLib_s_sntpTimeZone* zone) {
     return Platform::current().call("varoUpdateSntpTimeZoneAlt", describe(*zone), [&] {
         std::memcpy(settings().zone.name, zone->name, sizeof zone->name);
-        return std::string();
     });
 }

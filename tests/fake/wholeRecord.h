@@ -34,10 +34,16 @@ int updateWhole(const char* function, Record& state, const Record* record) {
     if (record == nullptr) {
         return refuse(function, "null");
     }
-    return Platform::current().call(function, describe(*record), [&] {
-        state = *record;
-        return std::string();
-    });
+    return Platform::current().call(function, describe(*record), [&] { state = *record; });
 }
 
 }  // namespace fake
+
+/// Defines the three calls on a group: its name, the type of its record, where it is kept and what
+/// the factory values are.
+#define WHOLE_RECORD(group, Record, kept, made)                                                    \
+    int varoGet##group(Record* record) { return fake::readWhole("varoGet" #group, kept, record); } \
+    int varoUpdate##group(Record* record) {                                                        \
+        return fake::updateWhole("varoUpdate" #group, kept, record);                               \
+    }                                                                                              \
+    int varoDef##group(Record* record) { return fake::readWhole("varoDef" #group, made, record); }
