@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -19,4 +20,13 @@ inline std::vector<std::string> listedSymbols(const std::string& name) {
     }
     std::ranges::sort(lines);
     return lines;
+}
+
+/// The exported functions among them.
+inline std::vector<std::string> exportedFunctionNames() {
+    std::vector<std::string> names = listedSymbols("exports.txt");
+    std::erase_if(names, [](const std::string& symbol) {
+        return !std::regex_match(symbol, std::regex("network[A-Z]\\w*"));
+    });
+    return names;
 }

@@ -24,6 +24,7 @@ class Argument {
 public:
     Argument& number(std::uint32_t value);
     Argument& number(int value) { return number(static_cast<std::uint32_t>(value)); }
+    Argument& numbers(auto... values) { return (number(values), ...); }
     /// A text of any length.
     Argument& text(std::string_view text);
     /// A fixed character array, cleared behind the text.

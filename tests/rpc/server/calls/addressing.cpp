@@ -13,19 +13,10 @@ constexpr std::uint32_t mask = 0xffffff00;     // 4294967040
 
 /// The ONT's interface travels in the record of the whole network.
 const Argument ontArgument = Argument()
-                                 .number(address)
-                                 .number(mask)
+                                 .numbers(address, mask)
                                  .characters("\1\2\3\4\5\6", 6)
                                  .characters("\7\10\11\12\13\14", 6)
-                                 .number(1)
-                                 .number(1)
-                                 .number(77)
-                                 .number(1)
-                                 .number(1)
-                                 .number(1)
-                                 .number(2)
-                                 .number(88)
-                                 .number(1);
+                                 .numbers(1, 1, 77, 1, 1, 1, 2, 88, 1);
 
 Units ontResult(const Circumstances& found) {
     Result result(found.telling);
@@ -42,12 +33,12 @@ ProcedureCall setGateway(std::uint32_t gateway) {
 
 ProcedureCall setFlags(unsigned int number, const char* procedure, const char* function, int first,
                        int second) {
-    return statusCall(number, procedure, Argument().number(first).number(second),
+    return statusCall(number, procedure, Argument().numbers(first, second),
                       fmt::format("{}({}, {})", function, first, second));
 }
 
 ProcedureCall setMode(int mode) {
-    return statusCall(75, "set_def_vlan_mode", Argument().number(200).number(mode),
+    return statusCall(75, "set_def_vlan_mode", Argument().numbers(200, mode),
                       fmt::format("networkSetDefVlanMode(200, {})", mode));
 }
 
@@ -75,7 +66,7 @@ std::vector<ProcedureCall> callsOfAddressing() {
     return {
         nextArp(5),
         nextArp(-1),
-        statusCall(4, "set_ip", Argument().number(address).number(mask),
+        statusCall(4, "set_ip", Argument().numbers(address, mask),
                    "networkSetIp(3221225985, 4294967040)"),
         statusCall(5, "set_vlan", Argument().number(4000000000U), "networkSetVlan(4000000000)"),
         fillCall(6, "get_network_info", "networkGetNetworkInfo()", filled<rpcNetworkInfo>, {0}),
@@ -96,8 +87,8 @@ std::vector<ProcedureCall> callsOfAddressing() {
                    R"(networkSetIpv6Gw("2001:db8::fffe"))"),
         statusCall(72, "remove_ipv6addr", Argument(), "networkRemoveIpv6Addr()"),
         statusCall(73, "remove_ipv6gw", Argument(), "networkRemoveIpv6Gw()"),
-        {74, "set_mgmt_vlan_mode", Argument().number(100).number(2), Filling::none, "", zero},
-        {74, "set_mgmt_vlan_mode", Argument().number(~0U).number(-1), Filling::none, "", zero},
+        {74, "set_mgmt_vlan_mode", Argument().numbers(100, 2), Filling::none, "", zero},
+        {74, "set_mgmt_vlan_mode", Argument().numbers(~0U, -1), Filling::none, "", zero},
         setMode(1),
         setMode(2),
         statusCall(80, "set_ont_nmg", ontArgument, "networkSetOntMng(3221225985, 4294967040, 77)"),

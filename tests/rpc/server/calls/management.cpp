@@ -29,19 +29,17 @@ ProcedureCall flagCall(unsigned int number, const char* procedure, const std::st
 }
 
 ProcedureCall addRule(int flag) {
-    return statusCall(32, "add_ra_rule",
-                      Argument().number(address).number(mask).number(flag).number(9U),
+    return statusCall(32, "add_ra_rule", Argument().numbers(address, mask, flag, 9U),
                       fmt::format("networkAddRARule(3221225985, 4294967040, {}, 9)", flag));
 }
 
 ProcedureCall addTrap(int flag) {
-    return statusCall(42, "snmptrap_add", Argument().text("public").number(address).number(flag),
+    return statusCall(42, "snmptrap_add", Argument().text("public").numbers(address, flag),
                       fmt::format(R"(networkSnmptrapAdd("public", 3221225985, {}))", flag));
 }
 
 ProcedureCall addCommunity(int access, int flag) {
-    return statusCall(47, "snmpcommunity_add",
-                      Argument().text("private").number(access).number(flag),
+    return statusCall(47, "snmpcommunity_add", Argument().text("private").numbers(access, flag),
                       fmt::format(R"(networkSnmpCommunityAdd("private", {}, {}))", access, flag));
 }
 
@@ -110,8 +108,7 @@ std::vector<ProcedureCall> callsOfAgent() {
         addTrap(1),
         addTrap(0),
         fillCall(43, "get_snmptrap", "networkGetSnmptrapConfig()", filled<rpcSnmpTrapConfig>, {0}),
-        statusCall(44, "snmptrap_change",
-                   Argument().text("public").number(address).number(otherAddress),
+        statusCall(44, "snmptrap_change", Argument().text("public").numbers(address, otherAddress),
                    R"(networkSnmptrapChange("public", 3221225985, 3325256706))"),
         statusCall(45, "snmptrap_port", Argument().number(162U), "networkSnmptrapPort(162)"),
         addCommunity(1, 1),

@@ -16,7 +16,7 @@ std::vector<ProcedureCall> callsOfResolver() {
         fillCall(15, "get_domainname", "networkGetDomainname()", filled<rpcStringResult>, {0}),
         statusCall(16, "set_hostname", Argument().text("shelf"), R"(networkSetHostname("shelf"))"),
         fillCall(17, "get_hostname", "networkGetHostname()", filled<rpcStringResult>, {0}),
-        statusCall(28, "set_dns_servers", Argument().number(primary).number(secondary),
+        statusCall(28, "set_dns_servers", Argument().numbers(primary, secondary),
                    "networkSetDnsServers(3221225985, 3325256706)"),
         statusCall(29, "delete_dns_servers", Argument(), "networkDeleteDnsServers()"),
         fillCall(30, "get_dns_servers", "networkGetDnsServers()", filled<rpcNetworkDnsInfo>,

@@ -4,36 +4,19 @@
 
 namespace {
 
-const Argument addressesArgument = Argument()
-                                       .number(1)
-                                       .number(0xc0000201U)
-                                       .number(3)
-                                       .number(1)
-                                       .number(0xc0000202U)
-                                       .number(4)
-                                       .number(0)
-                                       .number(0U)
-                                       .number(-7)
-                                       .number(-8);
+const Argument addressesArgument =
+    Argument().numbers(1, 0xc0000201U, 3, 1, 0xc0000202U, 4, 0, 0U, -7, -8);
 
 const Argument hostsArgument = Argument()
                                    .number(1)
                                    .characters("ntp1.example.org", 256)
-                                   .number(3)
-                                   .number(1)
-                                   .number(0)
+                                   .numbers(3, 1, 0)
                                    .characters("192.0.2.2", 256)
-                                   .number(4)
-                                   .number(0)
-                                   .number(1)
+                                   .numbers(4, 0, 1)
                                    .characters("2001:db8::3", 256)
-                                   .number(5)
-                                   .number(6)
-                                   .number(2)
+                                   .numbers(5, 6, 2)
                                    .characters("", 256)
-                                   .number(-7)
-                                   .number(-8)
-                                   .number(-9);
+                                   .numbers(-7, -8, -9);
 
 /// A name has room for 199 characters, of which the first 99 travel.
 Units zoneName(const Circumstances& found) {
@@ -51,7 +34,7 @@ ProcedureCall setZoneOffset(int offset) {
 }  // namespace
 
 std::vector<ProcedureCall> callsOfTime() {
-    const Argument rule = Argument().number(10U).number(5U).number(7U).number(-200);
+    const Argument rule = Argument().numbers(10U, 5U, 7U, -200);
     return {
         fillCall(22, "sntp_info", "networkGetSntpInfo()", filled<rpcSntpInfo>, {0}),
         statusCall(23, "set_time_info", Argument().text("01/02/2024 03:04:05"),

@@ -140,3 +140,10 @@ private:
     Telling telling = exportedFunctions().telling;
     unsigned int filled = 0;
 };
+
+/// Defines a faked function: its name, its parameters and, as arguments to be shown, their names.
+#define FAKE(function, parameters, ...) \
+    int function parameters { return ExportedCall(#function __VA_OPT__(, ) __VA_ARGS__).end(); }
+/// One that shows nothing and fills these outputs.
+#define FILLING_FAKE(function, parameters, ...) \
+    int function parameters { return ExportedCall(#function).fill(__VA_ARGS__).end(); }

@@ -4,48 +4,29 @@
 #include "exported/ExportedCall.h"
 #include "network/exports.h"
 
-int networkFtpEnable(int on) { return ExportedCall("networkFtpEnable", on).end(); }
-
-int networkGetFtpState() { return ExportedCall("networkGetFtpState").end(); }
-
-int networkSetHttpSPort(unsigned int port) {
-    return ExportedCall("networkSetHttpSPort", port).end();
-}
-
-int networkSetHttpSProto(Network::SProtocol protocol) {
-    return ExportedCall("networkSetHttpSProto", protocol).end();
-}
-
-int networkHttpSServerEnable(bool on) { return ExportedCall("networkHttpSServerEnable", on).end(); }
-
-int networkHttpServerEnable(int on) { return ExportedCall("networkHttpServerEnable", on).end(); }
-
-int networkGetHttpInfo(Network::HttpInfo* info) {
-    return ExportedCall("networkGetHttpInfo").fill(info).end();
-}
-
-int networkAddRARule(unsigned int ipAddr, unsigned int netmask, int permit, unsigned int index) {
-    return ExportedCall("networkAddRARule", ipAddr, netmask, permit, index).end();
-}
-
-int networkRemoveRARule(unsigned int index) {
-    return ExportedCall("networkRemoveRARule", index).end();
-}
+FAKE(networkFtpEnable, (int on), on)
+FAKE(networkGetFtpState, ())
+FAKE(networkSetHttpSPort, (unsigned int port), port)
+FAKE(networkSetHttpSProto, (Network::SProtocol protocol), protocol)
+FAKE(networkHttpSServerEnable, (bool on), on)
+FAKE(networkHttpServerEnable, (int on), on)
+FILLING_FAKE(networkGetHttpInfo, (Network::HttpInfo * info), info)
+FAKE(networkAddRARule, (unsigned int ipAddr, unsigned int netmask, int permit, unsigned int index),
+     ipAddr, netmask, permit, index)
+FAKE(networkRemoveRARule, (unsigned int index), index)
 
 int networkIterateRules(unsigned int index, Network::RemoteAccessRule* rule) {
     return ExportedCall("networkIterateRules", index).fill(rule).end();
 }
 
-int networkGetSWData(char* product, char* buildDirectory, char* buildTime, char* upgradeProduct,
-                     char* packageRelease, char* osRelease, char* fileSystem, char* bootLoader,
-                     char* recoveryFileSystem) {
-    return ExportedCall("networkGetSWData")
-        .fill(OutputText{product, 100}, OutputText{buildDirectory, 100}, OutputText{buildTime, 100},
-              OutputText{upgradeProduct, 100}, OutputText{packageRelease, 100},
-              OutputText{osRelease, 100}, OutputText{fileSystem, 100}, OutputText{bootLoader, 100},
-              OutputText{recoveryFileSystem, 100})
-        .end();
-}
+FILLING_FAKE(networkGetSWData,
+             (char* product, char* buildDirectory, char* buildTime, char* upgradeProduct,
+              char* packageRelease, char* osRelease, char* fileSystem, char* bootLoader,
+              char* recoveryFileSystem),
+             OutputText{product, 100}, OutputText{buildDirectory, 100}, OutputText{buildTime, 100},
+             OutputText{upgradeProduct, 100}, OutputText{packageRelease, 100},
+             OutputText{osRelease, 100}, OutputText{fileSystem, 100}, OutputText{bootLoader, 100},
+             OutputText{recoveryFileSystem, 100})
 
 int networkGetVersionLineApl(char* line, int* index) {
     return ExportedCall("networkGetVersionLineApl", *index)
@@ -59,66 +40,27 @@ int networkGetVersionLinePlat(char* line, int* index) {
         .end();
 }
 
-int networkGetPackageData(char* name, char* version) {
-    return ExportedCall("networkGetPackageData")
-        .fill(OutputText{name, 100}, OutputText{version, 100})
-        .end();
-}
-
-int networkGetTelnetConfig(bool* on) {
-    return ExportedCall("networkGetTelnetConfig").fill(on).end();
-}
-
-int networkTelnetEnable(int on) { return ExportedCall("networkTelnetEnable", on).end(); }
-
-int networkGetSshConfig(bool* on) { return ExportedCall("networkGetSshConfig").fill(on).end(); }
-
-int networkSshEnable(int on) { return ExportedCall("networkSshEnable", on).end(); }
-
-int networkSnmptrapAdd(const char* community, unsigned int ipAddress, int add) {
-    return ExportedCall("networkSnmptrapAdd", community, ipAddress, add).end();
-}
-
-int networkGetSnmptrapConfig(rpcSnmpTrapConfig* config) {
-    return ExportedCall("networkGetSnmptrapConfig").fill(config).end();
-}
-
-int networkSnmptrapChange(const char* community, unsigned int oldAddress, unsigned int newAddress) {
-    return ExportedCall("networkSnmptrapChange", community, oldAddress, newAddress).end();
-}
-
-int networkSnmptrapPort(unsigned int port) {
-    return ExportedCall("networkSnmptrapPort", port).end();
-}
-
-int networkSnmpCommunityAdd(const char* name, rpcSnmpCommunityAccess access, int add) {
-    return ExportedCall("networkSnmpCommunityAdd", name, access, add).end();
-}
-
-int networkSnmpCommunityChange(const char* name, rpcSnmpCommunityAccess access) {
-    return ExportedCall("networkSnmpCommunityChange", name, access).end();
-}
-
-int networkSnmpCommunityGet(rpcSnmpCommunityConfig* config) {
-    return ExportedCall("networkSnmpCommunityGet").fill(config).end();
-}
-
-int networkSnmpSystemChange(const char* text, rpcSnmpSystemSelector selector) {
-    return ExportedCall("networkSnmpSystemChange", text, selector).end();
-}
-
-int networkSnmpSystemGet(rpcSnmpSystemConfig* config) {
-    return ExportedCall("networkSnmpSystemGet").fill(config).end();
-}
-
-int networkGetPtyMaxSess(unsigned int* maxSessions, unsigned int* value) {
-    return ExportedCall("networkGetPtyMaxSess").fill(maxSessions, value).end();
-}
-
-int networkSetPtyMaxSess(unsigned int maxSessions) {
-    return ExportedCall("networkSetPtyMaxSess", maxSessions).end();
-}
-
-int networkHttpServerSet(int on) { return ExportedCall("networkHttpServerSet", on).end(); }
-
-int networkHttpGet(bool* on) { return ExportedCall("networkHttpGet").fill(on).end(); }
+FILLING_FAKE(networkGetPackageData, (char* name, char* version), OutputText{name, 100},
+             OutputText{version, 100})
+FILLING_FAKE(networkGetTelnetConfig, (bool* on), on)
+FAKE(networkTelnetEnable, (int on), on)
+FILLING_FAKE(networkGetSshConfig, (bool* on), on)
+FAKE(networkSshEnable, (int on), on)
+FAKE(networkSnmptrapAdd, (const char* community, unsigned int ipAddress, int add), community,
+     ipAddress, add)
+FILLING_FAKE(networkGetSnmptrapConfig, (rpcSnmpTrapConfig * config), config)
+FAKE(networkSnmptrapChange,
+     (const char* community, unsigned int oldAddress, unsigned int newAddress), community,
+     oldAddress, newAddress)
+FAKE(networkSnmptrapPort, (unsigned int port), port)
+FAKE(networkSnmpCommunityAdd, (const char* name, rpcSnmpCommunityAccess access, int add), name,
+     access, add)
+FAKE(networkSnmpCommunityChange, (const char* name, rpcSnmpCommunityAccess access), name, access)
+FILLING_FAKE(networkSnmpCommunityGet, (rpcSnmpCommunityConfig * config), config)
+FAKE(networkSnmpSystemChange, (const char* text, rpcSnmpSystemSelector selector), text, selector)
+FILLING_FAKE(networkSnmpSystemGet, (rpcSnmpSystemConfig * config), config)
+FILLING_FAKE(networkGetPtyMaxSess, (unsigned int* maxSessions, unsigned int* value), maxSessions,
+             value)
+FAKE(networkSetPtyMaxSess, (unsigned int maxSessions), maxSessions)
+FAKE(networkHttpServerSet, (int on), on)
+FILLING_FAKE(networkHttpGet, (bool* on), on)

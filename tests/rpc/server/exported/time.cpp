@@ -3,74 +3,25 @@
 #include "exported/ExportedCall.h"
 #include "network/exports.h"
 
-int networkSetTimeInfo(const char* text) { return ExportedCall("networkSetTimeInfo", text).end(); }
-
-int networkGetTimeInfo(char* time) {
-    return ExportedCall("networkGetTimeInfo").fill(OutputText{time, 30}).end();
-}
-
-int networkSetTimezoneOffset(int offset) {
-    return ExportedCall("networkSetTimezoneOffset", offset).end();
-}
-
-int networkSetTimezoneName(const char* name) {
-    return ExportedCall("networkSetTimezoneName", name).end();
-}
-
-int networkGetTimezoneInfo(int* offset, char* name) {
-    return ExportedCall("networkGetTimezoneInfo").fill(offset, OutputText{name, 200}).end();
-}
-
-int networkGetSntpConfig(rpcSntpConfig* config) {
-    return ExportedCall("networkGetSntpConfig").fill(config).end();
-}
-
-int networkGetSntpConfigWS(int* source, rpcSntpConfig* config) {
-    return ExportedCall("networkGetSntpConfigWS").fill(source, config).end();
-}
-
-int networkGetSntpConfigWSHost(int* source, rpcSntpConfigHost* config) {
-    return ExportedCall("networkGetSntpConfigWSHost").fill(source, config).end();
-}
-
-int networkUpdateSntpConfig(rpcSntpConfig* config) {
-    return ExportedCall("networkUpdateSntpConfig", config).end();
-}
-
-int networkUpdateSntpConfigHost(rpcSntpConfigHost* config) {
-    return ExportedCall("networkUpdateSntpConfigHost", config).end();
-}
-
-int networkGetSntpInfo(rpcSntpInfo* info) {
-    return ExportedCall("networkGetSntpInfo").fill(info).end();
-}
-
-int networkGetSntpInfoWS(int* source, rpcSntpInfo* info) {
-    return ExportedCall("networkGetSntpInfoWS").fill(source, info).end();
-}
-
-int networkGetSntpInfoWSHost(int* source, rpcSntpInfoHost* info) {
-    return ExportedCall("networkGetSntpInfoWSHost").fill(source, info).end();
-}
-
-int networkSetSntpTimezoneDstStart(unsigned int month, unsigned int week, unsigned int dayInWeek,
-                                   int time) {
-    return ExportedCall("networkSetSntpTimezoneDstStart", month, week, dayInWeek, time).end();
-}
-
-int networkSetSntpTimezoneDstEnd(unsigned int month, unsigned int week, unsigned int dayInWeek,
-                                 int time) {
-    return ExportedCall("networkSetSntpTimezoneDstEnd", month, week, dayInWeek, time).end();
-}
-
-int networkSetSntpTimezoneDstOffset(int dstOffset) {
-    return ExportedCall("networkSetSntpTimezoneDstOffset", dstOffset).end();
-}
-
-int networkSetSntpTimezone(int offset, const char* linuxName) {
-    return ExportedCall("networkSetSntpTimezone", offset, linuxName).end();
-}
-
-int networkGetSntpTimezoneInfo(rpcNetworkSntpTimezone* info) {
-    return ExportedCall("networkGetSntpTimezoneInfo").fill(info).end();
-}
+FAKE(networkSetTimeInfo, (const char* text), text)
+FILLING_FAKE(networkGetTimeInfo, (char* time), OutputText{time, 30})
+FAKE(networkSetTimezoneOffset, (int offset), offset)
+FAKE(networkSetTimezoneName, (const char* name), name)
+FILLING_FAKE(networkGetTimezoneInfo, (int* offset, char* name), offset, OutputText{name, 200})
+FILLING_FAKE(networkGetSntpConfig, (rpcSntpConfig * config), config)
+FILLING_FAKE(networkGetSntpConfigWS, (int* source, rpcSntpConfig* config), source, config)
+FILLING_FAKE(networkGetSntpConfigWSHost, (int* source, rpcSntpConfigHost* config), source, config)
+FAKE(networkUpdateSntpConfig, (rpcSntpConfig * config), config)
+FAKE(networkUpdateSntpConfigHost, (rpcSntpConfigHost * config), config)
+FILLING_FAKE(networkGetSntpInfo, (rpcSntpInfo * info), info)
+FILLING_FAKE(networkGetSntpInfoWS, (int* source, rpcSntpInfo* info), source, info)
+FILLING_FAKE(networkGetSntpInfoWSHost, (int* source, rpcSntpInfoHost* info), source, info)
+FAKE(networkSetSntpTimezoneDstStart,
+     (unsigned int month, unsigned int week, unsigned int dayInWeek, int time), month, week,
+     dayInWeek, time)
+FAKE(networkSetSntpTimezoneDstEnd,
+     (unsigned int month, unsigned int week, unsigned int dayInWeek, int time), month, week,
+     dayInWeek, time)
+FAKE(networkSetSntpTimezoneDstOffset, (int dstOffset), dstOffset)
+FAKE(networkSetSntpTimezone, (int offset, const char* linuxName), offset, linuxName)
+FILLING_FAKE(networkGetSntpTimezoneInfo, (rpcNetworkSntpTimezone * info), info)
