@@ -12,8 +12,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 /// The time zone of the process, for as long as this lives.
 class ProcessTimeZone {
 public:
@@ -59,18 +57,18 @@ Entries setTo(const std::string& moment) {
 
 TEST_F(Clock, IsSetToLocalTime) {
     EXPECT_EQ(networkSetTimeInfo("31/12/2024 23:59:30"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1735689570.000000")));
+    EXPECT_JOURNAL(setTo("1735689570.000000"));
     ProcessTimeZone::set("TST-2");
     EXPECT_EQ(networkSetTimeInfo("31/12/2024 23:59:30"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1735682370.000000")));
+    EXPECT_JOURNAL(setTo("1735682370.000000"));
 }
 
 TEST_F(Clock, DaylightSavingIsTheSystemsDecision) {
     ProcessTimeZone::set(withDaylightSaving);
     EXPECT_EQ(networkSetTimeInfo("01/01/2024 12:00:00"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1704106800.000000")));
+    EXPECT_JOURNAL(setTo("1704106800.000000"));
     EXPECT_EQ(networkSetTimeInfo("01/07/2024 12:00:00"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1719828000.000000")));
+    EXPECT_JOURNAL(setTo("1719828000.000000"));
 }
 
 TEST_F(Clock, TextBehindTheTimeIsIgnored) {
@@ -78,29 +76,28 @@ TEST_F(Clock, TextBehindTheTimeIsIgnored) {
          {"31/12/2024 23:59:30 UTC", "31/12/2024 23:59:30.75", "31/12/2024 23:59:30\n",
           "31/12/2024   23:59:30", "31/12/202423:59:30", "  31/12/2024 23:59:30"}) {
         EXPECT_EQ(networkSetTimeInfo(text), 0) << text;
-        EXPECT_THAT(journal(), ElementsAreArray(setTo("1735689570.000000")));
+        EXPECT_JOURNAL(setTo("1735689570.000000"));
     }
 }
 
 TEST_F(Clock, NumbersNeedNotBeFilledUp) {
     EXPECT_EQ(networkSetTimeInfo("1/2/2024 3:4:5"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1706756645.000000")));
+    EXPECT_JOURNAL(setTo("1706756645.000000"));
 }
 
 TEST_F(Clock, DaysThatTheMonthDoesNotHaveRunIntoTheNext) {
     EXPECT_EQ(networkSetTimeInfo("31/02/2024 00:00:00"), 0);  // 2 March 2024
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1709337600.000000")));
+    EXPECT_JOURNAL(setTo("1709337600.000000"));
     EXPECT_EQ(networkSetTimeInfo("29/02/2023 00:00:00"), 0);  // 1 March 2023
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1677628800.000000")));
+    EXPECT_JOURNAL(setTo("1677628800.000000"));
     EXPECT_EQ(networkSetTimeInfo("29/02/2024 00:00:00"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(setTo("1709164800.000000")));
+    EXPECT_JOURNAL(setTo("1709164800.000000"));
 }
 
 TEST_F(Clock, TimesBefore1970AreTheKernelsBusiness) {
     platform.fail("settimeofday", 22);
     EXPECT_EQ(networkSetTimeInfo("31/12/1969 23:59:59"), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively("settimeofday(-1.000000, no zone) -> errno 22")));
+    EXPECT_JOURNAL(exclusively("settimeofday(-1.000000, no zone) -> errno 22"));
 }
 
 TEST_F(Clock, TextsThatAreNoTimeFailSilently) {
@@ -111,15 +108,14 @@ TEST_F(Clock, TextsThatAreNoTimeFailSilently) {
           "01/01/2024 00:00", "01/01/20245 00:00:00", "23:59:30 31/12/2024",
           "01.01.2024 00:00:00"}) {
         EXPECT_EQ(networkSetTimeInfo(text), -1) << text;
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively()));
+        EXPECT_JOURNAL(exclusively());
     }
 }
 
 TEST_F(Clock, ThatMayNotBeSetFailsSilently) {
     platform.fail("settimeofday", 1);
     EXPECT_EQ(networkSetTimeInfo("31/12/2024 23:59:30"), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(
-                               exclusively("settimeofday(1735689570.000000, no zone) -> errno 1")));
+    EXPECT_JOURNAL(exclusively("settimeofday(1735689570.000000, no zone) -> errno 1"));
 }
 
 TEST_F(Clock, IsReadWithTheTimeFirst) {
@@ -129,7 +125,7 @@ TEST_F(Clock, IsReadWithTheTimeFirst) {
     EXPECT_EQ(time.content(), "23:59:30 31/12/2024");
     EXPECT_EQ(time.text[20], '#');
     EXPECT_TRUE(time.isIntactBehind());
-    EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+    EXPECT_JOURNAL(sharing());
 }
 
 TEST_F(Clock, IsReadInLocalTimeByTheZoneOfTheMoment) {
@@ -162,19 +158,17 @@ TEST_F(Clock, WithoutALocalTimeIsReported) {
     Buffer<30> time;
     platform.timeOfDay = {std::numeric_limits<std::time_t>::max(), 0};
     EXPECT_EQ(networkGetTimeInfo(time.text), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(error("localtime (&curtime) error"))));
+    EXPECT_JOURNAL(sharing(error("localtime (&curtime) error")));
     platform.timeOfDay = {1735689570, 0};
     platform.fail("localtime_r", 75);
     EXPECT_EQ(networkGetTimeInfo(time.text), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("localtime_r() -> errno 75",
-                                                    error("localtime (&curtime) error"))));
+    EXPECT_JOURNAL(sharing("localtime_r() -> errno 75", error("localtime (&curtime) error")));
     EXPECT_TRUE(time.isUntouched());
 }
 
 TEST_F(Clock, BufferThatIsNullIsReported) {
     EXPECT_EQ(networkGetTimeInfo(nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(error(
-                               "getTimeInfo failed! One of input args is NULL. time: (nil)"))));
+    EXPECT_JOURNAL(sharing(error("getTimeInfo failed! One of input args is NULL. time: (nil)")));
 }
 
 }  // namespace

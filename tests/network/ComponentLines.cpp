@@ -15,7 +15,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 class ComponentLines : public EntityTest {
 protected:
@@ -64,7 +63,7 @@ TEST_F(ComponentLines, IndexOutsideTheListIsItsEnd) {
             EXPECT_EQ(read(line.text, &index), 0);
             EXPECT_EQ(index, -1);
             EXPECT_TRUE(line.isUntouched());
-            EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+            EXPECT_JOURNAL(sharing());
         }
     }
 }
@@ -76,7 +75,7 @@ TEST_F(ComponentLines, IndexBehindTheLastLineIsTheListsEnd) {
         EXPECT_EQ(networkGetVersionLinePlat(line.text, &index), 0);
         EXPECT_EQ(index, -1) << "there is one line";
         EXPECT_TRUE(line.isUntouched());
-        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+        EXPECT_JOURNAL(sharing());
     }
 }
 
@@ -85,7 +84,7 @@ TEST_F(ComponentLines, LineThatIsNullEndsTheWalkAsAFailure) {
         int index = 0;
         EXPECT_EQ(read(nullptr, &index), -1);
         EXPECT_EQ(index, -1);
-        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+        EXPECT_JOURNAL(sharing());
     }
 }
 
@@ -97,7 +96,7 @@ TEST_F(ComponentLines, RefusedLockLeavesLineAndIndexAlone) {
         EXPECT_EQ(read(line.text, &index), -1);
         EXPECT_EQ(index, 0);
         EXPECT_TRUE(line.isUntouched());
-        EXPECT_THAT(journal(), refusedLock("sharedLock"));
+        EXPECT_JOURNAL(refused("sharedLock"));
     }
 }
 

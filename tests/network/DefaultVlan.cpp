@@ -4,8 +4,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 using DefaultVlan = VlanTest;
 
 std::string entry(const std::string& arguments) {
@@ -15,10 +13,9 @@ std::string entry(const std::string& arguments) {
 TEST_F(DefaultVlan, DefaultVlanIsMadeNative) {
     platform.shelf.isInProfileMode = true;
     EXPECT_EQ(networkSetDefVlanMode(300, 2), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(
-                               entry("defVid=300, defMode=2"),
-                               exclusively(profile, "defConnectCheckUplinkConflict(300, true) -> 0",
-                                           "defConnectReconfigureDefVlan(300, true) -> 0"))));
+    EXPECT_JOURNAL(entry("defVid=300, defMode=2"),
+                   exclusively(profile, "defConnectCheckUplinkConflict(300, true) -> 0",
+                               "defConnectReconfigureDefVlan(300, true) -> 0"));
     Network::NetworkInfo info{};
     EXPECT_EQ(entity().getNetworkInfo(&info), 0);
     EXPECT_EQ(info.defVid, 300U);
@@ -31,11 +28,9 @@ TEST_F(DefaultVlan, DefaultVlanIsMadeTaggedByEveryOtherMode) {
     for (const auto& [mode, text] : {std::pair{0U, "0"}, {1U, "1"}, {3U, "3"}, {~0U, "-1"}}) {
         platform.shelf.isDefaultVlanNative = true;
         EXPECT_EQ(networkSetDefVlanMode(300, mode), 0);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sequence(
-                        entry(std::string("defVid=300, defMode=") + text),
-                        exclusively(profile, "defConnectCheckUplinkConflict(300, false) -> 0",
-                                    "defConnectReconfigureDefVlan(300, false) -> 0"))));
+        EXPECT_JOURNAL(entry(std::string("defVid=300, defMode=") + text),
+                       exclusively(profile, "defConnectCheckUplinkConflict(300, false) -> 0",
+                                   "defConnectReconfigureDefVlan(300, false) -> 0"));
         EXPECT_FALSE(platform.shelf.isDefaultVlanNative);
     }
 }
@@ -43,37 +38,31 @@ TEST_F(DefaultVlan, DefaultVlanIsMadeTaggedByEveryOtherMode) {
 TEST_F(DefaultVlan, DefaultVlanIsNotCutToSixteenBits) {
     platform.shelf.isInProfileMode = true;
     EXPECT_EQ(networkSetDefVlanMode(4294967295U, 2), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    entry("defVid=-1, defMode=2"),
-                    exclusively(profile, "defConnectCheckUplinkConflict(4294967295, true) -> 0",
-                                "defConnectReconfigureDefVlan(4294967295, true) -> 0"))));
+    EXPECT_JOURNAL(entry("defVid=-1, defMode=2"),
+                   exclusively(profile, "defConnectCheckUplinkConflict(4294967295, true) -> 0",
+                               "defConnectReconfigureDefVlan(4294967295, true) -> 0"));
 }
 
 TEST_F(DefaultVlan, DefaultVlanIsRefusedOutsideProfileMode) {
     EXPECT_EQ(networkSetDefVlanMode(300, 2), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(entry("defVid=300, defMode=2"),
-                                          exclusively(noProfile, error("setDefVlanMode():1047")))));
+    EXPECT_JOURNAL(entry("defVid=300, defMode=2"),
+                   exclusively(noProfile, error("setDefVlanMode():1047")));
 }
 
 TEST_F(DefaultVlan, DefaultVlanZeroIsRefusedBeforeTheProfileIsAskedFor) {
     platform.shelf.isInProfileMode = true;
     EXPECT_EQ(networkSetDefVlanMode(0, 1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(entry("defVid=0, defMode=1"),
-                                                     exclusively(error("setDefVlanMode():1047")))));
+    EXPECT_JOURNAL(entry("defVid=0, defMode=1"), exclusively(error("setDefVlanMode():1047")));
 }
 
 TEST_F(DefaultVlan, DefaultVlanInConflictWithAnUplinkIsReported) {
     platform.shelf.isInProfileMode = true;
     platform.fail("defConnectCheckUplinkConflict", -17);
     EXPECT_EQ(networkSetDefVlanMode(300, 2), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    entry("defVid=300, defMode=2"),
-                    exclusively(profile, "defConnectCheckUplinkConflict(300, true) -> -17",
-                                error("setDefVlanMode: VLAN conflict on network-interface (rv = "
-                                      "-17)")))));
+    EXPECT_JOURNAL(entry("defVid=300, defMode=2"),
+                   exclusively(profile, "defConnectCheckUplinkConflict(300, true) -> -17",
+                               error("setDefVlanMode: VLAN conflict on network-interface (rv = "
+                                     "-17)")));
     EXPECT_EQ(platform.shelf.defaultVlan, 1U);
 }
 
@@ -81,22 +70,19 @@ TEST_F(DefaultVlan, DefaultVlanThatCannotBeReconfiguredIsReported) {
     platform.shelf.isInProfileMode = true;
     platform.fail("defConnectReconfigureDefVlan", 9);
     EXPECT_EQ(networkSetDefVlanMode(300, 1), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    entry("defVid=300, defMode=1"),
-                    exclusively(profile, "defConnectCheckUplinkConflict(300, false) -> 0",
-                                "defConnectReconfigureDefVlan(300, false) -> 9",
-                                error("setDefVlanMode: reconfiguring DEFAULT VLAN failed (rv = "
-                                      "9)")))));
+    EXPECT_JOURNAL(entry("defVid=300, defMode=1"),
+                   exclusively(profile, "defConnectCheckUplinkConflict(300, false) -> 0",
+                               "defConnectReconfigureDefVlan(300, false) -> 9",
+                               error("setDefVlanMode: reconfiguring DEFAULT VLAN failed (rv = "
+                                     "9)")));
     EXPECT_EQ(platform.shelf.defaultVlan, 1U);
 }
 
 TEST_F(DefaultVlan, DefaultVlanIsTracedAroundARefusedLock) {
     platform.fail("exclusiveLock", 1);
     EXPECT_EQ(networkSetDefVlanMode(300, 2), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(entry("defVid=300, defMode=2"), refused("exclusiveLock"),
-                                          error("setDefVlanMode():1042"))));
+    EXPECT_JOURNAL(entry("defVid=300, defMode=2"), refused("exclusiveLock"),
+                   error("setDefVlanMode():1042"));
 }
 
 TEST_F(DefaultVlan, EntryIsTracedAtTheLevelOfFailures) {
@@ -120,36 +106,33 @@ TEST_F(ShelfIdentity, NewIdentityOfTheShelfIsWrittenIntoOption82) {
     entity().onShelfIdVlanChange("not looked at");
     const std::string read =
         R"(varoGetDhcp() -> 0 {selector=0 dhcp=1 vendor=0 option82=1 circuitId=""})";
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            read,
-            exclusively(
-                read, R"(getShelfId() -> "4")",
-                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:4 eth 5:1:"}) -> 0)",
-                trace("setOption82: return value: 0")))));
+    EXPECT_JOURNAL(exclusively(
+        read,
+        exclusively(
+            read, R"(getShelfId() -> "4")",
+            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:4 eth 5:1:"}) -> 0)",
+            trace("setOption82: return value: 0"))));
 }
 
 TEST_F(ShelfIdentity, NewIdentityOfTheShelfWritesNothingWhileOption82IsOff) {
     entity().onShelfIdVlanChange("4");
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(option82Off)));
+    EXPECT_JOURNAL(exclusively(option82Off));
 }
 
 TEST_F(ShelfIdentity, NewIdentityOfTheShelfIsLostWhenTheLockIsRefused) {
     platform.addressing.dhcp.option82Enabled = 1;
     platform.fail("exclusiveLock", 1);
     entity().onShelfIdVlanChange("4");
-    EXPECT_THAT(journal(), ElementsAreArray(refused("exclusiveLock")));
+    EXPECT_JOURNAL(refused("exclusiveLock"));
 }
 
 TEST_F(ShelfIdentity, NewIdentityOfTheShelfIsLostWhenTheInnerLockIsRefused) {
     platform.addressing.dhcp.option82Enabled = 1;
     platform.fail("exclusiveLock", 1, 1, 1);
     entity().onShelfIdVlanChange("4");
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})",
-                    refused("exclusiveLock"))));
+    EXPECT_JOURNAL(
+        exclusively(R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})",
+                    refused("exclusiveLock")));
 }
 
 }  // namespace

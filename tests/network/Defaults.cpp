@@ -13,7 +13,7 @@ using Defaults = DefaultsTest;
 TEST_F(Defaults, AllGroupsAreWrittenInTheirOrder) {
     readComponents();
     EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(Groups().all()));
+    EXPECT_JOURNAL(Groups().all());
 }
 
 TEST_F(Defaults, AreSilentAtTheOrdinaryThreshold) {
@@ -22,7 +22,7 @@ TEST_F(Defaults, AreSilentAtTheOrdinaryThreshold) {
     EXPECT_EQ(entity().applyDefaultSettings(), 1);
     Groups groups;
     groups.entry = {};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 using DefaultsDeathTest = Defaults;
@@ -63,7 +63,7 @@ TEST_F(Defaults, CordProfileSwitchesTelnetAndTheAutoConfigurationClientOff) {
                   trace("applyDefaultSettings: default acs client state set to false for CORD : 0"),
                   "varoUpdateAcs({enabled=0 source=2}, 2) -> 0",
                   "varoUpdateAcs({enabled=0 source=1}, 1) -> 0"};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 // Clear-configuration.
@@ -78,7 +78,7 @@ TEST_F(Defaults, ClearConfigurationForgetsTheRemoteAccessRulesInstead) {
     entity().aclInitialized = 1;
     entity().aclAssigned = 1;
     EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(groupsOfClearConfig().all()));
+    EXPECT_JOURNAL(groupsOfClearConfig().all());
     EXPECT_THAT(entity().ruleIds, testing::Each(0U));
     EXPECT_EQ(entity().ruleIdx, 0U);
     EXPECT_EQ(entity().aclInitialized, 0U);
@@ -95,7 +95,7 @@ TEST_F(Defaults, ClearConfigurationSwitchesTelnetOffInTheCordProfileToo) {
     groups.telnet = {"varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}", "isActive(12) -> 1",
                      trace("applyDefaultSettings: default telnet state set to false for CORD : 0"),
                      "varoUpdateTelnetSrv({enabled=0 sessions=11 idle=12}) -> 0"};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_F(Defaults, OtherwiseTheRemoteAccessRulesStay) {
@@ -117,7 +117,7 @@ TEST_F(Defaults, ClearConfigurationWithoutFactoryTimeServersAsksOnce) {
     EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups = groupsOfClearConfig();
     groups.ntp = {"varoDefNtpHost(2) -> 5", failed("varoDefNtpHost", 5)};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 // Failures, each of which leaves all other groups as they are.
@@ -128,7 +128,7 @@ TEST_F(Defaults, TimeZoneThatCannotBeWrittenIsReported) {
     EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.timeZone = {failing(groups.timeZone[0], -4), failed("varoUpdateSntpTimeZone", -4)};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 /// A group of settings, and the names of its calls.
@@ -147,7 +147,7 @@ TEST_P(DefaultsGroup, WithoutFactoryValuesIsNotWritten) {
     Groups groups;
     Entries& entries = groups.*GetParam().entries;
     entries = {failing(entries.front(), 5), failed(call, 5)};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_P(DefaultsGroup, ThatCannotBeWrittenIsReported) {
@@ -166,7 +166,7 @@ TEST_P(DefaultsGroup, ThatCannotBeWrittenIsReported) {
         }
     }
     entries = expected;
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -184,7 +184,7 @@ TEST_F(Defaults, TimeServersWithoutFactoryValuesAreNotWritten) {
     EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.ntp = {"varoDefNtpHost(2) -> 5", failed("varoDefNtpHost", 5)};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_F(Defaults, TimeServersThatCannotBeWrittenAreReportedBySource) {
@@ -200,7 +200,7 @@ TEST_F(Defaults, TimeServersThatCannotBeWrittenAreReportedBySource) {
                   failing(groups.ntp[3], 6),
                   error("applyDefaultSettings: varoUpdateNtpHost for surce DHCPhas failed! Return "
                         "value: 6")};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_F(Defaults, TimeServersOfEitherSourceFailByThemselves) {
@@ -212,7 +212,7 @@ TEST_F(Defaults, TimeServersOfEitherSourceFailByThemselves) {
     groups.ntp.insert(groups.ntp.begin() + 2,
                       error("applyDefaultSettings: varoUpdateNtpHost for source CLI has failed! "
                             "Return value: 6"));
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 
     platform.fail("varoUpdateNtpHost", 7, 1, 1);
     EXPECT_EQ(entity().applyDefaultSettings(), 0);
@@ -221,7 +221,7 @@ TEST_F(Defaults, TimeServersOfEitherSourceFailByThemselves) {
     append(groups.ntp,
            error("applyDefaultSettings: varoUpdateNtpHost for surce DHCPhas failed! Return value: "
                  "7"));
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_F(Defaults, FirstFailedWriteOfASourceDoesNotStopTheSecond) {
@@ -237,7 +237,7 @@ TEST_F(Defaults, FirstFailedWriteOfASourceDoesNotStopTheSecond) {
                    groups.dns6[2]};
     groups.acs = {groups.acs[0], groups.acs[1], failing(groups.acs[2], 6),
                   failed("varoUpdateAcs", 6), groups.acs[3]};
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_F(Defaults, EverythingFailingIsReportedGroupByGroup) {
@@ -263,7 +263,7 @@ TEST_F(Defaults, EverythingFailingIsReportedGroupByGroup) {
         Entries& group = groups.*entries;
         group = {failing(group[0], 9), failed(name, 9)};
     }
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ TEST_F(DefaultsOfTheWebServer, SetThatCannotBeSwitchedOnIsReportedAndDoesNotCoun
     Groups groups;
     groups.webServer = sequence(R"(isFeatureSupported("httpserver") -> 1)",
                                 refused("exclusiveLock"), webServerFailed(0));
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 // The message gives the status of the last call for the group before.
@@ -75,20 +75,20 @@ TEST_F(DefaultsOfTheWebServer, MessageGivesTheLastStatusOfTheAutoConfigurationCl
     groups.acs = {works.acs[0], works.acs[1], works.acs[2], failing(works.acs[3], 44),
                   failed("varoUpdateAcs", 44)};
     groups.webServer = withoutWebServer(44);
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 
     platform.fail("varoUpdateAcs", 45, 1);
     EXPECT_EQ(entity().applyDefaultSettings(), 0);
     groups.acs = {works.acs[0], works.acs[1], failing(works.acs[2], 45),
                   failed("varoUpdateAcs", 45), works.acs[3]};
     groups.webServer = withoutWebServer(0);
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 
     platform.fail("varoDefAcs", 46);
     EXPECT_EQ(entity().applyDefaultSettings(), 0);
     groups.acs = {failing(works.acs[0], 46), failed("varoDefAcs", 46)};
     groups.webServer = withoutWebServer(46);
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 TEST_F(DefaultsOfTheWebServer, CommandThatFailsIsReportedAndDoesNotCount) {
@@ -103,7 +103,7 @@ TEST_F(DefaultsOfTheWebServer, CommandThatFailsIsReportedAndDoesNotCount) {
                                 exclusively(directoryMade, ran(eventServerStart, exitedWith1),
                                             commandFailed("4053", eventServerStart)),
                                 webServerFailed(0));
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 
     platform.commandStatus = {{apacheStart, exitedWith1}};
     platform.fail("varoUpdateAcs", 44, 1, 1);
@@ -115,7 +115,7 @@ TEST_F(DefaultsOfTheWebServer, CommandThatFailsIsReportedAndDoesNotCount) {
                  exclusively(directoryMade, ran(eventServerStart), ran(apacheStart, exitedWith1),
                              commandFailed("4084", apacheStart)),
                  webServerFailed(44));
-    EXPECT_THAT(journal(), ElementsAreArray(groups.all()));
+    EXPECT_JOURNAL(groups.all());
 }
 
 }  // namespace

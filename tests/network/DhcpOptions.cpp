@@ -9,8 +9,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 const std::string recordRead =
@@ -38,22 +36,18 @@ protected:
 
 TEST_F(DhcpOptions, VendorClassWithDhcpSwitchesTheClientOn) {
     EXPECT_EQ(networkSetVendor(1, 1), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            recordRead,
-            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="kept"}) -> 0)",
-            trace("setVendor: return value: 0"))));
+    EXPECT_JOURNAL(exclusively(
+        recordRead,
+        R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="kept"}) -> 0)",
+        trace("setVendor: return value: 0")));
 }
 
 TEST_F(DhcpOptions, VendorClassAloneLeavesTheClientOff) {
     EXPECT_EQ(networkSetVendor(0, 1), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            recordRead,
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
-            trace("setVendor: return value: 0"))));
+    EXPECT_JOURNAL(exclusively(
+        recordRead,
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
+        trace("setVendor: return value: 0")));
 }
 
 struct VendorCase {
@@ -89,22 +83,19 @@ TEST_F(DhcpOptions, VendorClassNeverSwitchesTheClientOff) {
 TEST_F(DhcpOptions, VendorClassIsWrittenThoughTheRecordCannotBeRead) {
     platform.fail("varoGetDhcp", 5);
     EXPECT_EQ(networkSetVendor(0, 1), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    "varoGetDhcp() -> 5",
+    EXPECT_JOURNAL(
+        exclusively("varoGetDhcp() -> 5",
                     R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId=""}) -> 0)",
-                    trace("setVendor: return value: 0"))));
+                    trace("setVendor: return value: 0")));
 }
 
 TEST_F(DhcpOptions, VendorClassThatCannotBeWrittenFails) {
     platform.fail("varoUpdateDhcp", -6);
     EXPECT_EQ(networkSetVendor(0, 1), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            recordRead,
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> -6)",
-            trace("setVendor: return value: -6"))));
+    EXPECT_JOURNAL(exclusively(
+        recordRead,
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> -6)",
+        trace("setVendor: return value: -6")));
     EXPECT_EQ(record().vendorClassEnabled, 0U);
 }
 
@@ -112,23 +103,19 @@ TEST_F(DhcpOptions, VendorClassThatCannotBeWrittenFails) {
 
 TEST_F(DhcpOptions, Option82IsSwitchedOnWithTheCircuitId) {
     EXPECT_EQ(networkSetOption82(1, 1), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            recordRead, R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-            trace("setOption82: return value: 0"))));
+    EXPECT_JOURNAL(exclusively(
+        recordRead, R"(getShelfId() -> "3")",
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+        trace("setOption82: return value: 0")));
 }
 
 TEST_F(DhcpOptions, Option82IsSwitchedOffWithTheCircuitIdKept) {
     record().option82Enabled = 1;
     EXPECT_EQ(networkSetOption82(0, 0), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            R"(varoGetDhcp() -> 0 {selector=9 dhcp=0 vendor=0 option82=1 circuitId="kept"})",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId="kept"}) -> 0)",
-            trace("setOption82: return value: 0"))));
+    EXPECT_JOURNAL(exclusively(
+        R"(varoGetDhcp() -> 0 {selector=9 dhcp=0 vendor=0 option82=1 circuitId="kept"})",
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId="kept"}) -> 0)",
+        trace("setOption82: return value: 0")));
 }
 
 TEST_F(DhcpOptions, Option82DoesNotUseItsFirstArgument) {
@@ -158,23 +145,19 @@ TEST_F(DhcpOptions, Option82IsSwitchedOnByAnyNumberButZero) {
 TEST_F(DhcpOptions, Option82IsWrittenThoughTheRecordCannotBeRead) {
     platform.fail("varoGetDhcp", 5);
     EXPECT_EQ(networkSetOption82(1, 1), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-            trace("setOption82: return value: 0"))));
+    EXPECT_JOURNAL(exclusively(
+        "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+        trace("setOption82: return value: 0")));
 }
 
 TEST_F(DhcpOptions, Option82ThatCannotBeWrittenFails) {
     platform.fail("varoUpdateDhcp", 6);
     EXPECT_EQ(networkSetOption82(1, 0), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            recordRead,
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId="kept"}) -> 6)",
-            trace("setOption82: return value: 6"))));
+    EXPECT_JOURNAL(exclusively(
+        recordRead,
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId="kept"}) -> 6)",
+        trace("setOption82: return value: 6")));
 }
 
 // The circuit id.
@@ -233,7 +216,7 @@ TEST_F(DhcpOptions, CircuitIdIsCutToTheRecord) {
 TEST_F(DhcpOptions, CircuitIdIsFilledInWithoutALock) {
     varoLib_s_dhcp own{7, 7, 7, "old", 7};
     EXPECT_EQ(entity().setCircuitId(&own), 0);
-    EXPECT_THAT(journal(), ElementsAre(R"(getShelfId() -> "3")"));
+    EXPECT_JOURNAL(R"(getShelfId() -> "3")");
     EXPECT_STREQ(own.circuitId, "VANTORIX:3 eth 5:1:");
     EXPECT_EQ(own.updateSelector, 7U);
     EXPECT_EQ(own.dhcpEnabled, 7U);
@@ -249,14 +232,12 @@ TEST_F(DhcpOptions, Option82IsWrittenAnewWhenItIsOn) {
     entity().dhcpCehckBeforeSetOption82(nullptr);
     const std::string read =
         R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=0 option82=7 circuitId="kept"})";
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            read,
-            exclusively(
-                read, R"(getShelfId() -> "3")",
-                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-                trace("setOption82: return value: 0")))));
+    EXPECT_JOURNAL(
+        read,
+        exclusively(
+            read, R"(getShelfId() -> "3")",
+            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+            trace("setOption82: return value: 0")));
 }
 
 // Whether it is on was read before; what is written with it starts from nothing then.
@@ -266,14 +247,12 @@ TEST_F(DhcpOptions, Option82IsWrittenAnewThoughTheRecordCannotBeReadAgain) {
     record().vendorClassEnabled = 1;
     platform.fail("varoGetDhcp", 5, 1, 1);
     entity().dhcpCehckBeforeSetOption82(nullptr);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
-            exclusively(
-                "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
-                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-                trace("setOption82: return value: 0")))));
+    EXPECT_JOURNAL(
+        R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
+        exclusively(
+            "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+            trace("setOption82: return value: 0")));
     EXPECT_EQ(record().dhcpEnabled, 0U);
     EXPECT_EQ(record().vendorClassEnabled, 0U);
 }
@@ -285,46 +264,42 @@ TEST_F(DhcpOptions, ChangesGoOnWithWhatAFailedReadLeft) {
     EXPECT_EQ(networkSetVendor(0, 0), 0);
     EXPECT_EQ(networkSetOption82(0, 0), 0);
     entity().dhcpCehckBeforeSetOption82(nullptr);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            exclusively(
-                "varoGetDhcp() -> 5",
-                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=7 circuitId="left"}) -> 0)",
-                trace("setVendor: return value: 0")),
-            exclusively(
-                "varoGetDhcp() -> 5",
-                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="left"}) -> 0)",
-                trace("setOption82: return value: 0")),
+    EXPECT_JOURNAL(
+        exclusively(
             "varoGetDhcp() -> 5",
-            exclusively(
-                "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
-                R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-                trace("setOption82: return value: 0")))));
+            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=7 circuitId="left"}) -> 0)",
+            trace("setVendor: return value: 0")),
+        exclusively(
+            "varoGetDhcp() -> 5",
+            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="left"}) -> 0)",
+            trace("setOption82: return value: 0")),
+        "varoGetDhcp() -> 5",
+        exclusively(
+            "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+            trace("setOption82: return value: 0")));
 }
 
 TEST_F(DhcpOptions, Option82IsNotWrittenWhenItIsOff) {
     entity().dhcpCehckBeforeSetOption82(nullptr);
-    EXPECT_THAT(journal(), ElementsAre(recordRead));
+    EXPECT_JOURNAL(recordRead);
 }
 
 TEST_F(DhcpOptions, Option82IsNotWrittenWhenTheRecordCannotBeRead) {
     record().option82Enabled = 1;
     platform.fail("varoGetDhcp", 5);
     entity().dhcpCehckBeforeSetOption82(nullptr);
-    EXPECT_THAT(journal(), ElementsAre("varoGetDhcp() -> 5"));
+    EXPECT_JOURNAL("varoGetDhcp() -> 5");
 }
 
 TEST_F(DhcpOptions, GivenRecordDecidesInPlaceOfTheOneInForce) {
     varoLib_s_dhcp given{};
     given.option82Enabled = 1;
     entity().dhcpCehckBeforeSetOption82(&given);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            recordRead, R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-            trace("setOption82: return value: 0"))));
+    EXPECT_JOURNAL(exclusively(
+        recordRead, R"(getShelfId() -> "3")",
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
+        trace("setOption82: return value: 0")));
 
     record().option82Enabled = 1;
     given.option82Enabled = 0;

@@ -31,10 +31,19 @@ protected:
     /// Lets every message pass.
     void logEverything();
 
+    /// Handlers of the management address that write down what they are told.
+    void subscribe(const std::string& name, bool answer) {
+        entity().mngAddrChanged.subscribePre([this, name, answer](unsigned int address) {
+            platform.journal.write(name + " is asked about " + std::to_string(address));
+            return answer;
+        });
+        entity().mngAddrChanged.subscribePost([this, name](unsigned int address) {
+            platform.journal.write(name + " is told " + std::to_string(address));
+        });
+    }
+
     fake::Platform platform;
 };
 
-/// The journal of an operation whose lock was refused.
-inline auto refusedLock(const std::string& lock) {
-    return testing::ElementsAreArray(refused(lock));
-}
+/// Looks at the calling thread's journal, which must consist of these entries and lists of them.
+#define EXPECT_JOURNAL(...) EXPECT_THAT(journal(), testing::ElementsAreArray(sequence(__VA_ARGS__)))

@@ -11,7 +11,6 @@ namespace {
 
 using testing::Each;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 class Facade : public EntityTest {};
@@ -116,7 +115,7 @@ TEST_F(Facade, NetworkInfoOfAFailedReadLeavesTheRecordAlone) {
     platform.fail("sharedLock", 1);
     EXPECT_EQ(networkGetNetworkInfo(&info), -1);
     EXPECT_EQ(std::memcmp(&info, &before, sizeof info), 0);
-    EXPECT_THAT(journal(), refusedLock("sharedLock"));
+    EXPECT_JOURNAL(refused("sharedLock"));
 }
 
 constexpr Network::NetworkInfo telling = {

@@ -15,7 +15,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 // Command lines, to the letter.
 const std::string productVersion = "/opt/kalvor/neroot/active/bin/show-product-version";
@@ -119,23 +118,21 @@ TEST_F(Inventory, TextsAreReadInTheirOrder) {
     EXPECT_THAT(contents(),
                 ElementsAre("R7.3", "/build/R7.3", "Mon 3 Feb 2025", "R7.4", "12", "Board Linux 3",
                             "1.2.3", "U-Boot 2019.07", "recovery-FS-2.1-5"));
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               tool(productVersion), tool(buildDirectory), tool(buildTime),
-                               tool(upgradeVersion), pipeline(packageRelease), pipeline(osRelease),
-                               missing("/etc/zu_fs_version"), ran(versionOfFile),
-                               pipeline(bootLoader), pipeline(recovery))));
+    EXPECT_JOURNAL(sharing(tool(productVersion), tool(buildDirectory), tool(buildTime),
+                           tool(upgradeVersion), pipeline(packageRelease), pipeline(osRelease),
+                           missing("/etc/zu_fs_version"), ran(versionOfFile), pipeline(bootLoader),
+                           pipeline(recovery)));
     EXPECT_FALSE(files.areThere());
 }
 
 TEST_F(Inventory, WhatIsNotKnownIsNotAvailable) {
     EXPECT_EQ(getSWData(), 0);
     EXPECT_THAT(contents(), testing::Each("n/a"));
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               missing(productVersion), missing(buildDirectory), missing(buildTime),
-                               missing(upgradeVersion), pipeline(packageRelease),
-                               pipeline(packageReleaseByName), pipeline(osRelease),
-                               pipeline(osDescription), missing("/etc/zu_fs_version"),
-                               ran(versionOfFile), pipeline(bootLoader), pipeline(recovery))));
+    EXPECT_JOURNAL(sharing(missing(productVersion), missing(buildDirectory), missing(buildTime),
+                           missing(upgradeVersion), pipeline(packageRelease),
+                           pipeline(packageReleaseByName), pipeline(osRelease),
+                           pipeline(osDescription), missing("/etc/zu_fs_version"),
+                           ran(versionOfFile), pipeline(bootLoader), pipeline(recovery)));
     EXPECT_FALSE(files.areThere());
 }
 
@@ -214,7 +211,7 @@ TEST_F(Inventory, FileSystemVersionWithoutItsFileIsNotAvailable) {
 
 TEST_F(Inventory, MissingProgramIsNotRun) {
     EXPECT_EQ(parse("show-build-dir", 1), "");
-    EXPECT_THAT(journal(), ElementsAre(missing(buildDirectory)));
+    EXPECT_JOURNAL(missing(buildDirectory));
 }
 
 TEST_F(Inventory, ModeNamesTheDirectory) {
@@ -225,7 +222,7 @@ TEST_F(Inventory, ModeNamesTheDirectory) {
         EXPECT_EQ(parse("program", mode), "");
         install(path, "text\n");
         EXPECT_EQ(parse("program", mode), "text");
-        EXPECT_THAT(journal(), ElementsAreArray(sequence(missing(path), tool(path))));
+        EXPECT_JOURNAL(missing(path), tool(path));
     }
 }
 
@@ -233,7 +230,7 @@ TEST_F(Inventory, AnyOtherModeIsAPipeline) {
     says("echo", "text\n");
     for (const int mode : {0, 4, -1, std::numeric_limits<int>::min()}) {
         EXPECT_EQ(parse("echo", mode), "text");
-        EXPECT_THAT(journal(), ElementsAreArray(pipeline("echo")));
+        EXPECT_JOURNAL(pipeline("echo"));
     }
 }
 
@@ -256,23 +253,21 @@ TEST_F(Inventory, TextIsTheFirstLineOfAtMost99Characters) {
     for (const auto& row : rows) {
         says("echo", row.printed);
         EXPECT_EQ(parse("echo", 0), row.text);
-        EXPECT_THAT(journal(), ElementsAreArray(pipeline("echo")));
+        EXPECT_JOURNAL(pipeline("echo"));
     }
 }
 
 TEST_F(Inventory, OutputThatCannotBeOpenedIsReportedAndRemovedAnyway) {
     platform.programs.actions.erase("echo" + toOutput);
     EXPECT_EQ(parse("echo", 0), "");
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(ran("echo" + toOutput),
-                    error("parseSoftwareInfo failed! File (/tmp/version.data.tmp) can't be open"),
-                    ran(removeOutput)));
+    EXPECT_JOURNAL(ran("echo" + toOutput),
+                   error("parseSoftwareInfo failed! File (/tmp/version.data.tmp) can't be open"),
+                   ran(removeOutput));
 }
 
 TEST_F(Inventory, PlaceThatIsNullIsReported) {
     entity().parseSoftwareInfo("echo", 0, nullptr);
-    EXPECT_THAT(journal(), ElementsAre(error("parseSoftwareInfo failed! data arg is NULL.")));
+    EXPECT_JOURNAL(error("parseSoftwareInfo failed! data arg is NULL."));
 }
 
 const std::string outputUnopened =
@@ -294,13 +289,12 @@ TEST_F(Inventory, TextsWhoseOutputCannotBeOpenedAreReportedAndNotAvailable) {
     }
     EXPECT_EQ(getSWData(), 0);
     EXPECT_THAT(contents(), testing::Each("n/a"));
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               toolWithoutOutput(productVersion), toolWithoutOutput(buildDirectory),
-                               toolWithoutOutput(buildTime), toolWithoutOutput(upgradeVersion),
-                               withoutOutput(packageRelease), withoutOutput(packageReleaseByName),
-                               withoutOutput(osRelease), withoutOutput(osDescription),
-                               missing("/etc/zu_fs_version"), ran(versionOfFile),
-                               withoutOutput(bootLoader), withoutOutput(recovery))));
+    EXPECT_JOURNAL(sharing(toolWithoutOutput(productVersion), toolWithoutOutput(buildDirectory),
+                           toolWithoutOutput(buildTime), toolWithoutOutput(upgradeVersion),
+                           withoutOutput(packageRelease), withoutOutput(packageReleaseByName),
+                           withoutOutput(osRelease), withoutOutput(osDescription),
+                           missing("/etc/zu_fs_version"), ran(versionOfFile),
+                           withoutOutput(bootLoader), withoutOutput(recovery)));
     EXPECT_FALSE(files.areThere());
 }
 
@@ -314,9 +308,8 @@ TEST_F(Inventory, PlacesThatAreNullAreReportedEach) {
     EXPECT_EQ(networkGetSWData(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                nullptr, nullptr),
               0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(noPlace, noPlace, noPlace, noPlace, noPlace, noPlace,
-                                         noPlaceForFileSystem, noPlace, noPlace)));
+    EXPECT_JOURNAL(sharing(noPlace, noPlace, noPlace, noPlace, noPlace, noPlace,
+                           noPlaceForFileSystem, noPlace, noPlace));
 }
 
 TEST_F(Inventory, PlacesBesideThoseThatAreNullAreFilled) {
@@ -329,26 +322,25 @@ TEST_F(Inventory, PlacesBesideThoseThatAreNullAreFilled) {
     EXPECT_EQ(texts[3].content(), "n/a");
     EXPECT_EQ(texts[5].content(), "Board Linux 3");
     EXPECT_EQ(texts[7].content(), "n/a");
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(noPlace, tool(buildDirectory), noPlace,
-                                         missing(upgradeVersion), noPlace, pipeline(osRelease),
-                                         noPlaceForFileSystem, pipeline(bootLoader), noPlace)));
+    EXPECT_JOURNAL(sharing(noPlace, tool(buildDirectory), noPlace, missing(upgradeVersion), noPlace,
+                           pipeline(osRelease), noPlaceForFileSystem, pipeline(bootLoader),
+                           noPlace));
 }
 
 TEST_F(Inventory, PlacesOfThePackageThatAreNullAreReportedEach) {
     const std::string noName =
         error("getPackageData failed! One of input args is NULL. name: (nil)");
     EXPECT_EQ(networkGetPackageData(nullptr, nullptr), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(noPlace, noName)));
+    EXPECT_JOURNAL(sharing(noPlace, noName));
 
     EXPECT_EQ(networkGetPackageData(texts[0].text, nullptr), 0);
     EXPECT_EQ(texts[0].content(), "VANTORIX MSAN");
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(noPlace)));
+    EXPECT_JOURNAL(sharing(noPlace));
 
     install(packageVersion, "7.3\n");
     EXPECT_EQ(networkGetPackageData(nullptr, texts[1].text), 0);
     EXPECT_EQ(texts[1].content(), "7.3");
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(tool(packageVersion), noName)));
+    EXPECT_JOURNAL(sharing(tool(packageVersion), noName));
 }
 
 // Package.
@@ -359,7 +351,7 @@ TEST_F(Inventory, PackageHasItsBannerWhateverItsVersion) {
     EXPECT_EQ(networkGetPackageData(name.text, version.text), 0);
     EXPECT_EQ(name.content(), "VANTORIX MSAN");
     EXPECT_EQ(version.content(), "n/a");
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(missing(packageVersion))));
+    EXPECT_JOURNAL(sharing(missing(packageVersion)));
 
     install(packageVersion, "ANOTHER NAME 7.3\n");
     EXPECT_EQ(networkGetPackageData(name.text, version.text), 0);
@@ -367,7 +359,7 @@ TEST_F(Inventory, PackageHasItsBannerWhateverItsVersion) {
     EXPECT_EQ(version.content(), "ANOTHER NAME 7.3");
     EXPECT_TRUE(name.isIntactBehind());
     EXPECT_TRUE(version.isIntactBehind());
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(tool(packageVersion))));
+    EXPECT_JOURNAL(sharing(tool(packageVersion)));
 }
 
 }  // namespace

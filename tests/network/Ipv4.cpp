@@ -6,8 +6,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 const std::string noAddressRead =
     R"(varoGetInterface("mng0") -> 0 {0.0.0.0/0.0.0.0 in network byte order})";
 const std::string oldDetached = R"(varoDettachIpFromIntf({192.0.2.10/255.255.255.0 "mng0"}) -> 0)";
@@ -35,27 +33,15 @@ protected:
         platform.addressing.interfaces["mng0"] = {0, 0};
         platform.addressing.defaultGateway = 0;
     }
-
-    /// Handlers that write down what they are told.
-    void subscribe(const std::string& name, bool answer) {
-        entity().mngAddrChanged.subscribePre([this, name, answer](unsigned int address) {
-            platform.journal.write(name + " is asked about " + std::to_string(address));
-            return answer;
-        });
-        entity().mngAddrChanged.subscribePost([this, name](unsigned int address) {
-            platform.journal.write(name + " is told " + std::to_string(address));
-        });
-    }
 };
 
 // Setting the address.
 
 TEST_F(Ipv4Address, AddressIsReplacedAndTheGatewayInstalledAnew) {
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(infoRead(), dhcpOff, gatewayRead, portNamed,
-                                             oldDetached, trace("setIp: old ip address detached!"),
-                                             newAddressSet, gatewayRestored)));
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, portNamed, oldDetached,
+                               trace("setIp: old ip address detached!"), newAddressSet,
+                               gatewayRestored));
     EXPECT_EQ(info().ipAddr, newAddress);
     EXPECT_EQ(info().netmask, mask);
     EXPECT_EQ(info().dhcpEnabled, 0U);
@@ -65,40 +51,37 @@ TEST_F(Ipv4Address, AddressIsReplacedAndTheGatewayInstalledAnew) {
 
 TEST_F(Ipv4Address, AddressAndMaskInPlaceAreFrozenAsStatic) {
     EXPECT_EQ(networkSetIp(oldAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(infoRead(), dhcpOff)));
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff));
     EXPECT_EQ(info().dhcpEnabled, 0U);
     EXPECT_EQ(entity().currentIpAddr, 0U) << "nothing was attached";
 }
 
 TEST_F(Ipv4Address, AnotherMaskAloneReplacesTheAddressToo) {
     EXPECT_EQ(networkSetIp(oldAddress, 0xffff0000), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(), dhcpOff, gatewayRead, portNamed, oldDetached,
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, portNamed, oldDetached,
                                trace("setIp: old ip address detached!"), portNamed,
                                R"(varoAttachIpToIntf({192.0.2.10/255.255.0.0 "mng0"}) -> 0)",
                                trace("setIp: new ip address attached!"),
-                               "varoSendSigToAcs(10) -> 0", gatewayRestored)));
+                               "varoSendSigToAcs(10) -> 0", gatewayRestored));
 }
 
 TEST_F(Ipv4Address, FirstAddressHasNothingToDetachAndNoGatewayToRestore) {
     loseAddress();
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(noAddressRead), dhcpOff, noGatewayRead, newAddressSet,
-                               exclusively(trace("setGateway: after lock"), noGatewayRead))));
+    EXPECT_JOURNAL(exclusively(infoRead(noAddressRead), dhcpOff, noGatewayRead, newAddressSet,
+                               exclusively(trace("setGateway: after lock"), noGatewayRead)));
 }
 
 TEST_F(Ipv4Address, GatewayThatTheKernelKeptIsLeftAlone) {
     platform.addressing.interfaces["mng0"] = {0, 0};
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(noAddressRead), dhcpOff, gatewayRead, newAddressSet,
-                               exclusively(trace("setGateway: after lock"), gatewayRead))));
+    EXPECT_JOURNAL(exclusively(infoRead(noAddressRead), dhcpOff, gatewayRead, newAddressSet,
+                               exclusively(trace("setGateway: after lock"), gatewayRead)));
 }
 
 TEST_F(Ipv4Address, AddressZeroFailsOnceDhcpIsOff) {
     EXPECT_EQ(networkSetIp(0, mask), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(infoRead(), dhcpOff)));
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff));
     EXPECT_EQ(info().dhcpEnabled, 0U);
     EXPECT_EQ(info().ipAddr, oldAddress);
 }
@@ -106,7 +89,7 @@ TEST_F(Ipv4Address, AddressZeroFailsOnceDhcpIsOff) {
 TEST_F(Ipv4Address, AddressZeroInPlaceIsFrozenToo) {
     loseAddress();
     EXPECT_EQ(networkSetIp(0, 0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(infoRead(noAddressRead), dhcpOff)));
+    EXPECT_JOURNAL(exclusively(infoRead(noAddressRead), dhcpOff));
     EXPECT_EQ(networkSetIp(0, mask), -1);
     journal();
 }
@@ -114,38 +97,34 @@ TEST_F(Ipv4Address, AddressZeroInPlaceIsFrozenToo) {
 TEST_F(Ipv4Address, AddressWhoseCurrentStateCannotBeReadIsNotTouched) {
     platform.fail("sharedLock", 1);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(refused("sharedLock"))));
+    EXPECT_JOURNAL(exclusively(refused("sharedLock")));
     EXPECT_EQ(platform.addressing.dhcp.dhcpEnabled, 1U);
 }
 
 TEST_F(Ipv4Address, AddressIsReplacedThoughTheDhcpRecordCannotBeRead) {
     platform.fail("varoGetDhcp", 5);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            infoRead(addressRead,
-                     {"varoGetDhcp() -> 5",
-                      error("getNetworkInfo: varoGetDhcp has failed: rv=5, DHCP default value is "
-                            "ON")}),
-            "varoGetDhcp() -> 5",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId=""}) -> 0)",
-            trace("setIp: return value for varoUpdateDhcp: 0"),
-            "varoDhcpRetreatAlrServNotResponding() -> 0",
-            trace("setIp: return value for varoDhcpRetreatAlrServNotResponding: 0"), gatewayRead,
-            portNamed, oldDetached, trace("setIp: old ip address detached!"), newAddressSet,
-            gatewayRestored)));
+    EXPECT_JOURNAL(exclusively(
+        infoRead(addressRead,
+                 {"varoGetDhcp() -> 5",
+                  error("getNetworkInfo: varoGetDhcp has failed: rv=5, DHCP default value is "
+                        "ON")}),
+        "varoGetDhcp() -> 5",
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId=""}) -> 0)",
+        trace("setIp: return value for varoUpdateDhcp: 0"),
+        "varoDhcpRetreatAlrServNotResponding() -> 0",
+        trace("setIp: return value for varoDhcpRetreatAlrServNotResponding: 0"), gatewayRead,
+        portNamed, oldDetached, trace("setIp: old ip address detached!"), newAddressSet,
+        gatewayRestored));
 }
 
 TEST_F(Ipv4Address, DhcpThatCannotBeSwitchedOffEndsTheChange) {
     platform.fail("varoUpdateDhcp", -6);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            infoRead(), dhcpRead,
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> -6)",
-            trace("setIp: return value for varoUpdateDhcp: -6"))));
+    EXPECT_JOURNAL(exclusively(
+        infoRead(), dhcpRead,
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> -6)",
+        trace("setIp: return value for varoUpdateDhcp: -6")));
     EXPECT_EQ(info().ipAddr, oldAddress);
     EXPECT_EQ(info().dhcpEnabled, 1U);
 }
@@ -153,14 +132,12 @@ TEST_F(Ipv4Address, DhcpThatCannotBeSwitchedOffEndsTheChange) {
 TEST_F(Ipv4Address, AlarmThatCannotBeTakenBackEndsTheChangeWithDhcpOff) {
     platform.fail("varoDhcpRetreatAlrServNotResponding", 7);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            infoRead(), dhcpRead,
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
-            trace("setIp: return value for varoUpdateDhcp: 0"),
-            "varoDhcpRetreatAlrServNotResponding() -> 7",
-            trace("setIp: return value for varoDhcpRetreatAlrServNotResponding: 7"))));
+    EXPECT_JOURNAL(exclusively(
+        infoRead(), dhcpRead,
+        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
+        trace("setIp: return value for varoUpdateDhcp: 0"),
+        "varoDhcpRetreatAlrServNotResponding() -> 7",
+        trace("setIp: return value for varoDhcpRetreatAlrServNotResponding: 7")));
     EXPECT_EQ(info().ipAddr, oldAddress);
     EXPECT_EQ(info().dhcpEnabled, 0U);
 }
@@ -168,40 +145,36 @@ TEST_F(Ipv4Address, AlarmThatCannotBeTakenBackEndsTheChangeWithDhcpOff) {
 TEST_F(Ipv4Address, GatewayThatCannotBeReadIsLost) {
     platform.fail("sharedLock", 1, 1, 1);  // the one in getGateway
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(), dhcpOff, refused("sharedLock"), portNamed, oldDetached,
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, refused("sharedLock"), portNamed, oldDetached,
                                trace("setIp: old ip address detached!"), newAddressSet,
-                               exclusively(trace("setGateway: after lock"), noGatewayRead))));
+                               exclusively(trace("setGateway: after lock"), noGatewayRead)));
     EXPECT_EQ(gatewayNow(), 0U);
 }
 
 TEST_F(Ipv4Address, OldAddressThatCannotBeDetachedIsReportedAndTheChangeGoesOn) {
     platform.fail("varoDettachIpFromIntf", 8);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(), dhcpOff, gatewayRead, portNamed,
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, portNamed,
                                R"(varoDettachIpFromIntf({192.0.2.10/255.255.255.0 "mng0"}) -> 8)",
                                error("setIp: faild to detach old ip address!"), newAddressSet,
-                               exclusively(trace("setGateway: after lock"), gatewayRead))));
+                               exclusively(trace("setGateway: after lock"), gatewayRead)));
 }
 
 TEST_F(Ipv4Address, PortThatCannotBeFoundForTheOldAddressIsReportedAndTheChangeGoesOn) {
     platform.fail("interfaceMngGet", 9, 1, 1);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(), dhcpOff, gatewayRead, "interfaceMngGet() -> 9",
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, "interfaceMngGet() -> 9",
                                error("setIp: faild to detach old ip address!"), newAddressSet,
-                               exclusively(trace("setGateway: after lock"), gatewayRead))));
+                               exclusively(trace("setGateway: after lock"), gatewayRead)));
 }
 
 TEST_F(Ipv4Address, PortWithoutANameForTheOldAddressIsReportedAndTheChangeGoesOn) {
     platform.fail("interfaceLinuxnameGet", 9, 1, 1);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(), dhcpOff, gatewayRead, "interfaceMngGet() -> 0 1",
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, "interfaceMngGet() -> 0 1",
                                "interfaceLinuxnameGet(1, 9) -> 9",
                                error("setIp: faild to detach old ip address!"), newAddressSet,
-                               exclusively(trace("setGateway: after lock"), gatewayRead))));
+                               exclusively(trace("setGateway: after lock"), gatewayRead)));
 }
 
 /// The way up to the attachment of the new address.
@@ -212,12 +185,11 @@ TEST_F(Ipv4Address, AddressThatCannotBeAttachedLeavesTheInterfaceWithoutOne) {
     subscribe("a", true);
     platform.fail("varoAttachIpToIntf", 8);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    infoRead(), dhcpOff, gatewayRead, "a is asked about 3325256714", portNamed,
-                    oldDetached, trace("setIp: old ip address detached!"), portNamed,
-                    R"(varoAttachIpToIntf({198.51.100.10/255.255.255.0 "mng0"}) -> 8)",
-                    error("setIp: faild to attach new ip address!"))));
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, "a is asked about 3325256714",
+                               portNamed, oldDetached, trace("setIp: old ip address detached!"),
+                               portNamed,
+                               R"(varoAttachIpToIntf({198.51.100.10/255.255.255.0 "mng0"}) -> 8)",
+                               error("setIp: faild to attach new ip address!")));
     EXPECT_EQ(info().ipAddr, 0U);
     EXPECT_EQ(info().dhcpEnabled, 0U);
     EXPECT_EQ(gatewayNow(), 0U);
@@ -229,11 +201,10 @@ TEST_F(Ipv4Address, FirstAddressThatCannotBeAttachedLeavesNone) {
     subscribe("a", true);
     platform.fail("varoAttachIpToIntf", 8);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    infoRead(noAddressRead), dhcpOff, noGatewayRead, "a is asked about 3325256714",
-                    portNamed, R"(varoAttachIpToIntf({198.51.100.10/255.255.255.0 "mng0"}) -> 8)",
-                    error("setIp: faild to attach new ip address!"))));
+    EXPECT_JOURNAL(exclusively(infoRead(noAddressRead), dhcpOff, noGatewayRead,
+                               "a is asked about 3325256714", portNamed,
+                               R"(varoAttachIpToIntf({198.51.100.10/255.255.255.0 "mng0"}) -> 8)",
+                               error("setIp: faild to attach new ip address!")));
     EXPECT_EQ(info().ipAddr, 0U);
     EXPECT_EQ(entity().currentIpAddr, 0U);
 }
@@ -242,10 +213,9 @@ TEST_F(Ipv4Address, FirstAddressIsNotAttachedWithoutAPort) {
     loseAddress();
     platform.fail("interfaceMngGet", 9, 1, 1);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(infoRead(noAddressRead), dhcpOff, noGatewayRead,
-                                             "interfaceMngGet() -> 9",
-                                             error("setIp: faild to attach new ip address!"))));
+    EXPECT_JOURNAL(exclusively(infoRead(noAddressRead), dhcpOff, noGatewayRead,
+                               "interfaceMngGet() -> 9",
+                               error("setIp: faild to attach new ip address!")));
 }
 
 TEST_F(Ipv4Address, AddressThatCannotBeAttachedIsNotTheOneThatIsRemembered) {
@@ -260,19 +230,17 @@ TEST_F(Ipv4Address, AddressThatCannotBeAttachedIsNotTheOneThatIsRemembered) {
 TEST_F(Ipv4Address, AddressIsNotAttachedWithoutAPort) {
     platform.fail("interfaceMngGet", 9, 1, 2);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(oldAddressGone, "interfaceMngGet() -> 9",
-                                             error("setIp: faild to attach new ip address!"))));
+    EXPECT_JOURNAL(exclusively(oldAddressGone, "interfaceMngGet() -> 9",
+                               error("setIp: faild to attach new ip address!")));
     EXPECT_EQ(info().ipAddr, 0U);
 }
 
 TEST_F(Ipv4Address, AddressIsNotAttachedToAPortWithoutAName) {
     platform.fail("interfaceLinuxnameGet", 9, 1, 2);
     EXPECT_EQ(networkSetIp(newAddress, mask), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(oldAddressGone, "interfaceMngGet() -> 0 1",
-                                             "interfaceLinuxnameGet(1, 9) -> 9",
-                                             error("setIp: faild to attach new ip address!"))));
+    EXPECT_JOURNAL(exclusively(oldAddressGone, "interfaceMngGet() -> 0 1",
+                               "interfaceLinuxnameGet(1, 9) -> 9",
+                               error("setIp: faild to attach new ip address!")));
     EXPECT_EQ(info().ipAddr, 0U);
 }
 
@@ -280,13 +248,12 @@ TEST_F(Ipv4Address, ChangeSucceedsThoughSignalAndGatewayFail) {
     platform.fail("varoSendSigToAcs", 3);
     platform.fail("varoAddRoute", 4);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    oldAddressGone, portNamed, newAttached,
+    EXPECT_JOURNAL(
+        exclusively(oldAddressGone, portNamed, newAttached,
                     trace("setIp: new ip address attached!"), "varoSendSigToAcs(10) -> 3",
                     exclusively(trace("setGateway: after lock"), noGatewayRead,
                                 "varoAddRoute({0.0.0.0 via 192.0.2.1}) -> 4",
-                                trace("setGateway: failed to add new default gateway")))));
+                                trace("setGateway: failed to add new default gateway"))));
     EXPECT_EQ(info().ipAddr, newAddress);
     EXPECT_EQ(gatewayNow(), 0U);
 }
@@ -316,15 +283,13 @@ TEST_F(Ipv4Address, OtherOperationsAreCalledThroughTheVirtualInterface) {
         OverriddenNetwork overridden;
         journal();
         EXPECT_EQ(overridden.Network::setIp(newAddress, mask), 0);
-        EXPECT_THAT(
-            journal(),
-            ElementsAreArray(exclusively(
-                "getNetworkInfo", dhcpRead,
-                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
-                "varoDhcpRetreatAlrServNotResponding() -> 0", "getGateway", portNamed, oldDetached,
-                portNamed, newAttached, "varoSendSigToAcs(10) -> 0", "setGateway")));
+        EXPECT_JOURNAL(exclusively(
+            "getNetworkInfo", dhcpRead,
+            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
+            "varoDhcpRetreatAlrServNotResponding() -> 0", "getGateway", portNamed, oldDetached,
+            portNamed, newAttached, "varoSendSigToAcs(10) -> 0", "setGateway"));
         EXPECT_EQ(overridden.Network::setGateway(gateway), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively("getGateway")));
+        EXPECT_JOURNAL(exclusively("getGateway"));
     }
     journal();
 }
@@ -335,22 +300,20 @@ TEST_F(Ipv4Address, HandlersAreGivenTheNewAddressUnderTheLock) {
     subscribe("a", true);
     subscribe("b", true);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               infoRead(), dhcpOff, gatewayRead, "a is asked about 3325256714",
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, "a is asked about 3325256714",
                                "b is asked about 3325256714", portNamed, oldDetached,
                                trace("setIp: old ip address detached!"), newAddressSet,
-                               "a is told 3325256714", "b is told 3325256714", gatewayRestored)));
+                               "a is told 3325256714", "b is told 3325256714", gatewayRestored));
 }
 
 TEST_F(Ipv4Address, RefusalOfAHandlerEndsTheAskingAndStopsNothing) {
     subscribe("a", false);
     subscribe("b", true);
     EXPECT_EQ(networkSetIp(newAddress, mask), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    infoRead(), dhcpOff, gatewayRead, "a is asked about 3325256714", portNamed,
-                    oldDetached, trace("setIp: old ip address detached!"), newAddressSet,
-                    "a is told 3325256714", "b is told 3325256714", gatewayRestored)));
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead, "a is asked about 3325256714",
+                               portNamed, oldDetached, trace("setIp: old ip address detached!"),
+                               newAddressSet, "a is told 3325256714", "b is told 3325256714",
+                               gatewayRestored));
     EXPECT_EQ(info().ipAddr, newAddress);
 }
 
@@ -383,7 +346,7 @@ void expectBadCall() {
 TEST_F(Ipv4Address, EmptyHandlerBeforeTheChangeRaisesTheFrameworksErrorAndReleasesTheLock) {
     entity().mngAddrChanged.subscribePre({});
     expectBadCall();
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(infoRead(), dhcpOff, gatewayRead)));
+    EXPECT_JOURNAL(exclusively(infoRead(), dhcpOff, gatewayRead));
     EXPECT_EQ(info().ipAddr, oldAddress);
     EXPECT_EQ(info().dhcpEnabled, 0U);
 }
@@ -391,7 +354,7 @@ TEST_F(Ipv4Address, EmptyHandlerBeforeTheChangeRaisesTheFrameworksErrorAndReleas
 TEST_F(Ipv4Address, EmptyHandlerAfterTheChangeRaisesTheFrameworksErrorWithTheGatewayGone) {
     entity().mngAddrChanged.subscribePost({});
     expectBadCall();
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(oldAddressGone, newAddressSet)));
+    EXPECT_JOURNAL(exclusively(oldAddressGone, newAddressSet));
     EXPECT_EQ(info().ipAddr, newAddress);
     EXPECT_EQ(entity().currentIpAddr, newAddress);
     EXPECT_EQ(gatewayNow(), 0U);

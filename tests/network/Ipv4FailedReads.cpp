@@ -7,7 +7,6 @@
 namespace {
 
 using testing::Each;
-using testing::ElementsAreArray;
 
 class Ipv4FailedReads : public Ipv4Test {
 protected:
@@ -25,11 +24,10 @@ TEST_F(Ipv4FailedReads, DhcpRecordThatWasLeftIsDropped) {
     for (const std::uint32_t left : {0U, 1U}) {
         platform.addressing.dhcpLeftByFailure = {left, left, left, "left", left};
         const Network::NetworkInfo info = infoOverOldValues();
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(infoRead(
-                        addressRead, {"varoGetDhcp() -> 5",
-                                      error("getNetworkInfo: varoGetDhcp has failed: rv=5, DHCP "
-                                            "default value is ON")})));
+        EXPECT_JOURNAL(infoRead(
+            addressRead,
+            {"varoGetDhcp() -> 5", error("getNetworkInfo: varoGetDhcp has failed: rv=5, DHCP "
+                                         "default value is ON")}));
         EXPECT_EQ(info.dhcpEnabled, 1U);
         EXPECT_EQ(info.vendorClassEnabled, 0U);
         EXPECT_EQ(info.option82Enabled, 0U);
@@ -49,7 +47,7 @@ TEST_F(Ipv4FailedReads, AddressThatWasLeftIsDropped) {
     platform.fail("varoGetInterface", 5);
     platform.addressing.addressLeftByFailure = {newAddress, 0xffff0000};
     const Network::NetworkInfo info = infoOverOldValues();
-    EXPECT_THAT(journal(), ElementsAreArray(infoRead(R"(varoGetInterface("mng0") -> 5)")));
+    EXPECT_JOURNAL(infoRead(R"(varoGetInterface("mng0") -> 5)"));
     EXPECT_EQ(info.ipAddr, 0U);
     EXPECT_EQ(info.netmask, 0U);
     EXPECT_THAT(info.macAddr, testing::ElementsAre(2, 0, 0, 0, 0, 7));

@@ -8,7 +8,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 constexpr unsigned int otherGateway = 0xc00002fe;  // 192.0.2.254
 
@@ -23,15 +22,12 @@ TEST_F(Ipv4Settings, InformationIsReadWhole) {
     Network::NetworkInfo info;
     std::memset(&info, 0xff, sizeof info);
     EXPECT_EQ(entity().getNetworkInfo(&info), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sharing(
-            R"(varoGetDhcp() -> 0 {selector=0 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
-            "interfaceMngGet() -> 0 1", trace("getNetworkInfo: portID: 1."),
-            R"(interfaceLinuxnameGet(1, 9) -> 0 "mng0")", macRead, addressRead,
-            trace("getNetworkInfo: vlanid=1 mngVlanMode=0"), "defConnectGetDefVid() -> 4094",
-            "defConnectGetDefModeNative() -> 1",
-            trace("getNetworkInfo: defVid=4094 defVlanMode=2"))));
+    EXPECT_JOURNAL(sharing(
+        R"(varoGetDhcp() -> 0 {selector=0 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
+        "interfaceMngGet() -> 0 1", trace("getNetworkInfo: portID: 1."),
+        R"(interfaceLinuxnameGet(1, 9) -> 0 "mng0")", macRead, addressRead,
+        trace("getNetworkInfo: vlanid=1 mngVlanMode=0"), "defConnectGetDefVid() -> 4094",
+        "defConnectGetDefModeNative() -> 1", trace("getNetworkInfo: defVid=4094 defVlanMode=2")));
     EXPECT_EQ(info.ipAddr, oldAddress);
     EXPECT_EQ(info.netmask, mask);
     EXPECT_THAT(info.macAddr, ElementsAre(2, 0, 0, 0, 0, 7));
@@ -77,8 +73,7 @@ TEST_F(Ipv4Settings, InformationGoesOutOnTheWire) {
 
 TEST_F(Ipv4Settings, InformationRecordThatIsNullIsReported) {
     EXPECT_EQ(entity().getNetworkInfo(nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(error(
-                               "getNetworkInfo failed! One of input args is NULL. info: (nil)"))));
+    EXPECT_JOURNAL(sharing(error("getNetworkInfo failed! One of input args is NULL. info: (nil)")));
 }
 
 TEST_F(Ipv4Settings, DhcpIsReportedOnWhenItCannotBeRead) {
@@ -87,11 +82,10 @@ TEST_F(Ipv4Settings, DhcpIsReportedOnWhenItCannotBeRead) {
     Network::NetworkInfo info;
     std::memset(&info, 0xff, sizeof info);
     EXPECT_EQ(entity().getNetworkInfo(&info), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(infoRead(
-                    addressRead, {"varoGetDhcp() -> -5",
-                                  error("getNetworkInfo: varoGetDhcp has failed: rv=-5, DHCP "
-                                        "default value is ON")})));
+    EXPECT_JOURNAL(infoRead(
+        addressRead,
+        {"varoGetDhcp() -> -5", error("getNetworkInfo: varoGetDhcp has failed: rv=-5, DHCP "
+                                      "default value is ON")}));
     EXPECT_EQ(info.dhcpEnabled, 1U);
     EXPECT_EQ(info.vendorClassEnabled, 0U);
     EXPECT_EQ(info.option82Enabled, 0U);
@@ -109,12 +103,10 @@ Network::NetworkInfo infoOverOldValues() {
 TEST_F(Ipv4Settings, PortThatCannotBeFoundIsLookedUpAsPortZero) {
     platform.fail("interfaceMngGet", 3);
     const Network::NetworkInfo info = infoOverOldValues();
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(
-                    dhcpRead, "interfaceMngGet() -> 3", trace("interfaceMngGet returned error"),
-                    trace("getNetworkInfo: portID: 0."), "interfaceLinuxnameGet(0, 9) -> 1",
-                    error("getNetworkInfo: function interfaceLinuxnameGet has failed!portID: 0."),
-                    vlansRead)));
+    EXPECT_JOURNAL(sharing(
+        dhcpRead, "interfaceMngGet() -> 3", trace("interfaceMngGet returned error"),
+        trace("getNetworkInfo: portID: 0."), "interfaceLinuxnameGet(0, 9) -> 1",
+        error("getNetworkInfo: function interfaceLinuxnameGet has failed!portID: 0."), vlansRead));
     EXPECT_EQ(info.ipAddr, 0U);
     EXPECT_EQ(info.netmask, 0U);
     EXPECT_THAT(info.macAddr, ElementsAre(0, 0, 0, 0, 0, 0));
@@ -124,12 +116,10 @@ TEST_F(Ipv4Settings, PortThatCannotBeFoundIsLookedUpAsPortZero) {
 TEST_F(Ipv4Settings, PortWithoutANameHasNeitherAddressNorMac) {
     platform.fail("interfaceLinuxnameGet", 4);
     const Network::NetworkInfo info = infoOverOldValues();
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(
-                    dhcpRead, "interfaceMngGet() -> 0 1", trace("getNetworkInfo: portID: 1."),
-                    "interfaceLinuxnameGet(1, 9) -> 4",
-                    error("getNetworkInfo: function interfaceLinuxnameGet has failed!portID: 1."),
-                    vlansRead)));
+    EXPECT_JOURNAL(sharing(
+        dhcpRead, "interfaceMngGet() -> 0 1", trace("getNetworkInfo: portID: 1."),
+        "interfaceLinuxnameGet(1, 9) -> 4",
+        error("getNetworkInfo: function interfaceLinuxnameGet has failed!portID: 1."), vlansRead));
     EXPECT_EQ(info.ipAddr, 0U);
     EXPECT_EQ(info.netmask, 0U);
     EXPECT_THAT(info.macAddr, ElementsAre(0, 0, 0, 0, 0, 0));
@@ -146,11 +136,10 @@ TEST_F(Ipv4Settings, PortNameMayHaveEightCharacters) {
 TEST_F(Ipv4Settings, MacThatCannotBeReadIsZeroSilently) {
     platform.fail("varoGetIfcMAC", 5);
     const Network::NetworkInfo info = infoOverOldValues();
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(dhcpRead, "interfaceMngGet() -> 0 1",
-                                         trace("getNetworkInfo: portID: 1."),
-                                         R"(interfaceLinuxnameGet(1, 9) -> 0 "mng0")",
-                                         R"(varoGetIfcMAC("mng0") -> 5)", addressRead, vlansRead)));
+    EXPECT_JOURNAL(sharing(dhcpRead, "interfaceMngGet() -> 0 1",
+                           trace("getNetworkInfo: portID: 1."),
+                           R"(interfaceLinuxnameGet(1, 9) -> 0 "mng0")",
+                           R"(varoGetIfcMAC("mng0") -> 5)", addressRead, vlansRead));
     EXPECT_THAT(info.macAddr, ElementsAre(0, 0, 0, 0, 0, 0));
     EXPECT_EQ(info.ipAddr, oldAddress);
 }
@@ -158,7 +147,7 @@ TEST_F(Ipv4Settings, MacThatCannotBeReadIsZeroSilently) {
 TEST_F(Ipv4Settings, AddressThatCannotBeReadIsZeroSilently) {
     platform.fail("varoGetInterface", 5);
     const Network::NetworkInfo info = infoOverOldValues();
-    EXPECT_THAT(journal(), ElementsAreArray(infoRead(R"(varoGetInterface("mng0") -> 5)")));
+    EXPECT_JOURNAL(infoRead(R"(varoGetInterface("mng0") -> 5)"));
     EXPECT_THAT(info.macAddr, ElementsAre(2, 0, 0, 0, 0, 7));
     EXPECT_EQ(info.ipAddr, 0U);
     EXPECT_EQ(info.netmask, 0U);
@@ -179,7 +168,7 @@ const Entries alarmTakenBack = {
 
 TEST_F(Ipv4Settings, DhcpIsSwitchedOffWithoutTouchingTheAddress) {
     EXPECT_EQ(networkSetProtocol(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(dhcpSwitched("0", 0), alarmTakenBack)));
+    EXPECT_JOURNAL(exclusively(dhcpSwitched("0", 0), alarmTakenBack));
     EXPECT_EQ(info().ipAddr, oldAddress);
     EXPECT_EQ(gatewayNow(), gateway);
 }
@@ -188,34 +177,31 @@ TEST_F(Ipv4Settings, DhcpIsSwitchedOnByAnyValueButZero) {
     for (const int on : {1, 2, -1, 256}) {
         platform.addressing.dhcp.updateSelector = 0;
         EXPECT_EQ(networkSetProtocol(on), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(dhcpSwitched("1", 0), alarmTakenBack)));
+        EXPECT_JOURNAL(exclusively(dhcpSwitched("1", 0), alarmTakenBack));
     }
 }
 
 TEST_F(Ipv4Settings, SwitchIsWrittenThoughTheRecordCannotBeRead) {
     platform.fail("varoGetDhcp", 5);
     EXPECT_EQ(networkSetProtocol(1), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    "varoGetDhcp() -> 5",
+    EXPECT_JOURNAL(
+        exclusively("varoGetDhcp() -> 5",
                     R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=0 circuitId=""}) -> 0)",
-                    trace("setProtocol: return value for varoUpdateDhcp: 0"), alarmTakenBack)));
+                    trace("setProtocol: return value for varoUpdateDhcp: 0"), alarmTakenBack));
 }
 
 TEST_F(Ipv4Settings, SwitchThatCannotBeWrittenFails) {
     platform.fail("varoUpdateDhcp", 6);
     EXPECT_EQ(networkSetProtocol(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(dhcpSwitched("0", 6))));
+    EXPECT_JOURNAL(exclusively(dhcpSwitched("0", 6)));
 }
 
 TEST_F(Ipv4Settings, SwitchFailsWhenTheAlarmCannotBeTakenBackButIsWritten) {
     platform.fail("varoDhcpRetreatAlrServNotResponding", -7);
     EXPECT_EQ(networkSetProtocol(0), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            dhcpSwitched("0", 0), "varoDhcpRetreatAlrServNotResponding() -> -7",
-            trace("setProtocol: return value for varoDhcpRetreatAlrServNotResponding: -7"))));
+    EXPECT_JOURNAL(exclusively(
+        dhcpSwitched("0", 0), "varoDhcpRetreatAlrServNotResponding() -> -7",
+        trace("setProtocol: return value for varoDhcpRetreatAlrServNotResponding: -7")));
     EXPECT_EQ(info().dhcpEnabled, 0U);
 }
 
@@ -223,71 +209,63 @@ TEST_F(Ipv4Settings, SwitchFailsWhenTheAlarmCannotBeTakenBackButIsWritten) {
 
 TEST_F(Ipv4Settings, GatewayIsReplaced) {
     EXPECT_EQ(networkSetGateway(otherGateway), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(trace("setGateway: after lock"), gatewayRead,
-                                             "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0",
-                                             "varoAddRoute({0.0.0.0 via 192.0.2.254}) -> 0",
-                                             trace("setGateway: new default gateway added!"))));
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
+                               "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0",
+                               "varoAddRoute({0.0.0.0 via 192.0.2.254}) -> 0",
+                               trace("setGateway: new default gateway added!")));
     EXPECT_EQ(gatewayNow(), otherGateway);
 }
 
 TEST_F(Ipv4Settings, FirstGatewayHasNoneToDelete) {
     platform.addressing.defaultGateway = 0;
     EXPECT_EQ(networkSetGateway(0xffffffff), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(trace("setGateway: after lock"), noGatewayRead,
-                                             "varoAddRoute({0.0.0.0 via 255.255.255.255}) -> 0",
-                                             trace("setGateway: new default gateway added!"))));
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), noGatewayRead,
+                               "varoAddRoute({0.0.0.0 via 255.255.255.255}) -> 0",
+                               trace("setGateway: new default gateway added!")));
     EXPECT_EQ(gatewayNow(), 0xffffffffU);
 }
 
 TEST_F(Ipv4Settings, GatewayInPlaceStays) {
     EXPECT_EQ(networkSetGateway(gateway), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(trace("setGateway: after lock"), gatewayRead)));
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead));
 }
 
 TEST_F(Ipv4Settings, GatewayZeroDeletes) {
     EXPECT_EQ(networkSetGateway(0), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(trace("setGateway: after lock"), gatewayRead,
-                                             "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0")));
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
+                               "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0"));
     EXPECT_EQ(gatewayNow(), 0U);
 }
 
 TEST_F(Ipv4Settings, GatewayZeroWithoutAGatewayDoesNothing) {
     platform.addressing.defaultGateway = 0;
     EXPECT_EQ(networkSetGateway(0), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(trace("setGateway: after lock"), noGatewayRead)));
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), noGatewayRead));
 }
 
 TEST_F(Ipv4Settings, GatewayIsNotTouchedWhenTheCurrentOneIsNotToBeHad) {
     platform.fail("sharedLock", 1);
     EXPECT_EQ(networkSetGateway(otherGateway), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(trace("setGateway: after lock"),
-                                                        refused("sharedLock"))));
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), refused("sharedLock")));
     EXPECT_EQ(platform.addressing.defaultGateway, gateway);
 }
 
 TEST_F(Ipv4Settings, GatewayThatCannotBeDeletedStays) {
     platform.fail("varoDeleteRoute", 5);
     EXPECT_EQ(networkSetGateway(otherGateway), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               trace("setGateway: after lock"), gatewayRead,
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
                                "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 5",
-                               trace("setGateway: unable to delete old default gateway"))));
+                               trace("setGateway: unable to delete old default gateway")));
     EXPECT_EQ(gatewayNow(), gateway);
 }
 
 TEST_F(Ipv4Settings, GatewayThatCannotBeAddedLeavesNone) {
     platform.fail("varoAddRoute", 5);
     EXPECT_EQ(networkSetGateway(otherGateway), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               trace("setGateway: after lock"), gatewayRead,
+    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
                                "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0",
                                "varoAddRoute({0.0.0.0 via 192.0.2.254}) -> 5",
-                               trace("setGateway: failed to add new default gateway"))));
+                               trace("setGateway: failed to add new default gateway")));
     EXPECT_EQ(gatewayNow(), 0U);
 }
 
@@ -295,7 +273,7 @@ TEST_F(Ipv4Settings, GatewayIsRead) {
     unsigned int read = 77;
     EXPECT_EQ(networkGetGateway(&read), 0);
     EXPECT_EQ(read, gateway);
-    EXPECT_THAT(journal(), ElementsAreArray(gatewayRead));
+    EXPECT_JOURNAL(gatewayRead);
 }
 
 TEST_F(Ipv4Settings, MissingGatewayReadsAsZero) {
@@ -303,28 +281,26 @@ TEST_F(Ipv4Settings, MissingGatewayReadsAsZero) {
     unsigned int read = 77;
     EXPECT_EQ(networkGetGateway(&read), 0);
     EXPECT_EQ(read, 0U);
-    EXPECT_THAT(journal(), ElementsAreArray(noGatewayRead));
+    EXPECT_JOURNAL(noGatewayRead);
 }
 
 TEST_F(Ipv4Settings, GatewayThatIsNullIsReported) {
     EXPECT_EQ(networkGetGateway(nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               error("getGateway failed! One of input args is NULL. gw: (nil)"))));
+    EXPECT_JOURNAL(sharing(error("getGateway failed! One of input args is NULL. gw: (nil)")));
 }
 
 // Helpers.
 
 TEST_F(Ipv4Settings, InterfaceRecordThatIsNullIsReported) {
     EXPECT_FALSE(entity().getIntf(oldAddress, mask, nullptr));
-    EXPECT_THAT(journal(),
-                ElementsAre(error("getIntf failed! One of input args is NULL. intf: (nil)")));
+    EXPECT_JOURNAL(error("getIntf failed! One of input args is NULL. intf: (nil)"));
 }
 
 TEST_F(Ipv4Settings, InterfaceRecordIsClearedAndTakesTheValuesAsGiven) {
     varoLib_s_interface record;
     std::memset(&record, 0xff, sizeof record);
     EXPECT_TRUE(entity().getIntf(1, 0x00ff00ff, &record));
-    EXPECT_THAT(journal(), ElementsAreArray(portNamed));
+    EXPECT_JOURNAL(portNamed);
     EXPECT_EQ(record.ipAddr, 1U);
     EXPECT_EQ(record.netmask, 0x00ff00ffU);
     EXPECT_EQ(record.reserved, 0U);
@@ -363,25 +339,24 @@ TEST_F(Ipv4Settings, MasksAreCutToTheirLeadingRunOfOnesAndComplementedOnDemand) 
 TEST_F(Ipv4Settings, MasksAreTracedBeforeAndAfterTheComplement) {
     unsigned int value = 0xffffff00;
     entity().correctNetmask(&value, true);
-    EXPECT_THAT(journal(), ElementsAre(trace("correctNetmask: before negation mask=0xffffff00"),
-                                       trace("correctNetmask: after negation mask=0xff")));
+    EXPECT_JOURNAL(trace("correctNetmask: before negation mask=0xffffff00"),
+                   trace("correctNetmask: after negation mask=0xff"));
     value = 0xff00ff00;
     entity().correctNetmask(&value, false);
-    EXPECT_THAT(journal(), ElementsAre(trace("correctNetmask: before negation mask=0xff000000"),
-                                       trace("correctNetmask: after negation mask=0xff000000")));
+    EXPECT_JOURNAL(trace("correctNetmask: before negation mask=0xff000000"),
+                   trace("correctNetmask: after negation mask=0xff000000"));
 }
 
 TEST_F(Ipv4Settings, BoardPositionIsReadOrZero) {
     unsigned int position = 77;
     entity().getIpmiBoardPos(&position);
     EXPECT_EQ(position, 5U);
-    EXPECT_THAT(journal(), ElementsAre("varoGetMyBoardPos() -> 0 5"));
+    EXPECT_JOURNAL("varoGetMyBoardPos() -> 0 5");
     platform.fail("varoGetMyBoardPos", -4);
     entity().getIpmiBoardPos(&position);
     EXPECT_EQ(position, 0U);
-    EXPECT_THAT(journal(),
-                ElementsAre("varoGetMyBoardPos() -> -4",
-                            error("getIpmiBoardPos: varoGetMyBoardPos has failed: rv=-4")));
+    EXPECT_JOURNAL("varoGetMyBoardPos() -> -4",
+                   error("getIpmiBoardPos: varoGetMyBoardPos has failed: rv=-4"));
 }
 
 }  // namespace

@@ -12,8 +12,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 const std::string ipv6Read =
     R"(varoGetIpv6() -> 0 {addr="2001:db8::10" prefix=64 list="2001:db8::10/64 fe80::7/64" gw="fe80::1"})";
 
@@ -48,9 +46,8 @@ protected:
 
 TEST_F(Ipv6, AddressIsSetInARecordOfItsOwn) {
     EXPECT_EQ(setAddress("2001:db8::20", 48), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    R"(varoSetIpv6Addr({addr="2001:db8::20" prefix=48 list="" gw=""}) -> 0)")));
+    EXPECT_JOURNAL(
+        exclusively(R"(varoSetIpv6Addr({addr="2001:db8::20" prefix=48 list="" gw=""}) -> 0)"));
     EXPECT_STREQ(state().ipv6Addr, "2001:db8::20");
     EXPECT_STREQ(state().ipv6Gw, "fe80::1");
 }
@@ -58,12 +55,10 @@ TEST_F(Ipv6, AddressIsSetInARecordOfItsOwn) {
 TEST_F(Ipv6, AddressAndPrefixLengthAreNotChecked) {
     EXPECT_EQ(setAddress("", 0), 0);
     EXPECT_EQ(setAddress("no address", 4294967295U), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            exclusively(R"(varoSetIpv6Addr({addr="" prefix=0 list="" gw=""}) -> 0)"),
-            exclusively(
-                R"(varoSetIpv6Addr({addr="no address" prefix=4294967295 list="" gw=""}) -> 0)"))));
+    EXPECT_JOURNAL(
+        exclusively(R"(varoSetIpv6Addr({addr="" prefix=0 list="" gw=""}) -> 0)"),
+        exclusively(
+            R"(varoSetIpv6Addr({addr="no address" prefix=4294967295 list="" gw=""}) -> 0)"));
 }
 
 TEST_F(Ipv6, AddressIsCutTo99Characters) {
@@ -83,23 +78,22 @@ TEST_F(Ipv6, AddressIsFollowedByZeroBytesOnly) {
 
 TEST_F(Ipv6, AddressThatIsNullIsReported) {
     EXPECT_EQ(networkSetIpv6Addr(nullptr, 64), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(error(
-                               "setIpv6Addr failed! One of input args is NULL. ipv6Addr: (nil)"))));
+    EXPECT_JOURNAL(
+        exclusively(error("setIpv6Addr failed! One of input args is NULL. ipv6Addr: (nil)")));
 }
 
 TEST_F(Ipv6, AddressThatIsRefusedIsReported) {
     platform.fail("varoSetIpv6Addr", -22);
     EXPECT_EQ(setAddress("2001:db8::20", 48), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    R"(varoSetIpv6Addr({addr="2001:db8::20" prefix=48 list="" gw=""}) -> -22)",
-                    error("setIpv6Addr: varoSetIpv6Addr has failed! Return value: -22"))));
+    EXPECT_JOURNAL(
+        exclusively(R"(varoSetIpv6Addr({addr="2001:db8::20" prefix=48 list="" gw=""}) -> -22)",
+                    error("setIpv6Addr: varoSetIpv6Addr has failed! Return value: -22")));
     EXPECT_STREQ(state().ipv6Addr, "2001:db8::10");
 }
 
 TEST_F(Ipv6, AddressIsRemoved) {
     EXPECT_EQ(networkRemoveIpv6Addr(), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively("varoRemoveIpv6Addr() -> 0")));
+    EXPECT_JOURNAL(exclusively("varoRemoveIpv6Addr() -> 0"));
     EXPECT_STREQ(state().ipv6Addr, "");
     EXPECT_STREQ(state().ipv6Gw, "fe80::1");
 }
@@ -107,18 +101,16 @@ TEST_F(Ipv6, AddressIsRemoved) {
 TEST_F(Ipv6, AddressThatCannotBeRemovedIsReported) {
     platform.fail("varoRemoveIpv6Addr", 5);
     EXPECT_EQ(networkRemoveIpv6Addr(), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    "varoRemoveIpv6Addr() -> 5",
-                    error("removeIpv6Addr: varoRemoveIpv6Addr has failed! Return value: 5"))));
+    EXPECT_JOURNAL(
+        exclusively("varoRemoveIpv6Addr() -> 5",
+                    error("removeIpv6Addr: varoRemoveIpv6Addr has failed! Return value: 5")));
 }
 
 // Gateway.
 
 TEST_F(Ipv6, GatewayIsSetInARecordOfItsOwn) {
     EXPECT_EQ(setGateway("fe80::2"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               R"(varoSetIpv6Gw({addr="" prefix=0 list="" gw="fe80::2"}) -> 0)")));
+    EXPECT_JOURNAL(exclusively(R"(varoSetIpv6Gw({addr="" prefix=0 list="" gw="fe80::2"}) -> 0)"));
     EXPECT_STREQ(state().ipv6Gw, "fe80::2");
     EXPECT_STREQ(state().ipv6Addr, "2001:db8::10");
 }
@@ -133,22 +125,21 @@ TEST_F(Ipv6, GatewayIsCutTo99Characters) {
 
 TEST_F(Ipv6, GatewayThatIsNullIsReported) {
     EXPECT_EQ(networkSetIpv6Gw(nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(error(
-                               "setIpv6Gw failed! One of input args is NULL. ipv6Gw: (nil)"))));
+    EXPECT_JOURNAL(
+        exclusively(error("setIpv6Gw failed! One of input args is NULL. ipv6Gw: (nil)")));
 }
 
 TEST_F(Ipv6, GatewayThatIsRefusedIsReportedWithTheDoubledWord) {
     platform.fail("varoSetIpv6Gw", 22);
     EXPECT_EQ(setGateway("fe80::2"), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    R"(varoSetIpv6Gw({addr="" prefix=0 list="" gw="fe80::2"}) -> 22)",
-                    error("setIpv6ipv6Gw: varoSetIpv6ipv6Gw has failed! Return value: 22"))));
+    EXPECT_JOURNAL(
+        exclusively(R"(varoSetIpv6Gw({addr="" prefix=0 list="" gw="fe80::2"}) -> 22)",
+                    error("setIpv6ipv6Gw: varoSetIpv6ipv6Gw has failed! Return value: 22")));
 }
 
 TEST_F(Ipv6, GatewayIsRemoved) {
     EXPECT_EQ(networkRemoveIpv6Gw(), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively("varoRemoveIpv6Gw() -> 0")));
+    EXPECT_JOURNAL(exclusively("varoRemoveIpv6Gw() -> 0"));
     EXPECT_STREQ(state().ipv6Gw, "");
     EXPECT_STREQ(state().ipv6Addr, "2001:db8::10");
 }
@@ -156,10 +147,9 @@ TEST_F(Ipv6, GatewayIsRemoved) {
 TEST_F(Ipv6, GatewayThatCannotBeRemovedIsReported) {
     platform.fail("varoRemoveIpv6Gw", -5);
     EXPECT_EQ(networkRemoveIpv6Gw(), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               "varoRemoveIpv6Gw() -> -5",
+    EXPECT_JOURNAL(exclusively("varoRemoveIpv6Gw() -> -5",
                                error("removeIpv6Gw: varoRemoveIpv6Gw has failed! Return value: "
-                                     "-5"))));
+                                     "-5")));
 }
 
 // Queries.
@@ -168,7 +158,7 @@ TEST_F(Ipv6, ListAndGatewayAreRead) {
     Buffer<2000> list;
     Buffer<100> gateway;
     EXPECT_EQ(networkGetIpv6Addr(list.text, gateway.text), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(ipv6Read)));
+    EXPECT_JOURNAL(sharing(ipv6Read));
     EXPECT_EQ(list.content(), "2001:db8::10/64 fe80::7/64");
     EXPECT_EQ(gateway.content(), "fe80::1");
     EXPECT_TRUE(list.isIntactBehind());
@@ -205,9 +195,7 @@ TEST_F(Ipv6, ListThatCannotBeReadIsReportedAndTheBuffersStay) {
     Buffer<2000> list;
     Buffer<100> gateway;
     EXPECT_EQ(networkGetIpv6Addr(list.text, gateway.text), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(
-                    sharing("varoGetIpv6() -> 5", error("getIpv6Addr: varoGetIpv6 has failed!"))));
+    EXPECT_JOURNAL(sharing("varoGetIpv6() -> 5", error("getIpv6Addr: varoGetIpv6 has failed!")));
     EXPECT_TRUE(list.isUntouched());
     EXPECT_TRUE(gateway.isUntouched());
 }
@@ -216,7 +204,7 @@ TEST_F(Ipv6, InformationIsRead) {
     Network::NetworkInfoIpv6 info;
     std::memset(&info, 0xff, sizeof info);
     EXPECT_EQ(entity().getNetworkInfoIpv6(&info), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(ipv6Read)));
+    EXPECT_JOURNAL(sharing(ipv6Read));
     EXPECT_STREQ(info.ipv6Addr, "2001:db8::10");
     EXPECT_EQ(info.prefixLen, 64U);
     EXPECT_STREQ(info.ipv6Gw, "fe80::1");
@@ -240,16 +228,15 @@ TEST_F(Ipv6, InformationThatCannotBeReadIsEmptyAndNoFailure) {
     Network::NetworkInfoIpv6 info;
     std::memset(&info, 0xff, sizeof info);
     EXPECT_EQ(entity().getNetworkInfoIpv6(&info), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetIpv6() -> 5")));
+    EXPECT_JOURNAL(sharing("varoGetIpv6() -> 5"));
     const Network::NetworkInfoIpv6 empty{};
     EXPECT_EQ(std::memcmp(&info, &empty, sizeof info), 0);
 }
 
 TEST_F(Ipv6, InformationRecordThatIsNullIsReported) {
     EXPECT_EQ(entity().getNetworkInfoIpv6(nullptr), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(
-                    error("getNetworkInfoIpv6 failed! One of input args is NULL. info: (nil)"))));
+    EXPECT_JOURNAL(
+        sharing(error("getNetworkInfoIpv6 failed! One of input args is NULL. info: (nil)")));
 }
 
 // DHCPv6.
@@ -260,9 +247,7 @@ TEST_F(Ipv6, StateOfDhcpIsRead) {
         bool on = value == 0;
         EXPECT_EQ(networkGetIPv6Proto(&on), 0);
         EXPECT_EQ(on, value != 0);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sharing(std::string("varoGetDhcp6() -> 0 {selector=0 dhcp=") +
-                                             text + "}")));
+        EXPECT_JOURNAL(sharing(std::string("varoGetDhcp6() -> 0 {selector=0 dhcp=") + text + "}"));
     }
 }
 
@@ -271,54 +256,48 @@ TEST_F(Ipv6, DhcpIsReportedOnWhenItCannotBeRead) {
     bool on = false;
     EXPECT_EQ(networkGetIPv6Proto(&on), 0);
     EXPECT_TRUE(on);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(
-                    "varoGetDhcp6() -> -5",
-                    error("getIPv6Proto: varoGetDhcp6 has failed: rv=-5, DHCP IPv6 default value "
-                          "is ON"))));
+    EXPECT_JOURNAL(
+        sharing("varoGetDhcp6() -> -5",
+                error("getIPv6Proto: varoGetDhcp6 has failed: rv=-5, DHCP IPv6 default value "
+                      "is ON")));
 }
 
 TEST_F(Ipv6, StateOfDhcpThatIsNullIsReported) {
     EXPECT_EQ(networkGetIPv6Proto(nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(error(
-                               "getIPv6Proto failed! One of input args is NULL. state: (nil)"))));
+    EXPECT_JOURNAL(sharing(error("getIPv6Proto failed! One of input args is NULL. state: (nil)")));
 }
 
 TEST_F(Ipv6, DhcpIsSwitchedOffInOneUpdate) {
     platform.addressing.dhcp6 = {7, 1};
     EXPECT_EQ(networkSetIPv6Proto(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               "varoGetDhcp6() -> 0 {selector=7 dhcp=1}",
-                               "varoUpdateDhcp6({selector=2 dhcp=0}) -> 0",
-                               trace("setIPv6Proto: return value for varoUpdateDhcp6: 0"))));
+    EXPECT_JOURNAL(sharing("varoGetDhcp6() -> 0 {selector=7 dhcp=1}",
+                           "varoUpdateDhcp6({selector=2 dhcp=0}) -> 0",
+                           trace("setIPv6Proto: return value for varoUpdateDhcp6: 0")));
 }
 
 TEST_F(Ipv6, DhcpIsSwitchedOnByAnyValueButZero) {
     for (const int on : {1, 2, -1, 256}) {
         platform.addressing.dhcp6 = {};
         EXPECT_EQ(networkSetIPv6Proto(on), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                                   "varoGetDhcp6() -> 0 {selector=0 dhcp=0}",
-                                   "varoUpdateDhcp6({selector=2 dhcp=1}) -> 0",
-                                   trace("setIPv6Proto: return value for varoUpdateDhcp6: 0"))));
+        EXPECT_JOURNAL(sharing("varoGetDhcp6() -> 0 {selector=0 dhcp=0}",
+                               "varoUpdateDhcp6({selector=2 dhcp=1}) -> 0",
+                               trace("setIPv6Proto: return value for varoUpdateDhcp6: 0")));
     }
 }
 
 TEST_F(Ipv6, SwitchIsWrittenThoughTheRecordCannotBeRead) {
     platform.fail("varoGetDhcp6", 5);
     EXPECT_EQ(networkSetIPv6Proto(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               "varoGetDhcp6() -> 5", "varoUpdateDhcp6({selector=2 dhcp=1}) -> 0",
-                               trace("setIPv6Proto: return value for varoUpdateDhcp6: 0"))));
+    EXPECT_JOURNAL(sharing("varoGetDhcp6() -> 5", "varoUpdateDhcp6({selector=2 dhcp=1}) -> 0",
+                           trace("setIPv6Proto: return value for varoUpdateDhcp6: 0")));
 }
 
 TEST_F(Ipv6, SwitchThatCannotBeWrittenFails) {
     platform.fail("varoUpdateDhcp6", -6);
     EXPECT_EQ(networkSetIPv6Proto(1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               "varoGetDhcp6() -> 0 {selector=0 dhcp=0}",
-                               "varoUpdateDhcp6({selector=2 dhcp=1}) -> -6",
-                               trace("setIPv6Proto: return value for varoUpdateDhcp6: -6"))));
+    EXPECT_JOURNAL(sharing("varoGetDhcp6() -> 0 {selector=0 dhcp=0}",
+                           "varoUpdateDhcp6({selector=2 dhcp=1}) -> -6",
+                           trace("setIPv6Proto: return value for varoUpdateDhcp6: -6")));
     EXPECT_EQ(platform.addressing.dhcp6.dhcpEnabled, 0U);
 }
 

@@ -1,11 +1,9 @@
-// Construction, start, stop, poll loop and events of the entity. The poll flag and the event of the
-// management address are reached past their access (-fno-access-control, for this file only).
+// Construction, start, stop and events of the entity. The poll flag and the events are reached past
+// their access (-fno-access-control, for this file).
 
 #include "framework/sysInfo.h"
 #include "network/EntityTest.h"
 #include "network/journals.h"
-
-#include <boost/function/function_base.hpp>
 
 #include <chrono>
 #include <future>
@@ -15,54 +13,14 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-constexpr std::uint32_t firstAddress = 0xc0000202;   // 192.0.2.2
-constexpr std::uint32_t secondAddress = 0xc6336402;  // 198.51.100.2
-constexpr std::uint32_t mask = 0xffffff00;
-
 const std::string noManagementInterface = R"(varoGetInterface("mng0") -> 1)";
-const std::string firstAddressRead =
-    R"(varoGetInterface("mng0") -> 0 {192.0.2.2/255.255.255.0 in network byte order})";
-const std::string secondAddressRead =
-    R"(varoGetInterface("mng0") -> 0 {198.51.100.2/255.255.255.0 in network byte order})";
 
 /// The announcement of the last restart, on the queue of the entity before.
 const auto toldOfRestart = testing::StartsWith(R"(msgsnd(500, 1001 "events={\n)");
 
-class Lifecycle : public EntityTest {
-protected:
-    void SetUp() override {
-        // Each look at the interface is followed by what the test has in mind for it; then the loop
-        // ends.
-        platform.onSleep = [this](unsigned int) {
-            if (nextStep < steps.size()) {
-                steps[nextStep++]();
-            } else {
-                entity().pollStop = true;
-            }
-        };
-    }
-
-    void setAddress(std::uint32_t address) {
-        platform.addressing.interfaces["mng0"] = {address, mask};
-    }
-
-    /// Handlers that write down what they are told.
-    void subscribe(const std::string& name, bool answer) {
-        entity().mngAddrChanged.subscribePre([this, name, answer](unsigned int address) {
-            platform.journal.write(name + " is asked about " + std::to_string(address));
-            return answer;
-        });
-        entity().mngAddrChanged.subscribePost([this, name](unsigned int address) {
-            platform.journal.write(name + " is told " + std::to_string(address));
-        });
-    }
-
-    std::vector<std::function<void()>> steps;
-    std::size_t nextStep = 0;
-};
+using Lifecycle = EntityTest;
 
 TEST_F(Lifecycle, ConstructionAndDestructionKeepTheirOrder) {
     remakeEntity();
@@ -80,7 +38,7 @@ TEST_F(Lifecycle, ConstructionTakesVaroLibsThreshold) {
     journal();
     entity().networkBleSyslog(6, "six\n");
     entity().networkBleSyslog(7, "seven\n");
-    EXPECT_THAT(journal(), ElementsAre(R"(syslog(6, "six\n"))"));
+    EXPECT_JOURNAL(R"(syslog(6, "six\n"))");
 }
 
 TEST_F(Lifecycle, ConstructionKeepsThreeWhenVaroLibCannotBeRead) {
@@ -92,7 +50,7 @@ TEST_F(Lifecycle, ConstructionKeepsThreeWhenVaroLibCannotBeRead) {
                 testing::IsSupersetOf({"varoLibInit() -> 4", "varoGetInternalConfig() -> 4"}));
     entity().networkBleSyslog(3, "three\n");
     entity().networkBleSyslog(4, "four\n");
-    EXPECT_THAT(journal(), ElementsAre(R"(syslog(3, "three\n"))"));
+    EXPECT_JOURNAL(R"(syslog(3, "three\n"))");
 }
 
 TEST_F(Lifecycle, ConstructionGoesOnWithoutThePositionOfTheBoard) {
@@ -152,8 +110,7 @@ const Entries listDestroyed = {R"(delCondition("RA_mng0", 101, 1) -> 0)",
 
 TEST_F(Lifecycle, StartRegistersTheServiceCreatesTheListAndAsksForThePollThread) {
     EXPECT_EQ(entity().start(), 1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(listCreated, eventsReached, "pthread_create() -> 0")));
+    EXPECT_JOURNAL(listCreated, eventsReached, "pthread_create() -> 0");
     entity().rpcProxy.stop(false);
     EXPECT_THAT(platform.journal.takeOf("Network_mng"),
                 ElementsAre(R"(registerThread("Network_mng"))", "pmap_unset(536870921, 1) -> 0",
@@ -167,27 +124,20 @@ TEST_F(Lifecycle, StartRegistersTheServiceCreatesTheListAndAsksForThePollThread)
 TEST_F(Lifecycle, StartGoesOnWithoutTheList) {
     platform.fail("createACL", 5);
     EXPECT_EQ(entity().start(), 1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            "interfaceMngGet() -> 0 1", R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
-            R"(createACL("RA_mng0", 4) -> 5)",
-            error("initNetworkAcl: createACL(RA_mng0): faild! Remote access "
-                  "filtering will not be able to work! Return value: 5"),
-            error("start: initNetworkAcl has failed!"), eventsReached, "pthread_create() -> 0")));
+    EXPECT_JOURNAL("interfaceMngGet() -> 0 1", R"(interfaceLinuxnameGet(1, 37) -> 0 "mng0")",
+                   R"(createACL("RA_mng0", 4) -> 5)",
+                   error("initNetworkAcl: createACL(RA_mng0): faild! Remote access "
+                         "filtering will not be able to work! Return value: 5"),
+                   error("start: initNetworkAcl has failed!"), eventsReached,
+                   "pthread_create() -> 0");
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence("pthread_join()", eventsReached)));
+    EXPECT_JOURNAL("pthread_join()", eventsReached);
     platform.journal.takeAll();
 }
 
 class StartedEntity : public Lifecycle {
 protected:
     void SetUp() override {
-        Lifecycle::SetUp();
-        start();
-    }
-
-    void start() {
         ASSERT_EQ(entity().start(), 1);
         entity().rpcProxy.stop(false);
         platform.journal.takeAll();
@@ -218,7 +168,7 @@ protected:
 TEST_F(StartedEntity, FollowsExternalMessages) {
     sendExternalMessage("networkBle_severity", "4");
     entity().networkBleSyslog(4, "four\n");
-    EXPECT_THAT(journal(), ElementsAre(R"(syslog(4, "four\n"))"));
+    EXPECT_JOURNAL(R"(syslog(4, "four\n"))");
 }
 
 TEST_F(StartedEntity, WritesANewIdentityOfTheShelfIntoOption82) {
@@ -226,13 +176,11 @@ TEST_F(StartedEntity, WritesANewIdentityOfTheShelfIntoOption82) {
     renameShelf("7");
     const std::string read =
         R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})";
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            read,
-            exclusively(
-                read, R"(getShelfId() -> "7")",
-                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:7 eth 5:1:"}) -> 0)"))));
+    EXPECT_JOURNAL(exclusively(
+        read,
+        exclusively(
+            read, R"(getShelfId() -> "7")",
+            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:7 eth 5:1:"}) -> 0)")));
 }
 
 TEST_F(StartedEntity, DoesNotFollowTheShelfAfterItsStop) {
@@ -255,8 +203,7 @@ TEST_F(StartedEntity, StartingAgainFailsAndDoesNothing) {
 
 TEST_F(StartedEntity, StopJoinsThePollThreadAndLeavesTheEvents) {
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence("pthread_join()", listDestroyed, eventsReached)));
+    EXPECT_JOURNAL("pthread_join()", listDestroyed, eventsReached);
     sendExternalMessage("networkBle_severity", "7");
     entity().networkBleSyslog(7, "seven\n");
     EXPECT_THAT(journal(), IsEmpty());
@@ -265,13 +212,11 @@ TEST_F(StartedEntity, StopJoinsThePollThreadAndLeavesTheEvents) {
 TEST_F(StartedEntity, StopGoesOnThoughTheListStays) {
     platform.fail("deleteACL", 6);
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(
-                    sequence("pthread_join()", R"(delCondition("RA_mng0", 101, 1) -> 0)",
-                             R"(delRuleById("RA_mng0", 101) -> 0)", R"(deleteACL("RA_mng0") -> 6)",
-                             error("destroyNetworkAcl: deleteACL(RA_mng0): faild! Remote access "
-                                   "filtering will not be able to work anymore! Return value: 6"),
-                             error("start: destroyNetworkAcl has failed!"), eventsReached)));
+    EXPECT_JOURNAL("pthread_join()", R"(delCondition("RA_mng0", 101, 1) -> 0)",
+                   R"(delRuleById("RA_mng0", 101) -> 0)", R"(deleteACL("RA_mng0") -> 6)",
+                   error("destroyNetworkAcl: deleteACL(RA_mng0): faild! Remote access "
+                         "filtering will not be able to work anymore! Return value: 6"),
+                   error("start: destroyNetworkAcl has failed!"), eventsReached);
     sendExternalMessage("networkBle_severity", "7");
     renameShelf("7");
     EXPECT_THAT(journal(), IsEmpty());
@@ -281,7 +226,7 @@ TEST_F(StartedEntity, AnotherStopFindsNothingLeftToDo) {
     EXPECT_EQ(entity().stop(), 1);
     journal();
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(eventsReached));
+    EXPECT_JOURNAL(eventsReached);
 }
 
 TEST_F(StartedEntity, StopStoresTheValueOnWhichTheLoopRuns) {
@@ -295,15 +240,14 @@ TEST_F(Lifecycle, StopWithoutAPollThreadJoinsNothing) {
     platform.fail("pthread_create", 11);
     EXPECT_EQ(entity().start(), 1);
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(listCreated, eventsReached, "pthread_create() -> 11",
-                                          listDestroyed, eventsReached)));
+    EXPECT_JOURNAL(listCreated, eventsReached, "pthread_create() -> 11", listDestroyed,
+                   eventsReached);
     platform.journal.takeAll();
 }
 
 TEST_F(Lifecycle, StopOfAnEntityThatNeverStartedSucceeds) {
     EXPECT_EQ(entity().stop(), 1);
-    EXPECT_THAT(journal(), ElementsAreArray(eventsReached));
+    EXPECT_JOURNAL(eventsReached);
 }
 
 TEST_F(Lifecycle, MayBeStartedAgainAfterItsStop) {
@@ -311,9 +255,8 @@ TEST_F(Lifecycle, MayBeStartedAgainAfterItsStop) {
         platform.accessLists = {};
         EXPECT_EQ(entity().start(), 1);
         EXPECT_EQ(entity().stop(), 1);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sequence(listCreated, eventsReached, "pthread_create() -> 0",
-                                              "pthread_join()", listDestroyed, eventsReached)));
+        EXPECT_JOURNAL(listCreated, eventsReached, "pthread_create() -> 0", "pthread_join()",
+                       listDestroyed, eventsReached);
     }
     platform.journal.takeAll();
 }
@@ -368,100 +311,6 @@ TEST_F(Lifecycle, StopWaitsUntilThePollLoopEndsByItself) {
                 ElementsAre(noManagementInterface, "sleep(5)", noManagementInterface, "sleep(5)",
                             noManagementInterface, "sleep(5)", noManagementInterface, "sleep(5)"));
     platform.journal.takeAll();
-}
-
-TEST_F(Lifecycle, PollThreadRunsTheLoopOfItsEntity) {
-    EXPECT_EQ(Network::PollThread(&entity()), nullptr);
-    EXPECT_THAT(journal(), ElementsAre(noManagementInterface, "sleep(5)"));
-}
-
-TEST_F(Lifecycle, LoopThatIsToldToStopDoesNotEvenLook) {
-    entity().pollStop = true;
-    EXPECT_EQ(entity().Poll(), 0);
-    EXPECT_THAT(journal(), IsEmpty());
-}
-
-TEST_F(Lifecycle, LoopLooksAtOnceAndThenEveryFiveSeconds) {
-    setAddress(0);
-    steps = {[] {}, [] {}};
-    EXPECT_EQ(entity().Poll(), 0);
-    const std::string nothing =
-        R"(varoGetInterface("mng0") -> 0 {0.0.0.0/255.255.255.0 in network byte order})";
-    EXPECT_THAT(journal(),
-                ElementsAre(nothing, "sleep(5)", nothing, "sleep(5)", nothing, "sleep(5)"));
-}
-
-TEST_F(Lifecycle, FirstAddressFiresBothListsOnce) {
-    setAddress(firstAddress);
-    subscribe("a", true);
-    subscribe("b", true);
-    steps = {[] {}};
-    entity().Poll();
-    EXPECT_THAT(journal(), ElementsAre(firstAddressRead, "a is asked about 0", "b is asked about 0",
-                                       "a is told 3221225986", "b is told 3221225986", "sleep(5)",
-                                       firstAddressRead, "sleep(5)"));
-    EXPECT_EQ(entity().currentIpAddr, firstAddress);
-}
-
-TEST_F(Lifecycle, PreHandlersAreOfferedTheOldAddress) {
-    setAddress(firstAddress);
-    steps = {[this] {
-        subscribe("a", true);
-        setAddress(secondAddress);
-    }};
-    entity().Poll();
-    EXPECT_THAT(journal(),
-                ElementsAre(firstAddressRead, "sleep(5)", secondAddressRead,
-                            "a is asked about 3221225986", "a is told 3325256706", "sleep(5)"));
-}
-
-TEST_F(Lifecycle, RefusalEndsTheAskingAndStopsNothing) {
-    setAddress(firstAddress);
-    subscribe("a", true);
-    subscribe("b", false);
-    subscribe("c", true);
-    entity().Poll();
-    EXPECT_THAT(journal(), ElementsAre(firstAddressRead, "a is asked about 0", "b is asked about 0",
-                                       "a is told 3221225986", "b is told 3221225986",
-                                       "c is told 3221225986", "sleep(5)"));
-    EXPECT_EQ(entity().currentIpAddr, firstAddress);
-}
-
-TEST_F(Lifecycle, LostAddressFiresWithZero) {
-    setAddress(firstAddress);
-    steps = {[this] {
-        subscribe("a", true);
-        setAddress(0);
-    }};
-    entity().Poll();
-    EXPECT_THAT(journal(), testing::IsSupersetOf({"a is asked about 3221225986", "a is told 0"}));
-    EXPECT_EQ(entity().currentIpAddr, 0U);
-}
-
-TEST_F(Lifecycle, FailedLookIsSkippedSilentlyAndTheNextOneCounts) {
-    setAddress(firstAddress);
-    subscribe("a", true);
-    platform.fail("varoGetInterface", 7, 1);
-    steps = {[] {}};
-    entity().Poll();
-    EXPECT_THAT(journal(),
-                ElementsAre(R"(varoGetInterface("mng0") -> 7)", "sleep(5)", firstAddressRead,
-                            "a is asked about 0", "a is told 3221225986", "sleep(5)"));
-}
-
-// The address is remembered between the asking and the telling.
-TEST_F(Lifecycle, EmptyHandlerRaisesTheFrameworksError) {
-    setAddress(firstAddress);
-    const auto raised = testing::ThrowsMessage<boost::bad_function_call>(
-        testing::StrEq("call to empty boost::function"));
-    entity().mngAddrChanged.subscribePost({});
-    EXPECT_THAT([] { entity().Poll(); }, raised);
-    EXPECT_EQ(entity().currentIpAddr, firstAddress);
-    setAddress(secondAddress);
-    entity().mngAddrChanged.subscribePre({});
-    EXPECT_THAT([] { entity().Poll(); }, raised);
-    EXPECT_EQ(entity().currentIpAddr, firstAddress);
-    EXPECT_THAT(journal(), ElementsAre(firstAddressRead, secondAddressRead));
 }
 
 }  // namespace

@@ -66,30 +66,19 @@ TEST_P(Locking, RefusedMeansFailureBeforeAnyArgumentIsLookedAt) {
     EXPECT_EQ(GetParam().call.makeWithNulls(), -1);
     EXPECT_THAT(platform.logParts,
                 testing::ElementsAre("<<", "Network BLE: Lock cant be obtained.\n"));
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(tracedBefore(), refused(lock),
-                                                     traced("setDefVlanMode():1042"))));
+    EXPECT_JOURNAL(tracedBefore(), refused(lock), traced("setDefVlanMode():1042"));
 }
 
 INSTANTIATE_TEST_SUITE_P(ExportedFunctions, Locking, testing::ValuesIn(exportedOperations()),
                          [](const auto& operation) { return operation.param.call.name; });
 
-class LockOfRuleCount : public EntityTest {};
+using LocksOfTheRest = EntityTest;
 
-TEST_F(LockOfRuleCount, IsShared) {
-    entity().getAclIdx();
-    EXPECT_THAT(journal(), ElementsAreArray(sharing()));
-}
-
-TEST_F(LockOfRuleCount, RefusedIsMinusOneAsAnUnsignedValue) {
+TEST_F(LocksOfTheRest, RefusedMeansMinusOneOutsideTheExportedFunctionsToo) {
     platform.fail("sharedLock", 1);
     EXPECT_EQ(entity().getAclIdx(), 0xffffffffU);
-    EXPECT_THAT(journal(), refusedLock("sharedLock"));
-}
-
-TEST_F(LockOfRuleCount, IsSharedForTheIpv6InformationToo) {
-    platform.fail("sharedLock", 1);
     EXPECT_EQ(entity().getNetworkInfoIpv6(nullptr), -1);
-    EXPECT_THAT(journal(), refusedLock("sharedLock"));
+    EXPECT_JOURNAL(refused("sharedLock"), refused("sharedLock"));
 }
 
 }  // namespace

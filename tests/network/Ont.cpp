@@ -12,9 +12,8 @@ using Ont = OntTest;
 
 TEST_F(Ont, IsSwitchedOnWithAddressMaskMacAndVlan) {
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(boardsInfoRead, opened, addressSet, maskSet, flagsRead,
-                                          setDown, systemMacRead, macSet, setUp, vlanSet, closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
+                   macSet, setUp, vlanSet, closed);
     EXPECT_EQ(platform.ont.address, ontAddress);
     EXPECT_EQ(platform.ont.netmask, ontMask);
     EXPECT_EQ(platform.ont.mac, platform.ont.systemMac);
@@ -25,20 +24,17 @@ TEST_F(Ont, IsSwitchedOnWithAddressMaskMacAndVlan) {
 TEST_F(Ont, IsBroughtUpEvenIfItWasDown) {
     platform.ont.flags = 0x1002;
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    boardsInfoRead, opened, addressSet, maskSet, flagsRead,
-                    R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1002) -> 0)", systemMacRead, macSet,
-                    R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1003) -> 0)", vlanSet, closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead,
+                   R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1002) -> 0)", systemMacRead, macSet,
+                   R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1003) -> 0)", vlanSet, closed);
 }
 
 TEST_F(Ont, IsSwitchedOffWithoutAnAddressWhateverTheRest) {
     platform.ont.address = ontAddress;
     platform.ont.netmask = ontMask;
     EXPECT_EQ(networkSetOntMng(0, 0xffff0000, 77), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, opened, addressCleared,
-                                                     flagsRead, setDown, systemMacRead, macSet,
-                                                     "gponOntMngVlanSet(1) -> 0", closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressCleared, flagsRead, setDown, systemMacRead,
+                   macSet, "gponOntMngVlanSet(1) -> 0", closed);
     EXPECT_EQ(platform.ont.address, std::nullopt);
     EXPECT_FALSE(isUp());
     EXPECT_EQ(platform.ont.vlanId, 1U);
@@ -47,9 +43,8 @@ TEST_F(Ont, IsSwitchedOffWithoutAnAddressWhateverTheRest) {
 // VLAN 1 is the management port's here.
 TEST_F(Ont, IsSwitchedOffInTheManagementPortsVlanToo) {
     EXPECT_EQ(networkSetOntMng(0, ontMask, 1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, opened, addressCleared,
-                                                     flagsRead, setDown, systemMacRead, macSet,
-                                                     "gponOntMngVlanSet(1) -> 0", closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressCleared, flagsRead, setDown, systemMacRead,
+                   macSet, "gponOntMngVlanSet(1) -> 0", closed);
 }
 
 TEST_F(Ont, ManagementPortsVlanIsRefusedAndTheStandardInputClosed) {
@@ -70,26 +65,22 @@ TEST_F(Ont, ManagementPortsVlanIsRefusedAndTheStandardInputClosed) {
 
 TEST_F(Ont, ManagementPortsVlanIsRefusedSilentlyBelowTheWarningLevel) {
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, "close(0) -> 0")));
+    EXPECT_JOURNAL(boardsInfoRead, "close(0) -> 0");
 }
 
 TEST_F(Ont, OwnStateThatCannotBeReadIsReported) {
     platform.fail("sharedLock", 1);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(refused("sharedLock"),
-                                          error("setOntMng: Could not read network info."))));
+    EXPECT_JOURNAL(refused("sharedLock"), error("setOntMng: Could not read network info."));
 }
 
 TEST_F(Ont, WithoutASocketTheFirstRequestFails) {
     platform.fail("socket", EMFILE);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    boardsInfoRead, "socket(2, 2, 0) -> errno 24",
-                    R"(ioctl(-1, SIOCSIFADDR, "ont0" 2 192.0.2.5:0) -> errno 9)",
-                    error("setOntMng: Could not set the ip to 0xc0000205. Errorcode : 9 Bad file "
-                          "descriptor"))));
+    EXPECT_JOURNAL(boardsInfoRead, "socket(2, 2, 0) -> errno 24",
+                   R"(ioctl(-1, SIOCSIFADDR, "ont0" 2 192.0.2.5:0) -> errno 9)",
+                   error("setOntMng: Could not set the ip to 0xc0000205. Errorcode : 9 Bad file "
+                         "descriptor"));
 }
 
 // Where nothing else is open.
@@ -98,47 +89,39 @@ TEST_F(Ont, SocketZeroIsClosedToo) {
     platform.fail("ioctl SIOCGIFADDR", ENODEV);
     unsigned int unused = 0;
     EXPECT_EQ(networkGetOntMng(&unused, &unused, &unused), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    "socket(2, 2, 0) -> 0", R"(ioctl(0, SIOCGIFADDR, "ont0") -> errno 19)",
-                    error("getOntMng: Could not get the ip. Errorcode : 19 No such device"),
-                    "close(0) -> 0")));
+    EXPECT_JOURNAL("socket(2, 2, 0) -> 0", R"(ioctl(0, SIOCGIFADDR, "ont0") -> errno 19)",
+                   error("getOntMng: Could not get the ip. Errorcode : 19 No such device"),
+                   "close(0) -> 0");
 }
 
 TEST_F(Ont, ThatIsMissingIsReported) {
     platform.ont.exists = false;
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, opened, R"(ioctl(1000, SIOCSIFADDR, "ont0" 2 192.0.2.5:0) -> errno 19)",
-            error("setOntMng: Could not set the ip to 0xc0000205. Errorcode : 19 No such device"),
-            closed)));
+    EXPECT_JOURNAL(
+        boardsInfoRead, opened, R"(ioctl(1000, SIOCSIFADDR, "ont0" 2 192.0.2.5:0) -> errno 19)",
+        error("setOntMng: Could not set the ip to 0xc0000205. Errorcode : 19 No such device"),
+        closed);
 }
 
 TEST_F(Ont, AddressThatCannotBeClearedIsReported) {
     platform.fail("ioctl SIOCSIFADDR", EPERM);
     EXPECT_EQ(networkSetOntMng(0, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, opened, R"(ioctl(1000, SIOCSIFADDR, "ont0" 2 0.0.0.0:0) -> errno 1)",
-            error("setOntMng: Could not set the ip to 0x0. Errorcode : 1 Operation not "
-                  "permitted"),
-            closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened,
+                   R"(ioctl(1000, SIOCSIFADDR, "ont0" 2 0.0.0.0:0) -> errno 1)",
+                   error("setOntMng: Could not set the ip to 0x0. Errorcode : 1 Operation not "
+                         "permitted"),
+                   closed);
 }
 
 TEST_F(Ont, MaskThatCannotBeSetIsReportedAndTheAddressStays) {
     platform.fail("ioctl SIOCSIFNETMASK", EINVAL);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, opened, addressSet,
-            R"(ioctl(1000, SIOCSIFNETMASK, "ont0" 2 255.255.255.0:0) -> errno 22)",
-            error("setOntMng: Could not set the subnet mask to 0xffffff00. Errorcode : 22 Invalid "
-                  "argument"),
-            closed)));
+    EXPECT_JOURNAL(
+        boardsInfoRead, opened, addressSet,
+        R"(ioctl(1000, SIOCSIFNETMASK, "ont0" 2 255.255.255.0:0) -> errno 22)",
+        error("setOntMng: Could not set the subnet mask to 0xffffff00. Errorcode : 22 Invalid "
+              "argument"),
+        closed);
     EXPECT_EQ(platform.ont.address, ontAddress);
     EXPECT_EQ(platform.ont.vlanId, 4000U);
 }
@@ -146,12 +129,10 @@ TEST_F(Ont, MaskThatCannotBeSetIsReportedAndTheAddressStays) {
 TEST_F(Ont, FlagsThatCannotBeReadAreReported) {
     platform.fail("ioctl SIOCGIFFLAGS", ENODEV);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, opened, addressSet, maskSet,
-            R"(ioctl(1000, SIOCGIFFLAGS, "ont0") -> errno 19)",
-            error("setOntMng: Could not read the flags. Errorcode : 19 No such device"), closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet,
+                   R"(ioctl(1000, SIOCGIFFLAGS, "ont0") -> errno 19)",
+                   error("setOntMng: Could not read the flags. Errorcode : 19 No such device"),
+                   closed);
     EXPECT_TRUE(isUp());
 }
 
@@ -161,20 +142,16 @@ const std::string flagsRefused =
 TEST_F(Ont, ThatCannotBeTakenDownIsReported) {
     platform.fail("ioctl SIOCSIFFLAGS", EPERM);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(boardsInfoRead, opened, addressSet, maskSet, flagsRead,
-                                          R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1042) -> errno 1)",
-                                          flagsRefused, closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead,
+                   R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1042) -> errno 1)", flagsRefused, closed);
     EXPECT_TRUE(isUp());
 }
 
 TEST_F(Ont, MacThatCannotBeReadIsReportedAndItStaysDown) {
     platform.fail("mngSystemMacGet", 5);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(boardsInfoRead, opened, addressSet, maskSet, flagsRead,
-                                          setDown, "mngSystemMacGet() -> 5",
-                                          error("setOntMng: Could not read the mac. "), closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown,
+                   "mngSystemMacGet() -> 5", error("setOntMng: Could not read the mac. "), closed);
     EXPECT_FALSE(isUp());
 }
 
@@ -182,14 +159,11 @@ TEST_F(Ont, MacThatCannotBeSetIsReportedAndItStaysDown) {
     platform.ont.systemMac = {0, 1, 0x0a, 0x7f, 0x80, 0xff};
     platform.fail("ioctl SIOCSIFHWADDR", EADDRNOTAVAIL);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
-            R"(ioctl(1000, SIOCSIFHWADDR, "ont0" 1 00:01:0a:7f:80:ff) -> errno 99)",
-            error("setOntMng: Could not set the mac. Errorcode : 99 Cannot assign requested "
-                  "address"),
-            error("setOntMng: Error seting mac 00:01:0a:7f:80:ff"), closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
+                   R"(ioctl(1000, SIOCSIFHWADDR, "ont0" 1 00:01:0a:7f:80:ff) -> errno 99)",
+                   error("setOntMng: Could not set the mac. Errorcode : 99 Cannot assign requested "
+                         "address"),
+                   error("setOntMng: Error seting mac 00:01:0a:7f:80:ff"), closed);
     EXPECT_FALSE(isUp());
     EXPECT_EQ(platform.ont.vlanId, 4000U);
 }
@@ -197,11 +171,9 @@ TEST_F(Ont, MacThatCannotBeSetIsReportedAndItStaysDown) {
 TEST_F(Ont, ThatCannotBeBroughtUpIsReported) {
     platform.fail("ioctl SIOCSIFFLAGS", EPERM, fake::Script::forever, 1);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead, macSet,
-            R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1043) -> errno 1)", flagsRefused, closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
+                   macSet, R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1043) -> errno 1)", flagsRefused,
+                   closed);
     EXPECT_EQ(platform.ont.mac, platform.ont.systemMac);
     EXPECT_EQ(platform.ont.vlanId, 4000U);
 }
@@ -209,10 +181,9 @@ TEST_F(Ont, ThatCannotBeBroughtUpIsReported) {
 TEST_F(Ont, VlanThatCannotBeStoredIsReportedAndTheRestStays) {
     platform.fail("gponOntMngVlanSet", 5);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(
-                               boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown,
-                               systemMacRead, macSet, setUp, "gponOntMngVlanSet(77) -> 5",
-                               error("setOntMng: Could not set the vlan 77."), closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
+                   macSet, setUp, "gponOntMngVlanSet(77) -> 5",
+                   error("setOntMng: Could not set the vlan 77."), closed);
     EXPECT_TRUE(isUp());
 }
 
@@ -246,8 +217,7 @@ TEST_F(OntReading, TellsAddressMaskAndVlan) {
     EXPECT_EQ(ipAddr, ontAddress);
     EXPECT_EQ(netmask, ontMask);
     EXPECT_EQ(vlanId, 4000U);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(opened, addressRead, maskRead,
-                                                     "gponOntMngVlanGet() -> 0 4000", closed)));
+    EXPECT_JOURNAL(opened, addressRead, maskRead, "gponOntMngVlanGet() -> 0 4000", closed);
 }
 
 TEST_F(OntReading, WithoutAnAddressIsReported) {
@@ -256,21 +226,17 @@ TEST_F(OntReading, WithoutAnAddressIsReported) {
     EXPECT_EQ(ipAddr, 71U);
     EXPECT_EQ(netmask, 72U);
     EXPECT_EQ(vlanId, 73U);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(
-                    sequence(opened, R"(ioctl(1000, SIOCGIFADDR, "ont0") -> errno 99)",
-                             error("getOntMng: Could not get the ip. Errorcode : 99 Cannot assign "
-                                   "requested address"),
-                             closed)));
+    EXPECT_JOURNAL(opened, R"(ioctl(1000, SIOCGIFADDR, "ont0") -> errno 99)",
+                   error("getOntMng: Could not get the ip. Errorcode : 99 Cannot assign "
+                         "requested address"),
+                   closed);
 }
 
 TEST_F(OntReading, WithoutASocketTheFirstRequestFails) {
     platform.fail("socket", ENFILE);
     EXPECT_EQ(networkGetOntMng(&ipAddr, &netmask, &vlanId), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(
-                    "socket(2, 2, 0) -> errno 23", R"(ioctl(-1, SIOCGIFADDR, "ont0") -> errno 9)",
-                    error("getOntMng: Could not get the ip. Errorcode : 9 Bad file descriptor"))));
+    EXPECT_JOURNAL("socket(2, 2, 0) -> errno 23", R"(ioctl(-1, SIOCGIFADDR, "ont0") -> errno 9)",
+                   error("getOntMng: Could not get the ip. Errorcode : 9 Bad file descriptor"));
 }
 
 TEST_F(OntReading, MaskThatCannotBeReadIsReported) {
@@ -278,21 +244,17 @@ TEST_F(OntReading, MaskThatCannotBeReadIsReported) {
     EXPECT_EQ(networkGetOntMng(&ipAddr, &netmask, &vlanId), -1);
     EXPECT_EQ(ipAddr, ontAddress);
     EXPECT_EQ(netmask, 72U);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            opened, addressRead, R"(ioctl(1000, SIOCGIFNETMASK, "ont0") -> errno 19)",
-            error("getOntMng: Could not get the subnet mask. Errorcode : 19 No such device"),
-            closed)));
+    EXPECT_JOURNAL(opened, addressRead, R"(ioctl(1000, SIOCGIFNETMASK, "ont0") -> errno 19)",
+                   error("getOntMng: Could not get the subnet mask. Errorcode : 19 No such device"),
+                   closed);
 }
 
 TEST_F(OntReading, VlanThatCannotBeReadIsReportedInTheSettersName) {
     platform.fail("gponOntMngVlanGet", 5);
     EXPECT_EQ(networkGetOntMng(&ipAddr, &netmask, &vlanId), -1);
     EXPECT_EQ(vlanId, 73U);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(opened, addressRead, maskRead, "gponOntMngVlanGet() -> 5",
-                                          error("setOntMng: Could not read the vlan."), closed)));
+    EXPECT_JOURNAL(opened, addressRead, maskRead, "gponOntMngVlanGet() -> 5",
+                   error("setOntMng: Could not read the vlan."), closed);
 }
 
 }  // namespace

@@ -8,8 +8,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 class OntSwitchedOff : public OntTest {
 protected:
     OntSwitchedOff() {
@@ -20,8 +18,7 @@ protected:
     /// Fails to switch it off, by the steps behind the address.
     void expectFailure(const Entries& steps) {
         EXPECT_EQ(networkSetOntMng(0, ontMask, 77), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, opened, addressCleared,
-                                                         steps, closed)));
+        EXPECT_JOURNAL(boardsInfoRead, opened, addressCleared, steps, closed);
         EXPECT_EQ(platform.ont.address, std::nullopt) << "what is done is not taken back";
         EXPECT_EQ(platform.ont.vlanId, 4000U);
     }
@@ -69,12 +66,10 @@ TEST_F(OntSwitchedOff, VlanThatCannotBeStoredIsReportedByItsIdleNumber) {
 TEST_F(OntSwitchedOff, WithoutASocketTheFirstRequestFails) {
     platform.fail("socket", EMFILE);
     EXPECT_EQ(networkSetOntMng(0, ontMask, 77), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            boardsInfoRead, "socket(2, 2, 0) -> errno 24",
-            R"(ioctl(-1, SIOCSIFADDR, "ont0" 2 0.0.0.0:0) -> errno 9)",
-            error("setOntMng: Could not set the ip to 0x0. Errorcode : 9 Bad file descriptor"))));
+    EXPECT_JOURNAL(
+        boardsInfoRead, "socket(2, 2, 0) -> errno 24",
+        R"(ioctl(-1, SIOCSIFADDR, "ont0" 2 0.0.0.0:0) -> errno 9)",
+        error("setOntMng: Could not set the ip to 0x0. Errorcode : 9 Bad file descriptor"));
     EXPECT_EQ(platform.ont.address, ontAddress);
 }
 
@@ -94,14 +89,13 @@ TEST_F(OntVlan, IsComparedWithTheOneThatTheManagementPortWasMovedTo) {
     entity().externalMessage("networkBle_severity", "4", nullptr);
     journal();
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 100), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, refusedVlan("100"))));
+    EXPECT_JOURNAL(boardsInfoRead, refusedVlan("100"));
     EXPECT_EQ(platform.ont.address, std::nullopt);
     EXPECT_EQ(platform.ont.vlanId, 4000U);
 
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 1), 0) << "which the port has left";
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, opened, addressSet, maskSet,
-                                                     flagsRead, setDown, systemMacRead, macSet,
-                                                     setUp, "gponOntMngVlanSet(1) -> 0", closed)));
+    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
+                   macSet, setUp, "gponOntMngVlanSet(1) -> 0", closed);
 }
 
 TEST_F(OntVlan, ZeroIsTheManagementPortsWhileThatIsInNone) {
@@ -110,7 +104,7 @@ TEST_F(OntVlan, ZeroIsTheManagementPortsWhileThatIsInNone) {
     entity().externalMessage("networkBle_severity", "4", nullptr);
     journal();
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(boardsInfoRead, refusedVlan("0"))));
+    EXPECT_JOURNAL(boardsInfoRead, refusedVlan("0"));
 }
 
 }  // namespace

@@ -5,23 +5,15 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-class RemoteAccessRemoval : public RemoteAccessTest {
-protected:
-    RemoteAccessRemoval() {
-        EXPECT_TRUE(entity().initNetworkAcl());
-        journal();
-    }
-};
+using RemoteAccessRemoval = StandingRemoteAccess;
 
 TEST_F(RemoteAccessRemoval, RuleInTheMiddleGoesAndTheRestMovesUp) {
     addRules(4);
     EXPECT_EQ(networkRemoveRARule(2), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("2"), gone("103"),
-                               trace("removeRARule: sequenceNumber=2, i=1, ruleIdx=3"), bound)));
+    EXPECT_JOURNAL(exclusively(unbound, asked("2"), gone("103"),
+                               trace("removeRARule: sequenceNumber=2, i=1, ruleIdx=3"), bound));
     EXPECT_THAT(rules(),
                 ElementsAre("1 permit 10.0.1.0/255.255.255.0", "2 permit 10.0.3.0/255.255.255.0",
                             "3 permit 10.0.4.0/255.255.255.0"));
@@ -33,13 +25,11 @@ TEST_F(RemoteAccessRemoval, RuleInTheMiddleGoesAndTheRestMovesUp) {
 TEST_F(RemoteAccessRemoval, FirstAndLastRulesGo) {
     addRules(4);
     EXPECT_EQ(networkRemoveRARule(4), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("4"), gone("105"),
-                               trace("removeRARule: sequenceNumber=4, i=3, ruleIdx=3"), bound)));
+    EXPECT_JOURNAL(exclusively(unbound, asked("4"), gone("105"),
+                               trace("removeRARule: sequenceNumber=4, i=3, ruleIdx=3"), bound));
     EXPECT_EQ(networkRemoveRARule(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("1"), gone("102"),
-                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=2"), bound)));
+    EXPECT_JOURNAL(exclusively(unbound, asked("1"), gone("102"),
+                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=2"), bound));
     EXPECT_THAT(rules(),
                 ElementsAre("1 permit 10.0.2.0/255.255.255.0", "2 permit 10.0.3.0/255.255.255.0"));
     EXPECT_EQ(entity().ruleIds[2], 0U);
@@ -49,9 +39,8 @@ TEST_F(RemoteAccessRemoval, FirstAndLastRulesGo) {
 TEST_F(RemoteAccessRemoval, OnlyRuleLeavesTheListUnbound) {
     addRules(1);
     EXPECT_EQ(networkRemoveRARule(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("1"), gone("102"),
-                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=0"))));
+    EXPECT_JOURNAL(exclusively(unbound, asked("1"), gone("102"),
+                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=0")));
     EXPECT_THAT(rules(), IsEmpty());
     EXPECT_THAT(bridgeRules(), ElementsAre(101));
     EXPECT_FALSE(isBound());
@@ -60,8 +49,7 @@ TEST_F(RemoteAccessRemoval, OnlyRuleLeavesTheListUnbound) {
 TEST_F(RemoteAccessRemoval, ZeroRemovesAllLastToFirst) {
     addRules(3);
     EXPECT_EQ(networkRemoveRARule(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(unbound, asked("0"), gone("104"),
-                                                        gone("103"), gone("102"))));
+    EXPECT_JOURNAL(exclusively(unbound, asked("0"), gone("104"), gone("103"), gone("102")));
     EXPECT_EQ(entity().getAclIdx(), 0U);
     EXPECT_THAT(rules(), IsEmpty());
     EXPECT_THAT(bridgeRules(), ElementsAre(101));
@@ -84,8 +72,8 @@ TEST_F(RemoteAccessRemoval, AllOfTwoHundredGoAndOthersMayCome) {
 TEST_F(RemoteAccessRemoval, EmptyListIsNoFailureWhateverTheIndex) {
     for (const unsigned int index : {0U, 1U, 201U, 4294967295U}) {
         EXPECT_EQ(networkRemoveRARule(index), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(trace(
-                                   "removeRARule: Remote access filtering is already empty."))));
+        EXPECT_JOURNAL(
+            exclusively(trace("removeRARule: Remote access filtering is already empty.")));
     }
 }
 
@@ -93,8 +81,8 @@ TEST_F(RemoteAccessRemoval, IndexBeyondTwoHundredIsRefused) {
     addRules(1);
     for (const auto& [index, text] : {std::pair{201U, "201"}, {4294967295U, "-1"}}) {
         EXPECT_EQ(networkRemoveRARule(index), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(error(
-                                   "removeRARule: index(" + std::string(text) + ") too big."))));
+        EXPECT_JOURNAL(
+            exclusively(error("removeRARule: index(" + std::string(text) + ") too big.")));
     }
     EXPECT_EQ(rules().size(), 1U);
 }
@@ -104,11 +92,10 @@ TEST_F(RemoteAccessRemoval, IndexBehindTheListIsTheBridgesToRefuse) {
     addRules(2);
     for (const auto& [index, text] : {std::pair{3U, "3"}, {200U, "200"}}) {
         EXPECT_EQ(networkRemoveRARule(index), -1);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(
-                        unbound, asked(text), trace("removeRARule: ruleId=0."),
-                        R"(delCondition("RA_mng0", 0, 1) -> 1)",
-                        error("removeRARule: delCondition faile. Return value: 1"), bound)));
+        EXPECT_JOURNAL(exclusively(unbound, asked(text), trace("removeRARule: ruleId=0."),
+                                   R"(delCondition("RA_mng0", 0, 1) -> 1)",
+                                   error("removeRARule: delCondition faile. Return value: 1"),
+                                   bound));
     }
     EXPECT_EQ(rules().size(), 2U);
 }
@@ -117,9 +104,8 @@ TEST_F(RemoteAccessRemoval, IndexBehindTheListCostsTheLastRuleIfTheBridgeAccepts
     addRules(3);
     bridgeList().rules.push_back({0, true, {{1, 20, 0, 0, 0}}});
     EXPECT_EQ(networkRemoveRARule(10), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("10"), gone("0"),
-                               trace("removeRARule: sequenceNumber=10, i=9, ruleIdx=2"), bound)));
+    EXPECT_JOURNAL(exclusively(unbound, asked("10"), gone("0"),
+                               trace("removeRARule: sequenceNumber=10, i=9, ruleIdx=2"), bound));
     EXPECT_THAT(rules(),
                 ElementsAre("1 permit 10.0.1.0/255.255.255.0", "2 permit 10.0.2.0/255.255.255.0"));
     EXPECT_THAT(bridgeRules(), ElementsAre(102, 103, 104, 101)) << "the bridge keeps its rule";
@@ -130,9 +116,8 @@ TEST_F(RemoteAccessRemoval, IndexBehindTheOnlyRuleLeavesTheListBoundIfTheBridgeA
     addRules(1);
     bridgeList().rules.push_back({0, true, {{1, 20, 0, 0, 0}}});
     EXPECT_EQ(networkRemoveRARule(2), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("2"), gone("0"),
-                               trace("removeRARule: sequenceNumber=2, i=1, ruleIdx=0"), bound)));
+    EXPECT_JOURNAL(exclusively(unbound, asked("2"), gone("0"),
+                               trace("removeRARule: sequenceNumber=2, i=1, ruleIdx=0"), bound));
     EXPECT_THAT(rules(), IsEmpty());
     EXPECT_THAT(entity().ruleIds, testing::Each(0U));
     EXPECT_TRUE(isBound());
@@ -143,8 +128,7 @@ TEST_F(RemoteAccessRemoval, IsRefusedWithoutAList) {
     EXPECT_TRUE(entity().destroyNetworkAcl());
     journal();
     EXPECT_EQ(networkRemoveRARule(1), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(error("removeRARule: Network ACL not initialized."))));
+    EXPECT_JOURNAL(exclusively(error("removeRARule: Network ACL not initialized.")));
     EXPECT_EQ(entity().getAclIdx(), 1U);
     journal();
 }
@@ -153,15 +137,11 @@ TEST_F(RemoteAccessRemoval, IsRefusedWhenTheListCannotBeTakenOff) {
     addRules(2);
     platform.fail("deassignACL", 4, 1);
     EXPECT_EQ(networkRemoveRARule(1), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(trace("deassignNetworkAcl: aclAssigned=1"), portFound,
-                                             R"(deassignACL("RA_mng0", 1, false) -> 4)",
-                                             error("deassignACL faile. Return value: 4"))));
+    EXPECT_JOURNAL(exclusively(notTakenOff("4")));
     platform.fail("interfaceMngGet", 3, 1);
     EXPECT_EQ(networkRemoveRARule(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(trace("deassignNetworkAcl: aclAssigned=1"),
-                                                        "interfaceMngGet() -> 3",
-                                                        error("interfaceMngGet has failed!"))));
+    EXPECT_JOURNAL(exclusively(trace("deassignNetworkAcl: aclAssigned=1"), "interfaceMngGet() -> 3",
+                               error("interfaceMngGet has failed!")));
     EXPECT_EQ(rules().size(), 2U);
     EXPECT_TRUE(isBound());
 }
@@ -170,10 +150,9 @@ TEST_F(RemoteAccessRemoval, ConditionThatStaysKeepsTheRuleAndTheListIsBoundAgain
     addRules(2);
     platform.fail("delCondition", 5, 1);
     EXPECT_EQ(networkRemoveRARule(1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("1"), trace("removeRARule: ruleId=102."),
+    EXPECT_JOURNAL(exclusively(unbound, asked("1"), trace("removeRARule: ruleId=102."),
                                R"(delCondition("RA_mng0", 102, 1) -> 5)",
-                               error("removeRARule: delCondition faile. Return value: 5"), bound)));
+                               error("removeRARule: delCondition faile. Return value: 5"), bound));
     EXPECT_EQ(rules().size(), 2U);
     EXPECT_TRUE(isBound());
 }
@@ -183,15 +162,11 @@ TEST_F(RemoteAccessRemoval, ListThatCannotBeBoundAgainAfterThatIsReported) {
     platform.fail("delCondition", 5, 1);
     platform.fail("assignACL", 6, 1);
     EXPECT_EQ(networkRemoveRARule(1), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            unbound, asked("1"), trace("removeRARule: ruleId=102."),
-            R"(delCondition("RA_mng0", 102, 1) -> 5)",
-            error("removeRARule: delCondition faile. Return value: 5"),
-            trace("assignNetworkAcl: aclAssigned=0"), portFound,
-            R"(assignACL("RA_mng0", 1, false, 0) -> 6)", error("assignACL faile. Return value: 6"),
-            error("removeRARule: assignNetworkAcl failed. ruleId=102, Return value: 0"))));
+    EXPECT_JOURNAL(
+        exclusively(unbound, asked("1"), trace("removeRARule: ruleId=102."),
+                    R"(delCondition("RA_mng0", 102, 1) -> 5)",
+                    error("removeRARule: delCondition faile. Return value: 5"), notBound("6"),
+                    error("removeRARule: assignNetworkAcl failed. ruleId=102, Return value: 0")));
     EXPECT_FALSE(isBound());
 }
 
@@ -199,12 +174,11 @@ TEST_F(RemoteAccessRemoval, RuleThatTheBridgeKeepsIsDroppedFromTheList) {
     addRules(2);
     platform.fail("delRuleById", -6, 1);
     EXPECT_EQ(networkRemoveRARule(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("1"), trace("removeRARule: ruleId=102."),
+    EXPECT_JOURNAL(exclusively(unbound, asked("1"), trace("removeRARule: ruleId=102."),
                                R"(delCondition("RA_mng0", 102, 1) -> 0)",
                                R"(delRuleById("RA_mng0", 102) -> -6)",
                                error("removeRARule: delRule faile. Return value: -6"),
-                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=1"), bound)));
+                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=1"), bound));
     EXPECT_THAT(rules(), ElementsAre("1 permit 10.0.2.0/255.255.255.0"));
     EXPECT_THAT(bridgeRules(), ElementsAre(102, 103, 101));
 }
@@ -213,12 +187,9 @@ TEST_F(RemoteAccessRemoval, FailsWhenTheListCannotBeBoundAgainThoughTheRuleIsGon
     addRules(2);
     platform.fail("assignACL", 6, 1);
     EXPECT_EQ(networkRemoveRARule(1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(
-                               exclusively(unbound, asked("1"), gone("102"),
-                                           trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=1"),
-                                           trace("assignNetworkAcl: aclAssigned=0"), portFound,
-                                           R"(assignACL("RA_mng0", 1, false, 0) -> 6)",
-                                           error("assignACL faile. Return value: 6"))));
+    EXPECT_JOURNAL(exclusively(unbound, asked("1"), gone("102"),
+                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=1"),
+                               notBound("6")));
     EXPECT_EQ(rules().size(), 1U);
     EXPECT_FALSE(isBound());
 }
@@ -227,10 +198,9 @@ TEST_F(RemoteAccessRemoval, OfAllBreaksOffWhereAConditionStays) {
     addRules(3);
     platform.fail("delCondition", 5, 1, 1);
     EXPECT_EQ(networkRemoveRARule(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               unbound, asked("0"), gone("104"), trace("removeRARule: ruleId=103."),
+    EXPECT_JOURNAL(exclusively(unbound, asked("0"), gone("104"), trace("removeRARule: ruleId=103."),
                                R"(delCondition("RA_mng0", 103, 1) -> 5)",
-                               error("removeRARule: delCondition faile. Return value: 5"), bound)));
+                               error("removeRARule: delCondition faile. Return value: 5"), bound));
     EXPECT_THAT(rules(),
                 ElementsAre("1 permit 10.0.1.0/255.255.255.0", "2 permit 10.0.2.0/255.255.255.0"));
     EXPECT_EQ(entity().ruleIds[2], 0U);
@@ -241,15 +211,12 @@ TEST_F(RemoteAccessRemoval, OfAllDropsRulesThatTheBridgeKeeps) {
     addRules(2);
     platform.fail("delRuleById", 6);
     EXPECT_EQ(networkRemoveRARule(0), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            unbound, asked("0"), trace("removeRARule: ruleId=103."),
-            R"(delCondition("RA_mng0", 103, 1) -> 0)", R"(delRuleById("RA_mng0", 103) -> 6)",
-            error("removeRARule: delRule faile. Return value: 6"),
-            trace("removeRARule: ruleId=102."), R"(delCondition("RA_mng0", 102, 1) -> 0)",
-            R"(delRuleById("RA_mng0", 102) -> 6)",
-            error("removeRARule: delRule faile. Return value: 6"))));
+    EXPECT_JOURNAL(exclusively(
+        unbound, asked("0"), trace("removeRARule: ruleId=103."),
+        R"(delCondition("RA_mng0", 103, 1) -> 0)", R"(delRuleById("RA_mng0", 103) -> 6)",
+        error("removeRARule: delRule faile. Return value: 6"), trace("removeRARule: ruleId=102."),
+        R"(delCondition("RA_mng0", 102, 1) -> 0)", R"(delRuleById("RA_mng0", 102) -> 6)",
+        error("removeRARule: delRule faile. Return value: 6")));
     EXPECT_THAT(rules(), IsEmpty());
     EXPECT_THAT(bridgeRules(), ElementsAre(102, 103, 101));
     EXPECT_FALSE(isBound());
@@ -265,13 +232,11 @@ TEST_F(RemoteAccessListing, ReportsARuleByItsPlace) {
     journal();
     Network::RemoteAccessRule rule{77, 77, 77, true};
     EXPECT_EQ(networkIterateRules(1, &rule), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sharing(
-            trace("iterateRules: sequenceNumber=1, ruleId=104."),
-            R"(getACLRule("RA_mng0", 104) -> 0 2 deny)",
-            trace("iterateRules: rule.sequenceNumber=2, sequenceNumber=1."),
-            trace("iterateRules: before ip and mask correction mask=0xff, ip=0xc0000200"))));
+    EXPECT_JOURNAL(
+        sharing(trace("iterateRules: sequenceNumber=1, ruleId=104."),
+                R"(getACLRule("RA_mng0", 104) -> 0 2 deny)",
+                trace("iterateRules: rule.sequenceNumber=2, sequenceNumber=1."),
+                trace("iterateRules: before ip and mask correction mask=0xff, ip=0xc0000200")));
     EXPECT_EQ(rule.sequenceNumber, 2U);
     EXPECT_EQ(rule.ipAddr, 0xc0000200U);
     EXPECT_EQ(rule.netmask, 0xffffff00U);
@@ -289,7 +254,7 @@ TEST_F(RemoteAccessListing, EndsSilentlyBehindTheLastRule) {
     Network::RemoteAccessRule rule{77, 77, 77, true};
     for (const unsigned int index : {2U, 200U, 4294967295U}) {
         EXPECT_EQ(networkIterateRules(index, &rule), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+        EXPECT_JOURNAL(sharing());
     }
     EXPECT_EQ(rule.sequenceNumber, 77U);
 }
@@ -297,8 +262,7 @@ TEST_F(RemoteAccessListing, EndsSilentlyBehindTheLastRule) {
 TEST_F(RemoteAccessListing, OfAnEmptyListFails) {
     Network::RemoteAccessRule rule{};
     EXPECT_EQ(networkIterateRules(0, &rule), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(
-                               sharing(trace("iterateRules: Remote access filtering is empty."))));
+    EXPECT_JOURNAL(sharing(trace("iterateRules: Remote access filtering is empty.")));
 }
 
 TEST_F(RemoteAccessListing, WithoutAListFails) {
@@ -307,15 +271,13 @@ TEST_F(RemoteAccessListing, WithoutAListFails) {
     journal();
     Network::RemoteAccessRule rule{};
     EXPECT_EQ(networkIterateRules(0, &rule), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(error("iterateRules: Network ACL not initialized."))));
+    EXPECT_JOURNAL(sharing(error("iterateRules: Network ACL not initialized.")));
 }
 
 TEST_F(RemoteAccessListing, ReportsARecordThatIsNull) {
     addRules(1);
     EXPECT_EQ(networkIterateRules(0, nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(error(
-                               "iterateRules failed! One of input args is NULL. data: (nil)"))));
+    EXPECT_JOURNAL(sharing(error("iterateRules failed! One of input args is NULL. data: (nil)")));
 }
 
 TEST_F(RemoteAccessListing, ReportsARuleThatTheBridgeDoesNotGiveAndLeavesTheRecord) {
@@ -323,10 +285,9 @@ TEST_F(RemoteAccessListing, ReportsARuleThatTheBridgeDoesNotGiveAndLeavesTheReco
     platform.fail("getACLRule", 5);
     Network::RemoteAccessRule rule{77, 78, 79, true};
     EXPECT_EQ(networkIterateRules(0, &rule), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(trace("iterateRules: sequenceNumber=0, ruleId=102."),
-                                         R"(getACLRule("RA_mng0", 102) -> 5)",
-                                         error("iterateRules: remoteAcl.getACLRule has failed!"))));
+    EXPECT_JOURNAL(sharing(trace("iterateRules: sequenceNumber=0, ruleId=102."),
+                           R"(getACLRule("RA_mng0", 102) -> 5)",
+                           error("iterateRules: remoteAcl.getACLRule has failed!")));
     EXPECT_EQ(rule.sequenceNumber, 77U);
     EXPECT_EQ(rule.ipAddr, 78U);
     EXPECT_EQ(rule.netmask, 79U);
@@ -335,7 +296,7 @@ TEST_F(RemoteAccessListing, ReportsARuleThatTheBridgeDoesNotGiveAndLeavesTheReco
 
 TEST_F(RemoteAccessListing, CountsTheRules) {
     EXPECT_EQ(entity().getAclIdx(), 0U);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing()));
+    EXPECT_JOURNAL(sharing());
     addRules(3);
     EXPECT_EQ(entity().getAclIdx(), 3U);
     EXPECT_EQ(networkRemoveRARule(2), 0);

@@ -6,7 +6,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 // Forgotten, with the list still in the bridge.
@@ -22,12 +21,10 @@ protected:
 TEST_F(ForgottenRemoteAccess, TakesNoRuleWhileTheBridgeHasTheList) {
     for (int attempt = 0; attempt < 2; ++attempt) {
         EXPECT_EQ(addOwnNetwork(0), -1);
-        EXPECT_THAT(
-            journal(),
-            ElementsAreArray(exclusively(
-                ruleCorrected, listNamed, R"(createACL("RA_mng0", 4) -> 1)",
-                error("initNetworkAcl: createACL(RA_mng0): faild! Remote access filtering will not "
-                      "be able to work! Return value: 1"))));
+        EXPECT_JOURNAL(exclusively(
+            ruleCorrected, listNamed, R"(createACL("RA_mng0", 4) -> 1)",
+            error("initNetworkAcl: createACL(RA_mng0): faild! Remote access filtering will not "
+                  "be able to work! Return value: 1")));
     }
     EXPECT_EQ(entity().aclInitialized, 0U);
     EXPECT_EQ(entity().ruleIdx, 0U);
@@ -38,8 +35,8 @@ TEST_F(ForgottenRemoteAccess, TakesNoRuleWhileTheBridgeHasTheList) {
 TEST_F(ForgottenRemoteAccess, HasNoRuleToRemove) {
     for (const unsigned int index : {0U, 1U, 2U}) {
         EXPECT_EQ(networkRemoveRARule(index), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(trace(
-                                   "removeRARule: Remote access filtering is already empty."))));
+        EXPECT_JOURNAL(
+            exclusively(trace("removeRARule: Remote access filtering is already empty.")));
     }
     EXPECT_THAT(bridgeRules(), ElementsAre(102, 103, 101));
     EXPECT_TRUE(isBound());
@@ -67,27 +64,22 @@ protected:
 
     void restart() {
         EXPECT_EQ(entity().stop(), 1);
-        EXPECT_THAT(journal(), ElementsAre(R"(delCondition("RA_mng0", 101, 1) -> 0)",
-                                           R"(delRuleById("RA_mng0", 101) -> 0)",
-                                           R"(deleteACL("RA_mng0") -> 0)", "shelfIdChanged()",
-                                           "externalMessage()"));
+        EXPECT_JOURNAL(R"(delCondition("RA_mng0", 101, 1) -> 0)",
+                       R"(delRuleById("RA_mng0", 101) -> 0)", R"(deleteACL("RA_mng0") -> 0)",
+                       "shelfIdChanged()", "externalMessage()");
         EXPECT_EQ(entity().start(), 1);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sequence(
-                        listNamed, R"(createACL("RA_mng0", 4) -> 0)",
-                        R"(createRule("RA_mng0", deny, 201) -> 0 104)",
-                        R"(addCondition("RA_mng0", 104, {1 20 0 0.0.0.0 0.0.0.0}) -> 0)",
-                        trace("initNetworkAcl: addCondition ok."), "fflush(all)",
-                        "shelfIdChanged()", "externalMessage()", "pthread_create() -> 0")));
+        EXPECT_JOURNAL(listNamed, R"(createACL("RA_mng0", 4) -> 0)",
+                       R"(createRule("RA_mng0", deny, 201) -> 0 104)",
+                       R"(addCondition("RA_mng0", 104, {1 20 0 0.0.0.0 0.0.0.0}) -> 0)",
+                       trace("initNetworkAcl: addCondition ok."), "fflush(all)", "shelfIdChanged()",
+                       "externalMessage()", "pthread_create() -> 0");
         entity().rpcProxy.stop(false);
         platform.journal.takeAll();
     }
 };
 
 /// The bridge does not find the list at the port.
-const Entries notFoundAtThePort = {trace("deassignNetworkAcl: aclAssigned=1"), portFound,
-                                   R"(deassignACL("RA_mng0", 1, false) -> 1)",
-                                   error("deassignACL faile. Return value: 1")};
+const Entries notFoundAtThePort = {notTakenOff("1")};
 
 TEST_F(RestartedRemoteAccess, KeepsCountingTheRulesThatItNoLongerHas) {
     restart();
@@ -100,22 +92,20 @@ TEST_F(RestartedRemoteAccess, KeepsCountingTheRulesThatItNoLongerHas) {
     EXPECT_FALSE(isBound());
     Network::RemoteAccessRule rule{77, 78, 79, true};
     EXPECT_EQ(networkIterateRules(0, &rule), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(trace("iterateRules: sequenceNumber=0, ruleId=102."),
-                                         R"(getACLRule("RA_mng0", 102) -> 1)",
-                                         error("iterateRules: remoteAcl.getACLRule has failed!"))));
+    EXPECT_JOURNAL(sharing(trace("iterateRules: sequenceNumber=0, ruleId=102."),
+                           R"(getACLRule("RA_mng0", 102) -> 1)",
+                           error("iterateRules: remoteAcl.getACLRule has failed!")));
     EXPECT_EQ(rule.sequenceNumber, 77U);
 }
 
 TEST_F(RestartedRemoteAccess, TakesNoRuleAndGivesNoneUp) {
     restart();
     EXPECT_EQ(addOwnNetwork(0), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    ruleCorrected, trace("initNetworkAcl: aclInitialized=1"), notFoundAtThePort)));
+    EXPECT_JOURNAL(
+        exclusively(ruleCorrected, trace("initNetworkAcl: aclInitialized=1"), notFoundAtThePort));
     for (const unsigned int index : {0U, 1U, 2U}) {
         EXPECT_EQ(networkRemoveRARule(index), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(notFoundAtThePort)));
+        EXPECT_JOURNAL(exclusively(notFoundAtThePort));
     }
     EXPECT_EQ(entity().ruleIdx, 2U);
 }
@@ -134,13 +124,7 @@ TEST_F(RestartedRemoteAccess, WorksOnceItIsForgottenInBetween) {
 
 // A rule without its condition.
 
-class RemoteAccessOfParts : public RemoteAccessTest {
-protected:
-    RemoteAccessOfParts() {
-        EXPECT_TRUE(entity().initNetworkAcl());
-        journal();
-    }
-};
+using RemoteAccessOfParts = StandingRemoteAccess;
 
 TEST_F(RemoteAccessOfParts, RuleWithoutItsConditionCannotBeRemoved) {
     addRules(1);
@@ -149,11 +133,10 @@ TEST_F(RemoteAccessOfParts, RuleWithoutItsConditionCannotBeRemoved) {
     journal();
     for (const auto& [index, text] : {std::pair{2U, "2"}, {0U, "0"}}) {
         EXPECT_EQ(networkRemoveRARule(index), -1);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(
-                        unbound, asked(text), trace("removeRARule: ruleId=103."),
-                        R"(delCondition("RA_mng0", 103, 1) -> 1)",
-                        error("removeRARule: delCondition faile. Return value: 1"), bound)));
+        EXPECT_JOURNAL(exclusively(unbound, asked(text), trace("removeRARule: ruleId=103."),
+                                   R"(delCondition("RA_mng0", 103, 1) -> 1)",
+                                   error("removeRARule: delCondition faile. Return value: 1"),
+                                   bound));
     }
     EXPECT_THAT(bridgeRules(), ElementsAre(102, 103, 101));
     EXPECT_EQ(entity().ruleIdx, 2U);
@@ -173,9 +156,8 @@ TEST_F(RemoteAccessOfParts, RemovalBindsAListThatWasNot) {
     journal();
     ASSERT_FALSE(isBound());
     EXPECT_EQ(networkRemoveRARule(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               wasUnbound, asked("1"), gone("102"),
-                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=1"), bound)));
+    EXPECT_JOURNAL(exclusively(wasUnbound, asked("1"), gone("102"),
+                               trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=1"), bound));
     EXPECT_TRUE(isBound());
     EXPECT_THAT(rules(), ElementsAre("1 permit 192.0.2.0/255.255.255.0"));
 }
@@ -190,8 +172,7 @@ TEST_F(RemoteAccessOfParts, OnlyRuleOfAListThatWasNotBoundLeavesItSo) {
         const Entries told = index == 0
                                  ? Entries{}
                                  : Entries{trace("removeRARule: sequenceNumber=1, i=0, ruleIdx=0")};
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(wasUnbound, asked(text), gone(id), told)));
+        EXPECT_JOURNAL(exclusively(wasUnbound, asked(text), gone(id), told));
         EXPECT_THAT(bridgeRules(), ElementsAre(101));
         EXPECT_FALSE(isBound());
     }

@@ -50,6 +50,15 @@ protected:
     bool isBound() { return bridgeList().port == 1; }
 };
 
+/// The same with the list in the bridge.
+class StandingRemoteAccess : public RemoteAccessTest {
+protected:
+    StandingRemoteAccess() {
+        EXPECT_TRUE(entity().initNetworkAcl());
+        journal();
+    }
+};
+
 inline const std::string portFound = "interfaceMngGet() -> 0 1";
 
 /// The list is bound to the port.
@@ -59,6 +68,17 @@ inline const Entries bound = {trace("assignNetworkAcl: aclAssigned=0"), portFoun
 inline const Entries unbound = {trace("deassignNetworkAcl: aclAssigned=1"), portFound,
                                 R"(deassignACL("RA_mng0", 1, false) -> 0)",
                                 trace("deassignACL ok.")};
+/// The bridge refuses the one or the other.
+inline Entries notBound(const std::string& code) {
+    return {trace("assignNetworkAcl: aclAssigned=0"), portFound,
+            R"(assignACL("RA_mng0", 1, false, 0) -> )" + code,
+            error("assignACL faile. Return value: " + code)};
+}
+inline Entries notTakenOff(const std::string& code) {
+    return {trace("deassignNetworkAcl: aclAssigned=1"), portFound,
+            R"(deassignACL("RA_mng0", 1, false) -> )" + code,
+            error("deassignACL faile. Return value: " + code)};
+}
 /// There is nothing to take off.
 inline const Entries wasUnbound = {trace("deassignNetworkAcl: aclAssigned=0")};
 

@@ -8,7 +8,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 using Resolver = ResolverTest;
 
@@ -36,35 +35,31 @@ TEST_F(Resolver, SettingTheServersKeepsTheDomain) {
         platform.dns[2].ip_pri = serverA;
         platform.dns[2].ip_sec = serverB;
         EXPECT_EQ(networkSetDnsServers(primary, secondary), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                                   v4.ownRead(),
-                                   v4.written(withServers(v4, storedPrimary, storedSecondary)))));
+        EXPECT_JOURNAL(
+            exclusively(v4.ownRead(), v4.written(withServers(v4, storedPrimary, storedSecondary))));
     }
 }
 
 TEST_F(Resolver, ServersAreWrittenEvenIfTheRecordCannotBeRead) {
     platform.fail("varoGetDnsWS", 5);
     EXPECT_EQ(networkSetDnsServers(serverA, serverB), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               v4.readFailed(), error("setDnsServers: varoGetDns has failed!"),
-                               v4.written(recordV4("", "192.0.2.1", "192.0.2.2")))));
+    EXPECT_JOURNAL(exclusively(v4.readFailed(), error("setDnsServers: varoGetDns has failed!"),
+                               v4.written(recordV4("", "192.0.2.1", "192.0.2.2"))));
 }
 
 TEST_F(Resolver, ServersAreWrittenToTheSourceThatTheReadLeft) {
     platform.reportedSource = 1;
     EXPECT_EQ(networkSetDnsServers(serverA, serverB), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    v4.ownRead(1), v4.written(withServers(v4, "192.0.2.1", "192.0.2.2"), 0, 1))));
+    EXPECT_JOURNAL(
+        exclusively(v4.ownRead(1), v4.written(withServers(v4, "192.0.2.1", "192.0.2.2"), 0, 1)));
 }
 
 TEST_F(Resolver, ServersThatCannotBeWrittenAreReportedAsSignedDecimals) {
     platform.fail("varoUpdateDnsWS", 6);
     EXPECT_EQ(networkSetDnsServers(serverB, 1), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               v4.ownRead(), v4.written(withServers(v4, "192.0.2.2", "0.0.0.1"), 6),
+    EXPECT_JOURNAL(exclusively(v4.ownRead(), v4.written(withServers(v4, "192.0.2.2", "0.0.0.1"), 6),
                                error("setDnsServers: varoUpdateDns has failed (dnsSource=2), "
-                                     "dns.ip_pri=-1073741310, dns.ip_sec=1)! Return value: 6"))));
+                                     "dns.ip_pri=-1073741310, dns.ip_sec=1)! Return value: 6")));
 }
 
 // Setting the IPv6 servers.
@@ -83,8 +78,7 @@ TEST_F(Resolver, SettingTheIpv6ServersKeepsTheDomain) {
         EXPECT_EQ(platform.dns6[2].ipv6_pri, primary);
         EXPECT_EQ(platform.dns6[2].ipv6_sec, secondary);
         const std::string stored = withServers(v6, primary, secondary);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(v6.read(2, 2, before), v6.written(stored))));
+        EXPECT_JOURNAL(exclusively(v6.read(2, 2, before), v6.written(stored)));
         before = stored;
     }
 }
@@ -92,21 +86,18 @@ TEST_F(Resolver, SettingTheIpv6ServersKeepsTheDomain) {
 TEST_F(Resolver, Ipv6ServersAreWrittenEvenIfTheRecordCannotBeRead) {
     platform.fail("varoGetDns6", 5);
     EXPECT_EQ(networkSetIPv6DnsServers("2001:db8::a", ""), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               v6.readFailed(), error("setIPv6DnsServers: varoGetDns6 has failed!"),
-                               v6.written(recordV6("", "2001:db8::a", "")))));
+    EXPECT_JOURNAL(exclusively(v6.readFailed(), error("setIPv6DnsServers: varoGetDns6 has failed!"),
+                               v6.written(recordV6("", "2001:db8::a", ""))));
 }
 
 TEST_F(Resolver, Ipv6ServersThatCannotBeWrittenAreReportedWithTheSourceThatTheReadLeft) {
     platform.reportedSource = 1;
     platform.fail("varoUpdateDns6", 6);
     EXPECT_EQ(networkSetIPv6DnsServers("2001:db8::a", "2001:db8::b"), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            v6.ownRead(1), v6.written(withServers(v6, "2001:db8::a", "2001:db8::b"), 6, 1),
-            error("setIPv6DnsServers: varoUpdateDns6 has failed (dnsSource=1), "
-                  "dns.ipv6_pri=2001:db8::a, dnsipv6.ip_sec=2001:db8::b)! Return value: 6"))));
+    EXPECT_JOURNAL(exclusively(
+        v6.ownRead(1), v6.written(withServers(v6, "2001:db8::a", "2001:db8::b"), 6, 1),
+        error("setIPv6DnsServers: varoUpdateDns6 has failed (dnsSource=1), "
+              "dns.ipv6_pri=2001:db8::a, dnsipv6.ip_sec=2001:db8::b)! Return value: 6")));
 }
 
 using ResolverDeathTest = ResolverTest;
@@ -151,18 +142,16 @@ TEST_P(Deletion, KeepsTheDomainAndWritesToTheManagementConfigurationWhateverTheR
         platform.dns6[2] = {"six.example", "2001:db8::1", "2001:db8::2"};
         platform.reportedSource = reported;
         EXPECT_EQ(GetParam().make(), 0);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(family.ownRead(reported),
-                                                 family.written(family.withoutServers()))));
+        EXPECT_JOURNAL(
+            exclusively(family.ownRead(reported), family.written(family.withoutServers())));
     }
 }
 
 TEST_P(Deletion, WritesEvenIfTheRecordCannotBeRead) {
     platform.fail(family.readCall, 5);
     EXPECT_EQ(GetParam().make(), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(family.readFailed(), error(GetParam().unreadReported),
-                                             family.written(family.empty()))));
+    EXPECT_JOURNAL(exclusively(family.readFailed(), error(GetParam().unreadReported),
+                               family.written(family.empty())));
 }
 
 TEST_P(Deletion, ReportsServersThatCannotBeDeleted) {
@@ -170,10 +159,9 @@ TEST_P(Deletion, ReportsServersThatCannotBeDeleted) {
     for (const int reported : {2, 1}) {
         platform.reportedSource = reported;
         EXPECT_EQ(GetParam().make(), -1);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(family.ownRead(reported),
-                                                 family.written(family.withoutServers(), 6),
-                                                 error(GetParam().failureReported))));
+        EXPECT_JOURNAL(exclusively(family.ownRead(reported),
+                                   family.written(family.withoutServers(), 6),
+                                   error(GetParam().failureReported)));
     }
 }
 
@@ -186,7 +174,7 @@ TEST_F(Resolver, ServersAreReadFromTheManagementConfiguration) {
     EXPECT_EQ(networkGetDnsServers(&primary, &secondary), 0);
     EXPECT_EQ(primary, serverA);
     EXPECT_EQ(secondary, serverB);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(v4.ownRead())));
+    EXPECT_JOURNAL(sharing(v4.ownRead()));
 }
 
 TEST_F(Resolver, ServersWithSourceAreWhatVaroLibChooses) {
@@ -198,7 +186,7 @@ TEST_F(Resolver, ServersWithSourceAreWhatVaroLibChooses) {
     EXPECT_EQ(source, 1);
     EXPECT_EQ(primary, 0xc6336401U);
     EXPECT_EQ(secondary, 0U);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(v4.read(0, 1, v4.leased(v4.leasedDomain)))));
+    EXPECT_JOURNAL(sharing(v4.read(0, 1, v4.leased(v4.leasedDomain))));
 }
 
 TEST_F(Resolver, Ipv6ServersComeWithTheSourceThatVaroLibChose) {
@@ -210,7 +198,7 @@ TEST_F(Resolver, Ipv6ServersComeWithTheSourceThatVaroLibChose) {
     EXPECT_EQ(primary.content(), "2001:db8:1::1");
     EXPECT_EQ(secondary.content(), "");
     EXPECT_EQ(source, 1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(v6.read(0, 1, v6.leased(v6.leasedDomain)))));
+    EXPECT_JOURNAL(sharing(v6.read(0, 1, v6.leased(v6.leasedDomain))));
 }
 
 TEST_F(Resolver, Ipv6ServersAreReadCutTo98) {
@@ -227,8 +215,7 @@ TEST_F(Resolver, Ipv6ServersAreReadCutTo98) {
     EXPECT_TRUE(primary.isIntactBehind());
     EXPECT_TRUE(secondary.isIntactBehind());
     EXPECT_EQ(source, 2);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(v6.read(0, 2, withServers(v6, fitting, tooLong)))));
+    EXPECT_JOURNAL(sharing(v6.read(0, 2, withServers(v6, fitting, tooLong))));
 }
 
 /// Where a getter of servers is to put what it hands out.
@@ -258,11 +245,10 @@ TEST_F(ServerPlaces, NullInPlaceOfAServerIsReported) {
         unsigned int* const primary = given(bits, 1, &numbers[0]);
         unsigned int* const secondary = given(bits, 2, &numbers[1]);
         EXPECT_EQ(networkGetDnsServers(primary, secondary), -1);
-        EXPECT_THAT(
-            journal(),
-            ElementsAreArray(sharing(error("getDnsServers failed! One of input args is NULL. "
-                                           "primary: " +
-                                           shown(primary) + ", secondary: " + shown(secondary)))));
+        EXPECT_JOURNAL(
+            sharing(error("getDnsServers failed! One of input args is NULL. "
+                          "primary: " +
+                          shown(primary) + ", secondary: " + shown(secondary))));
     }
 }
 
@@ -278,11 +264,11 @@ TEST_F(ServerPlaces, NullInPlaceOfSourceOrServerIsReported) {
         unsigned int* const number = given(bits, 2, &numbers[0]);
         unsigned int* const otherNumber = given(bits, 4, &numbers[1]);
         EXPECT_EQ(networkGetDnsServersWS(sourcePlace, number, otherNumber), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(reported("getDnsServers", number, otherNumber)));
+        EXPECT_JOURNAL(reported("getDnsServers", number, otherNumber));
         char* const text = given(bits, 2, texts[0].text);
         char* const otherText = given(bits, 4, texts[1].text);
         EXPECT_EQ(networkGetIPv6DnsServers(sourcePlace, text, otherText), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(reported("getIPv6DnsServers", text, otherText)));
+        EXPECT_JOURNAL(reported("getIPv6DnsServers", text, otherText));
     }
 }
 
@@ -293,12 +279,10 @@ TEST_F(ServerPlaces, StayAsTheyAreIfTheServersCannotBeRead) {
     EXPECT_EQ(networkGetDnsServers(&numbers[0], &numbers[1]), -1);
     EXPECT_EQ(networkGetDnsServersWS(&source, &numbers[0], &numbers[1]), -1);
     EXPECT_EQ(networkGetIPv6DnsServers(&source, texts[0].text, texts[1].text), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            sharing(v4.readFailed(2), error("deleteDnsServers: varoGetDns has failed!")),
-            sharing(v4.readFailed(0), error("deleteDnsServers: varoGetDns has failed!")),
-            sharing(v6.readFailed(0), error("getIPv6DnsServersWS: varoGetDns6 has failed!")))));
+    EXPECT_JOURNAL(
+        sharing(v4.readFailed(2), error("deleteDnsServers: varoGetDns has failed!")),
+        sharing(v4.readFailed(0), error("deleteDnsServers: varoGetDns has failed!")),
+        sharing(v6.readFailed(0), error("getIPv6DnsServersWS: varoGetDns6 has failed!")));
 }
 
 }  // namespace

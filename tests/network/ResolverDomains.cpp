@@ -6,8 +6,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 using ResolverDomains = ResolverTest;
@@ -25,10 +23,8 @@ TEST_F(ResolverDomains, HostNameCanNeitherBeSetNorRead) {
 TEST_F(ResolverDomains, HostNameThatIsNullIsReported) {
     EXPECT_EQ(networkSetHostname(nullptr), -1);
     EXPECT_EQ(networkGetHostname(nullptr), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre(error("setHostname failed! One of input args is NULL. hostname: (nil)"),
-                    error("getHostname failed! One of input args is NULL. hostname: (nil)")));
+    EXPECT_JOURNAL(error("setHostname failed! One of input args is NULL. hostname: (nil)"),
+                   error("getHostname failed! One of input args is NULL. hostname: (nil)"));
 }
 
 // Setting the domain.
@@ -63,32 +59,27 @@ INSTANTIATE_TEST_SUITE_P(, DomainSetting, testing::ValuesIn(setters),
 
 TEST_P(DomainSetting, KeepsTheServers) {
     EXPECT_EQ(GetParam().set("example.org"), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(family.ownRead(),
-                                             family.written(family.withDomain("example.org")))));
+    EXPECT_JOURNAL(exclusively(family.ownRead(), family.written(family.withDomain("example.org"))));
 }
 
 TEST_P(DomainSetting, ReportsADomainThatIsNull) {
     EXPECT_EQ(GetParam().set(nullptr), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(error(GetParam().nullReported))));
+    EXPECT_JOURNAL(exclusively(error(GetParam().nullReported)));
 }
 
 TEST_P(DomainSetting, WritesEvenIfTheRecordCannotBeRead) {
     platform.fail(family.readCall, 5);
     EXPECT_EQ(GetParam().set("example.org"), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            family.readFailed(), error(GetParam().unreadReported),
-            family.written(family.record("example.org", family.noServer, family.noServer)))));
+    EXPECT_JOURNAL(exclusively(
+        family.readFailed(), error(GetParam().unreadReported),
+        family.written(family.record("example.org", family.noServer, family.noServer))));
 }
 
 TEST_P(DomainSetting, WritesToTheManagementConfigurationWhateverSourceTheReadReports) {
     platform.reportedSource = 1;
     EXPECT_EQ(GetParam().set("example.org"), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(family.ownRead(1),
-                                             family.written(family.withDomain("example.org")))));
+    EXPECT_JOURNAL(
+        exclusively(family.ownRead(1), family.written(family.withDomain("example.org"))));
 }
 
 TEST_P(DomainSetting, ReportsADomainThatCannotBeWritten) {
@@ -96,10 +87,9 @@ TEST_P(DomainSetting, ReportsADomainThatCannotBeWritten) {
     for (const int reported : {1, 2}) {
         platform.reportedSource = reported;
         EXPECT_EQ(GetParam().set("example.org"), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(
-                                   exclusively(family.ownRead(reported),
-                                               family.written(family.withDomain("example.org"), 6),
-                                               error(GetParam().failureReported))));
+        EXPECT_JOURNAL(exclusively(family.ownRead(reported),
+                                   family.written(family.withDomain("example.org"), 6),
+                                   error(GetParam().failureReported)));
     }
 }
 
@@ -109,9 +99,8 @@ TEST_P(DomainSetting, StoresUpTo255Characters) {
         const std::string before = family.withDomain(domain(family, 2));
         EXPECT_EQ(GetParam().set(name.c_str()), 0);
         EXPECT_EQ(domain(family, 2), name.substr(0, 255));
-        EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                                   family.read(2, 2, before),
-                                   family.written(family.withDomain(name.substr(0, 255))))));
+        EXPECT_JOURNAL(exclusively(family.read(2, 2, before),
+                                   family.written(family.withDomain(name.substr(0, 255)))));
     }
 }
 
@@ -171,10 +160,9 @@ TEST_P(DomainReading, HandsOut99CharactersOfWhatItIsTo) {
             }
             EXPECT_TRUE(buffer.isIntactBehind());
             EXPECT_EQ(source, GetParam().asked == 0 ? inForce : 77);
-            EXPECT_THAT(journal(),
-                        ElementsAreArray(sharing(family.read(
-                            GetParam().asked, taken,
-                            taken == 1 ? family.leased(name) : family.withDomain(name)))));
+            EXPECT_JOURNAL(
+                sharing(family.read(GetParam().asked, taken,
+                                    taken == 1 ? family.leased(name) : family.withDomain(name))));
         }
     }
 }
@@ -182,7 +170,7 @@ TEST_P(DomainReading, HandsOut99CharactersOfWhatItIsTo) {
 TEST_P(DomainReading, ReportsABufferThatIsNull) {
     EXPECT_EQ(GetParam().get(&source, nullptr), -1);
     EXPECT_EQ(source, 77);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(error(GetParam().nullReported))));
+    EXPECT_JOURNAL(sharing(error(GetParam().nullReported)));
 }
 
 TEST_P(DomainReading, ReportsADomainThatCannotBeRead) {
@@ -190,8 +178,7 @@ TEST_P(DomainReading, ReportsADomainThatCannotBeRead) {
     EXPECT_EQ(GetParam().get(&source, buffer.text), -1);
     EXPECT_TRUE(buffer.isUntouched());
     EXPECT_EQ(source, 77);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(family.readFailed(GetParam().asked),
-                                                    error(GetParam().unreadReported))));
+    EXPECT_JOURNAL(sharing(family.readFailed(GetParam().asked), error(GetParam().unreadReported)));
 }
 
 // Nobody looks for it.

@@ -6,8 +6,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 constexpr unsigned int serverC = 0xc0000203;  // 192.0.2.3
 constexpr unsigned int serverD = 0xc0000204;  // 192.0.2.4
 
@@ -75,18 +73,16 @@ INSTANTIATE_TEST_SUITE_P(, ResolverChange, testing::ValuesIn(changes),
 
 TEST_P(ResolverChange, GoesOnWithWhatAFailedReadLeft) {
     EXPECT_EQ(GetParam().make(), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(failedRead(GetParam()), GetParam().write + " -> 0")));
+    EXPECT_JOURNAL(exclusively(failedRead(GetParam()), GetParam().write + " -> 0"));
 }
 
 TEST_P(ResolverChange, ReportsAFailedReadAndAFailedWrite) {
     platform.fail("varoUpdateDnsWS", 6);
     platform.fail("varoUpdateDns6", 6);
     EXPECT_EQ(GetParam().make(), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    failedRead(GetParam()), GetParam().write + " -> 6",
-                    error(std::string(GetParam().operation) + ": " + GetParam().writeFailed))));
+    EXPECT_JOURNAL(
+        exclusively(failedRead(GetParam()), GetParam().write + " -> 6",
+                    error(std::string(GetParam().operation) + ": " + GetParam().writeFailed)));
 }
 
 TEST_F(ResolverFailedReads, NothingThatWasLeftIsHandedOut) {
@@ -105,16 +101,13 @@ TEST_F(ResolverFailedReads, NothingThatWasLeftIsHandedOut) {
     EXPECT_TRUE(texts[1].isUntouched());
     EXPECT_THAT(servers, testing::ElementsAre(7, 8));
     EXPECT_EQ(source, 77);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            sharing("varoGetDnsWS(2) -> 5", error("getDomainname: varoGetDns has failed!")),
-            sharing("varoGetDnsWS(0) -> 5", error("getDomainnameWS: varoGetDnsWS has failed!")),
-            sharing("varoGetDnsWS(2) -> 5", error("deleteDnsServers: varoGetDns has failed!")),
-            sharing("varoGetDnsWS(0) -> 5", error("deleteDnsServers: varoGetDns has failed!")),
-            sharing("varoGetDns6(0) -> 5", error("getIPv6Domainname: varoGetDns6 has failed!")),
-            sharing("varoGetDns6(0) -> 5",
-                    error("getIPv6DnsServersWS: varoGetDns6 has failed!")))));
+    EXPECT_JOURNAL(
+        sharing("varoGetDnsWS(2) -> 5", error("getDomainname: varoGetDns has failed!")),
+        sharing("varoGetDnsWS(0) -> 5", error("getDomainnameWS: varoGetDnsWS has failed!")),
+        sharing("varoGetDnsWS(2) -> 5", error("deleteDnsServers: varoGetDns has failed!")),
+        sharing("varoGetDnsWS(0) -> 5", error("deleteDnsServers: varoGetDns has failed!")),
+        sharing("varoGetDns6(0) -> 5", error("getIPv6Domainname: varoGetDns6 has failed!")),
+        sharing("varoGetDns6(0) -> 5", error("getIPv6DnsServersWS: varoGetDns6 has failed!")));
 }
 
 }  // namespace

@@ -99,16 +99,14 @@ protected:
 TEST_F(RestartCause, IsToldByANewEntityBeforeItTurnsToVaroLib) {
     writeFile(causeFile, "power-on\nwatchdog\n");
     remakeEntity();
-    EXPECT_THAT(
-        journal(),
-        ElementsAre("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
-                    R"(~BLEntity("network"))", R"(BLEntity("network"))",
-                    R"(ACLContainer_t("br0", "acl"))", "varoGetMyBoardPos() -> 0 5",
-                    "msgget(1708033, 01666) -> 500",
-                    "msgctl(500, IPC_STAT) -> 0 qnum=0 qbytes=16384 uid=11 gid=12 mode=0666",
-                    "msgctl(500, IPC_SET qbytes=10000000 uid=11 gid=12 mode=0666) -> 0",
-                    sent(message(winterText, "power-on")), "varoLibInit() -> 0",
-                    "varoGetInternalConfig() -> 0 {severity=3}"));
+    EXPECT_JOURNAL("varoLibDestroy()", R"(~ACLContainer_t("br0", "acl"))",
+                   R"(~BLEntity("network"))", R"(BLEntity("network"))",
+                   R"(ACLContainer_t("br0", "acl"))", "varoGetMyBoardPos() -> 0 5",
+                   "msgget(1708033, 01666) -> 500",
+                   "msgctl(500, IPC_STAT) -> 0 qnum=0 qbytes=16384 uid=11 gid=12 mode=0666",
+                   "msgctl(500, IPC_SET qbytes=10000000 uid=11 gid=12 mode=0666) -> 0",
+                   sent(message(winterText, "power-on")), "varoLibInit() -> 0",
+                   "varoGetInternalConfig() -> 0 {severity=3}");
     EXPECT_EQ(entity().mngVlanId, 1U);
     EXPECT_EQ(entity().boardPos, 5U);
     EXPECT_EQ(entity().severity, 3);
@@ -197,11 +195,10 @@ TEST_F(RestartCause, FailuresOfTheQueueAreSilentAndStartUpGoesOn) {
     platform.fail("msgget", 28);
     platform.fail("varoGetInternalConfig", 4);
     entity().networkBleInit();
-    EXPECT_THAT(journal(),
-                ElementsAre("varoGetMyBoardPos() -> 0 5", "msgget(1708033, 01666) -> errno 28",
-                            "msgget(1708033, 01666) -> errno 28",
-                            "msgsnd(-1, 1001 " + text + ", 2000, 04000) -> errno 22",
-                            "varoLibInit() -> 0", "varoGetInternalConfig() -> 4"));
+    EXPECT_JOURNAL("varoGetMyBoardPos() -> 0 5", "msgget(1708033, 01666) -> errno 28",
+                   "msgget(1708033, 01666) -> errno 28",
+                   "msgsnd(-1, 1001 " + text + ", 2000, 04000) -> errno 22", "varoLibInit() -> 0",
+                   "varoGetInternalConfig() -> 4");
 }
 
 TEST_F(RestartCause, FullQueueLosesItSilently) {

@@ -10,8 +10,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 template <class Record>
 bool areEqual(const Record& one, const Record& other) {
     return std::memcmp(&one, &other, sizeof one) == 0;
@@ -50,10 +48,9 @@ TEST_F(Sntp, ConfigurationIsWrittenAsItIsToTheManagementConfiguration) {
     rpcSntpConfig config{-9, {{0xffffffff, -1, 99}, {}, {0, 7, -8}}};
     const rpcSntpConfig before = config;
     EXPECT_EQ(networkUpdateSntpConfig(&config), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(
-                    "varoUpdateNtpWS(2, {mode=-9 {255.255.255.255 -1 99} {} {0.0.0.0 7 -8}}) "
-                    "-> 0")));
+    EXPECT_JOURNAL(
+        sharing("varoUpdateNtpWS(2, {mode=-9 {255.255.255.255 -1 99} {} {0.0.0.0 7 -8}}) "
+                "-> 0"));
     EXPECT_TRUE(areEqual(config, before));
     EXPECT_TRUE(areEqual(platform.time.byAddress[2], before));
 }
@@ -63,8 +60,7 @@ TEST_F(Sntp, ConfigurationThatCannotBeWrittenFailsSilently) {
     for (const int code : {1, -5, -6, 77}) {
         platform.fail("varoUpdateNtpWS", code);
         EXPECT_EQ(networkUpdateSntpConfig(&config), -1);
-        EXPECT_THAT(journal(), ElementsAreArray(sharing("varoUpdateNtpWS(2, {mode=0}) -> " +
-                                                        std::to_string(code))));
+        EXPECT_JOURNAL(sharing("varoUpdateNtpWS(2, {mode=0}) -> " + std::to_string(code)));
     }
 }
 
@@ -72,7 +68,7 @@ TEST_F(Sntp, ConfigurationInForceIsReadFromWhicheverSource) {
     rpcSntpConfig config = filled<rpcSntpConfig>(0x5a);
     EXPECT_EQ(networkGetSntpConfig(&config), 0);
     EXPECT_TRUE(areEqual(config, platform.time.byAddress[2]));
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetNtpWS(0) -> 0 2 " + storedByAddress)));
+    EXPECT_JOURNAL(sharing("varoGetNtpWS(0) -> 0 2 " + storedByAddress));
 }
 
 TEST_F(Sntp, ConfigurationIsReadFromTheSourceThatIsAskedFor) {
@@ -81,16 +77,15 @@ TEST_F(Sntp, ConfigurationIsReadFromTheSourceThatIsAskedFor) {
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), 0);
     EXPECT_EQ(source, 1);
     EXPECT_TRUE(areEqual(config, platform.time.byAddress[1]));
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing("varoGetNtpWS(1) -> 0 1 {mode=1 {198.51.100.1 4 0}}")));
+    EXPECT_JOURNAL(sharing("varoGetNtpWS(1) -> 0 1 {mode=1 {198.51.100.1 4 0}}"));
     source = 0;
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), 0);
     EXPECT_EQ(source, 2);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetNtpWS(0) -> 0 2 " + storedByAddress)));
+    EXPECT_JOURNAL(sharing("varoGetNtpWS(0) -> 0 2 " + storedByAddress));
     source = 55;
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), -1);
     EXPECT_EQ(source, 55);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetNtpWS(55) -> refused")));
+    EXPECT_JOURNAL(sharing("varoGetNtpWS(55) -> refused"));
 }
 
 TEST_F(Sntp, ConfigurationThatCannotBeReadFailsSilently) {
@@ -102,8 +97,7 @@ TEST_F(Sntp, ConfigurationThatCannotBeReadFailsSilently) {
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), -1);
     EXPECT_TRUE(areEqual(config, before));
     EXPECT_EQ(source, 2);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(sharing("varoGetNtpWS(0) -> 5"),
-                                                     sharing("varoGetNtpWS(2) -> 5"))));
+    EXPECT_JOURNAL(sharing("varoGetNtpWS(0) -> 5"), sharing("varoGetNtpWS(2) -> 5"));
 }
 
 // Servers by host text.
@@ -120,14 +114,12 @@ TEST_F(Sntp, HostsAreClassifiedAndStored) {
         server.addressType = 99;
     }
     EXPECT_EQ(networkUpdateSntpConfigHost(&config), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sharing(
-            R"(getIpAddrType("ntp.example") -> 3)", R"(checkIpHostname("ntp.example") -> 1)",
-            R"(getIpAddrType("2001:db8::1") -> 2)", R"(checkIpv6Addr("2001:db8::1") -> 1)",
-            R"(getIpAddrType("192.0.2.1") -> 1)", R"(checkIpv4Addr("192.0.2.1") -> 1)",
-            R"(varoUpdateNtpHost(2, {mode=1 {"ntp.example" 4 -1 0} {"" 4 -1 99})"
-            R"( {"2001:db8::1" 4 -1 2} {"192.0.2.1" 4 -1 1}}) -> 0)")));
+    EXPECT_JOURNAL(
+        sharing(R"(getIpAddrType("ntp.example") -> 3)", R"(checkIpHostname("ntp.example") -> 1)",
+                R"(getIpAddrType("2001:db8::1") -> 2)", R"(checkIpv6Addr("2001:db8::1") -> 1)",
+                R"(getIpAddrType("192.0.2.1") -> 1)", R"(checkIpv4Addr("192.0.2.1") -> 1)",
+                R"(varoUpdateNtpHost(2, {mode=1 {"ntp.example" 4 -1 0} {"" 4 -1 99})"
+                R"( {"2001:db8::1" 4 -1 2} {"192.0.2.1" 4 -1 1}}) -> 0)"));
     EXPECT_EQ(config.servers[0].addressType, 0);
     EXPECT_EQ(config.servers[1].addressType, 99);
     EXPECT_EQ(config.servers[2].addressType, 2);
@@ -139,8 +131,7 @@ TEST_F(Sntp, EmptyHostsAreStoredAsTheyAre) {
     config.mode = -3;
     config.servers[1].addressType = 7;
     EXPECT_EQ(networkUpdateSntpConfigHost(&config), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(R"(varoUpdateNtpHost(2, {mode=-3 {} {"" 0 0 7}}) -> 0)")));
+    EXPECT_JOURNAL(sharing(R"(varoUpdateNtpHost(2, {mode=-3 {} {"" 0 0 7}}) -> 0)"));
 }
 
 TEST_F(Sntp, FirstBadHostEndsTheOperationAndKeepsTheTypesBeforeIt) {
@@ -151,9 +142,9 @@ TEST_F(Sntp, FirstBadHostEndsTheOperationAndKeepsTheTypesBeforeIt) {
     config.servers[1].addressType = 98;
     config.servers[2].addressType = 99;
     EXPECT_EQ(networkUpdateSntpConfigHost(&config), -5);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(R"(getIpAddrType("2001:db8::1") -> 2)",
-                                                    R"(checkIpv6Addr("2001:db8::1") -> 1)",
-                                                    R"(getIpAddrType("no host!") -> 0)")));
+    EXPECT_JOURNAL(sharing(R"(getIpAddrType("2001:db8::1") -> 2)",
+                           R"(checkIpv6Addr("2001:db8::1") -> 1)",
+                           R"(getIpAddrType("no host!") -> 0)"));
     EXPECT_EQ(config.servers[0].addressType, 2);
     EXPECT_EQ(config.servers[1].addressType, 98);
     EXPECT_EQ(config.servers[2].addressType, 99);
@@ -165,8 +156,7 @@ TEST_F(Sntp, HostsOfNoKnownKindHaveTheirOwnCode) {
         rpcSntpConfigHost config{};
         put(config.servers[3].host, "ntp.example");
         EXPECT_EQ(networkUpdateSntpConfigHost(&config), -5);
-        EXPECT_THAT(journal(), ElementsAreArray(sharing(R"(getIpAddrType("ntp.example") -> )" +
-                                                        std::to_string(kind))));
+        EXPECT_JOURNAL(sharing(R"(getIpAddrType("ntp.example") -> )" + std::to_string(kind)));
     }
 }
 
@@ -193,8 +183,7 @@ TEST_F(Sntp, HostsOfAKnownKindThatAreNotValidHaveTheirOwnCode) {
         std::string shown = "(\"";
         shown += row.host;
         shown += "\") -> ";
-        EXPECT_THAT(journal(), ElementsAreArray(sharing("getIpAddrType" + shown + row.kind,
-                                                        row.check + shown + "0")));
+        EXPECT_JOURNAL(sharing("getIpAddrType" + shown + row.kind, row.check + shown + "0"));
     }
 }
 
@@ -208,12 +197,10 @@ TEST_F(Sntp, HostThatIsNotValidBehindOthersKeepsTheirTypes) {
         server.addressType = 99;
     }
     EXPECT_EQ(networkUpdateSntpConfigHost(&config), -6);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sharing(
-            R"(getIpAddrType("2001:db8::1") -> 2)", R"(checkIpv6Addr("2001:db8::1") -> 1)",
-            R"(getIpAddrType("ntp.example") -> 3)", R"(checkIpHostname("ntp.example") -> 1)",
-            R"(getIpAddrType("192.0.2.256") -> 1)", R"(checkIpv4Addr("192.0.2.256") -> 0)")));
+    EXPECT_JOURNAL(
+        sharing(R"(getIpAddrType("2001:db8::1") -> 2)", R"(checkIpv6Addr("2001:db8::1") -> 1)",
+                R"(getIpAddrType("ntp.example") -> 3)", R"(checkIpHostname("ntp.example") -> 1)",
+                R"(getIpAddrType("192.0.2.256") -> 1)", R"(checkIpv4Addr("192.0.2.256") -> 0)"));
     EXPECT_EQ(config.servers[0].addressType, 2);
     EXPECT_EQ(config.servers[1].addressType, 0);
     EXPECT_EQ(config.servers[2].addressType, 99);
@@ -226,8 +213,7 @@ TEST_F(Sntp, HostTextMayFillItsField) {
     config.servers[0].ntpVersion = 0x68686868;  // what a text without an end would run into
     const std::string shown = "(\"" + std::string(256, 'h') + "\") -> ";
     EXPECT_EQ(networkUpdateSntpConfigHost(&config), -6);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("getIpAddrType" + shown + "3",
-                                                    "checkIpHostname" + shown + "0")));
+    EXPECT_JOURNAL(sharing("getIpAddrType" + shown + "3", "checkIpHostname" + shown + "0"));
 }
 
 TEST_F(Sntp, HostTextOf255GoesToTheChecksWhole) {
@@ -236,8 +222,7 @@ TEST_F(Sntp, HostTextOf255GoesToTheChecksWhole) {
     put(config.servers[0].host, std::string(255, 'h'));
     const std::string shown = "(\"" + std::string(255, 'h') + "\") -> ";
     EXPECT_EQ(networkUpdateSntpConfigHost(&config), -6);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("getIpAddrType" + shown + "1",
-                                                    "checkIpv4Addr" + shown + "0")));
+    EXPECT_JOURNAL(sharing("getIpAddrType" + shown + "1", "checkIpv4Addr" + shown + "0"));
 }
 
 TEST_F(Sntp, HostsThatCannotBeStoredFailSilently) {
@@ -246,12 +231,10 @@ TEST_F(Sntp, HostsThatCannotBeStoredFailSilently) {
     for (const int code : {3, -5}) {
         platform.fail("varoUpdateNtpHost", code);
         EXPECT_EQ(networkUpdateSntpConfigHost(&config), -1);
-        EXPECT_THAT(
-            journal(),
-            ElementsAreArray(sharing(
-                R"(getIpAddrType("ntp.example") -> 3)", R"(checkIpHostname("ntp.example") -> 1)",
-                R"(varoUpdateNtpHost(2, {mode=0 {} {"ntp.example" 0 0 0}}) -> )" +
-                    std::to_string(code))));
+        EXPECT_JOURNAL(sharing(R"(getIpAddrType("ntp.example") -> 3)",
+                               R"(checkIpHostname("ntp.example") -> 1)",
+                               R"(varoUpdateNtpHost(2, {mode=0 {} {"ntp.example" 0 0 0}}) -> )" +
+                                   std::to_string(code)));
     }
 }
 
@@ -261,13 +244,11 @@ TEST_F(Sntp, HostsAreReadFromTheSourceThatIsAskedFor) {
     EXPECT_EQ(networkGetSntpConfigWSHost(&source, &config), 0);
     EXPECT_EQ(source, 1);
     EXPECT_TRUE(areEqual(config, platform.time.byHost[1]));
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sharing(R"(varoGetNtpHost(1) -> 0 1 {mode=1 {"lease.example" 4 0 0}})")));
+    EXPECT_JOURNAL(sharing(R"(varoGetNtpHost(1) -> 0 1 {mode=1 {"lease.example" 4 0 0}})"));
     source = 0;
     EXPECT_EQ(networkGetSntpConfigWSHost(&source, &config), 0);
     EXPECT_EQ(source, 2);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetNtpHost(0) -> 0 2 " + storedByHost)));
+    EXPECT_JOURNAL(sharing("varoGetNtpHost(0) -> 0 2 " + storedByHost));
 }
 
 TEST_F(Sntp, HostsThatCannotBeReadFailSilently) {
@@ -276,7 +257,7 @@ TEST_F(Sntp, HostsThatCannotBeReadFailSilently) {
     int source = 1;
     EXPECT_EQ(networkGetSntpConfigWSHost(&source, &config), -1);
     EXPECT_EQ(source, 1);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing("varoGetNtpHost(1) -> -2")));
+    EXPECT_JOURNAL(sharing("varoGetNtpHost(1) -> -2"));
 }
 
 // Status.
@@ -285,8 +266,7 @@ TEST_F(Sntp, StatusIsReadFromWhicheverSource) {
     rpcSntpInfo info = filled<rpcSntpInfo>(0x5a);
     EXPECT_EQ(networkGetSntpInfo(&info), 0);
     EXPECT_TRUE(areEqual(info, platform.time.info));
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing("varoGetNtpStatsWS(0) -> 0 2 {state=1 192.0.2.1}")));
+    EXPECT_JOURNAL(sharing("varoGetNtpStatsWS(0) -> 0 2 {state=1 192.0.2.1}"));
 }
 
 TEST_F(Sntp, StatusIsReadFromWhicheverSourceWhateverTheCallerAsksFor) {
@@ -301,10 +281,8 @@ TEST_F(Sntp, StatusIsReadFromWhicheverSourceWhateverTheCallerAsksFor) {
         EXPECT_EQ(networkGetSntpInfoWSHost(&source, &infoHost), 0);
         EXPECT_EQ(source, 2);
         EXPECT_TRUE(areEqual(infoHost, platform.time.infoHost));
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(sequence(
-                        sharing("varoGetNtpStatsWS(0) -> 0 2 {state=1 192.0.2.1}"),
-                        sharing(R"(varoGetNtpHostStats(0) -> 0 2 {state=2 "ntp.example"})"))));
+        EXPECT_JOURNAL(sharing("varoGetNtpStatsWS(0) -> 0 2 {state=1 192.0.2.1}"),
+                       sharing(R"(varoGetNtpHostStats(0) -> 0 2 {state=2 "ntp.example"})"));
     }
 }
 
@@ -320,9 +298,8 @@ TEST_F(Sntp, StatusThatCannotBeReadFailsSilentlyWithTheSourceReset) {
     source = 2;
     EXPECT_EQ(networkGetSntpInfoWSHost(&source, &infoHost), -1);
     EXPECT_EQ(source, 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(sharing("varoGetNtpStatsWS(0) -> 5"),
-                                                     sharing("varoGetNtpStatsWS(0) -> 5"),
-                                                     sharing("varoGetNtpHostStats(0) -> -6"))));
+    EXPECT_JOURNAL(sharing("varoGetNtpStatsWS(0) -> 5"), sharing("varoGetNtpStatsWS(0) -> 5"),
+                   sharing("varoGetNtpHostStats(0) -> -6"));
 }
 
 }  // namespace

@@ -12,8 +12,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 const std::string zoneRead = R"(varoGetSntpTimeZone() -> 0 {name="Europe/Vaduz" offset=60 dst=30)"
                              R"( start=3/5/7/200 end=10/5/7/300 preset=1})";
 
@@ -26,54 +24,48 @@ protected:
 
 TEST_F(TimeZone, OffsetAloneCannotBeSet) {
     EXPECT_EQ(networkSetTimezoneOffset(60), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively()));
+    EXPECT_JOURNAL(exclusively());
     logEverything();
     EXPECT_EQ(networkSetTimezoneOffset(60), -1);
     EXPECT_EQ(networkSetTimezoneOffset(-2147483647), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(sequence(
-                               exclusively(trace("setTimezoneOffset: offset=60")),
-                               exclusively(trace("setTimezoneOffset: offset=-2147483647")))));
+    EXPECT_JOURNAL(exclusively(trace("setTimezoneOffset: offset=60")),
+                   exclusively(trace("setTimezoneOffset: offset=-2147483647")));
     EXPECT_EQ(platform.time.zone.offset, 60);
 }
 
 TEST_F(TimeZone, NameIsWrittenByItself) {
     EXPECT_EQ(networkSetTimezoneName("UTC"), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               zoneRead, R"(varoUpdateSntpTimeZoneAlt({name="UTC" offset=60 dst=30)"
-                                         R"( start=3/5/7/200 end=10/5/7/300 preset=1}) -> 0)")));
+    EXPECT_JOURNAL(exclusively(zoneRead, R"(varoUpdateSntpTimeZoneAlt({name="UTC" offset=60 dst=30)"
+                                         R"( start=3/5/7/200 end=10/5/7/300 preset=1}) -> 0)"));
     EXPECT_STREQ(platform.time.zone.name, "UTC");
 }
 
 TEST_F(TimeZone, NameAndOffsetAreWrittenWithTheWholeRecord) {
     EXPECT_EQ(networkSetSntpTimezone(-180, "America/Bahia"), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    zoneRead, R"(varoUpdateSntpTimeZone({name="America/Bahia" offset=-180 dst=30)"
-                              R"( start=3/5/7/200 end=10/5/7/300 preset=1}) -> 0)")));
+    EXPECT_JOURNAL(exclusively(zoneRead,
+                               R"(varoUpdateSntpTimeZone({name="America/Bahia" offset=-180 dst=30)"
+                               R"( start=3/5/7/200 end=10/5/7/300 preset=1}) -> 0)"));
 }
 
 TEST_F(TimeZone, StartOfDaylightSavingKeepsTheRest) {
     EXPECT_EQ(networkSetSntpTimezoneDstStart(4, 1, 6, 130), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    zoneRead, R"(varoUpdateSntpTimeZone({name="Europe/Vaduz" offset=60 dst=30)"
-                              R"( start=4/1/6/130 end=10/5/7/300 preset=1}) -> 0)")));
+    EXPECT_JOURNAL(exclusively(zoneRead,
+                               R"(varoUpdateSntpTimeZone({name="Europe/Vaduz" offset=60 dst=30)"
+                               R"( start=4/1/6/130 end=10/5/7/300 preset=1}) -> 0)"));
 }
 
 TEST_F(TimeZone, EndOfDaylightSavingKeepsTheRest) {
     EXPECT_EQ(networkSetSntpTimezoneDstEnd(9, 2, 5, -1), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    zoneRead, R"(varoUpdateSntpTimeZone({name="Europe/Vaduz" offset=60 dst=30)"
-                              R"( start=3/5/7/200 end=9/2/5/-1 preset=1}) -> 0)")));
+    EXPECT_JOURNAL(exclusively(zoneRead,
+                               R"(varoUpdateSntpTimeZone({name="Europe/Vaduz" offset=60 dst=30)"
+                               R"( start=3/5/7/200 end=9/2/5/-1 preset=1}) -> 0)"));
 }
 
 TEST_F(TimeZone, OffsetOfDaylightSavingKeepsTheRest) {
     EXPECT_EQ(networkSetSntpTimezoneDstOffset(-15), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    zoneRead, R"(varoUpdateSntpTimeZone({name="Europe/Vaduz" offset=60 dst=-15)"
-                              R"( start=3/5/7/200 end=10/5/7/300 preset=1}) -> 0)")));
+    EXPECT_JOURNAL(exclusively(zoneRead,
+                               R"(varoUpdateSntpTimeZone({name="Europe/Vaduz" offset=60 dst=-15)"
+                               R"( start=3/5/7/200 end=10/5/7/300 preset=1}) -> 0)"));
 }
 
 TEST_F(TimeZone, MonthsWeeksAndDaysKeepTheirLow16Bits) {
@@ -110,12 +102,9 @@ TEST_F(TimeZone, MonthsWeeksAndDaysKeepTheirLow16Bits) {
 TEST_F(TimeZone, NamesThatAreNullAreReportedBeforeTheLibraryIsCalled) {
     EXPECT_EQ(networkSetTimezoneName(nullptr), -1);
     EXPECT_EQ(networkSetSntpTimezone(60, nullptr), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(sequence(
-            exclusively(error("setTimezoneName failed! One of input args is NULL. name: (nil)")),
-            exclusively(
-                error("setSntpTimezone failed! One of input args is NULL. linuxName: (nil)")))));
+    EXPECT_JOURNAL(
+        exclusively(error("setTimezoneName failed! One of input args is NULL. name: (nil)")),
+        exclusively(error("setSntpTimezone failed! One of input args is NULL. linuxName: (nil)")));
 }
 
 /// A setter of the time zone, and what it makes of a record that is all zero, and of the one that
@@ -133,10 +122,9 @@ class TimeZoneSetter : public TimeZone, public testing::WithParamInterface<Sette
 TEST_P(TimeZoneSetter, WritesEvenIfTheRecordCannotBeRead) {
     platform.fail("varoGetSntpTimeZone", 5);
     EXPECT_EQ(GetParam().call(), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               "varoGetSntpTimeZone() -> 5",
+    EXPECT_JOURNAL(exclusively("varoGetSntpTimeZone() -> 5",
                                error(GetParam().name + ": varoGetSntpTimeZone has failed!"),
-                               GetParam().update + "(" + GetParam().written + ") -> 0")));
+                               GetParam().update + "(" + GetParam().written + ") -> 0"));
 }
 
 TEST_P(TimeZoneSetter, DropsWhatAFailedReadLeft) {
@@ -144,33 +132,27 @@ TEST_P(TimeZoneSetter, DropsWhatAFailedReadLeft) {
     platform.time.zoneLeftByFailure->preset = 77;
     platform.fail("varoGetSntpTimeZone", 5);
     EXPECT_EQ(GetParam().call(), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               "varoGetSntpTimeZone() -> 5",
+    EXPECT_JOURNAL(exclusively("varoGetSntpTimeZone() -> 5",
                                error(GetParam().name + ": varoGetSntpTimeZone has failed!"),
-                               GetParam().update + "(" + GetParam().written + ") -> 0")));
+                               GetParam().update + "(" + GetParam().written + ") -> 0"));
 }
 
 TEST_P(TimeZoneSetter, ReportsAFailedWrite) {
     platform.fail("varoGetSntpTimeZone", 5);
     platform.fail(GetParam().update, -6);
     EXPECT_EQ(GetParam().call(), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            "varoGetSntpTimeZone() -> 5",
-            error(GetParam().name + ": varoGetSntpTimeZone has failed!"),
-            GetParam().update + "(" + GetParam().written + ") -> -6",
-            error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6"))));
+    EXPECT_JOURNAL(exclusively(
+        "varoGetSntpTimeZone() -> 5", error(GetParam().name + ": varoGetSntpTimeZone has failed!"),
+        GetParam().update + "(" + GetParam().written + ") -> -6",
+        error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6")));
 }
 
 TEST_P(TimeZoneSetter, ReportsAFailedWriteOfTheRecordThatWasRead) {
     platform.fail(GetParam().update, -6);
     EXPECT_EQ(GetParam().call(), -1);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            zoneRead, GetParam().update + "(" + GetParam().changed + ") -> -6",
-            error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6"))));
+    EXPECT_JOURNAL(exclusively(
+        zoneRead, GetParam().update + "(" + GetParam().changed + ") -> -6",
+        error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6")));
     EXPECT_EQ(std::memcmp(&platform.time.zone, &stored, sizeof stored), 0);
 }
 
@@ -248,7 +230,7 @@ TEST_F(TimeZone, NameAndOffsetAreRead) {
     EXPECT_EQ(offset, 60);
     EXPECT_EQ(name.content(), "Europe/Vaduz");
     EXPECT_EQ(name.text[13], '#');
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(zoneRead)));
+    EXPECT_JOURNAL(sharing(zoneRead));
 }
 
 TEST_F(TimeZone, ThatCannotBeReadLeavesNameAndOffsetAlone) {
@@ -258,9 +240,8 @@ TEST_F(TimeZone, ThatCannotBeReadLeavesNameAndOffsetAlone) {
     EXPECT_EQ(networkGetTimezoneInfo(&offset, name.text), -1);
     EXPECT_EQ(offset, 77);
     EXPECT_TRUE(name.isUntouched());
-    EXPECT_THAT(journal(), ElementsAreArray(
-                               sharing("varoGetSntpTimeZone() -> 5",
-                                       error("getTimezoneInfo: varoGetSntpTimeZone has failed!"))));
+    EXPECT_JOURNAL(sharing("varoGetSntpTimeZone() -> 5",
+                           error("getTimezoneInfo: varoGetSntpTimeZone has failed!")));
 }
 
 TEST_F(TimeZone, PlacesThatAreNullAreReported) {
@@ -275,10 +256,9 @@ TEST_F(TimeZone, PlacesThatAreNullAreReported) {
     EXPECT_EQ(networkGetTimezoneInfo(nullptr, name.text), -1);
     EXPECT_EQ(networkGetTimezoneInfo(&offset, nullptr), -1);
     EXPECT_EQ(networkGetTimezoneInfo(nullptr, nullptr), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sequence(sharing(error(message + "(nil), name: " + at(name.text))),
-                                          sharing(error(message + at(&offset) + ", name: (nil)")),
-                                          sharing(error(message + "(nil), name: (nil)")))));
+    EXPECT_JOURNAL(sharing(error(message + "(nil), name: " + at(name.text))),
+                   sharing(error(message + at(&offset) + ", name: (nil)")),
+                   sharing(error(message + "(nil), name: (nil)")));
     EXPECT_EQ(offset, 77);
     EXPECT_TRUE(name.isUntouched());
 }
@@ -302,13 +282,12 @@ TEST_F(TimeZone, WholeRecordIsReadAndTraced) {
     EXPECT_EQ(info.dstEDayInWeek, -32768);
     EXPECT_EQ(info.dstETime, 300);
     EXPECT_EQ(info.preset, 1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(sharing(
-                    R"(varoGetSntpTimeZone() -> 0 {name="Europe/Vaduz" offset=60 dst=30)"
-                    R"( start=-3/5/7/200 end=10/5/-32768/300 preset=1})",
-                    trace("getSntpTimezoneInfo: name=Europe/Vaduz, offset=60, dstOffset=30, "
-                          "dstSMonth=-3, dstSWeek=5, dstSDayInWeek=7, dstSTime=200, dstEMonth=10, "
-                          "dstEWeek=5, dstEDayInWeek=-32768, dstETime=300, preset=1"))));
+    EXPECT_JOURNAL(
+        sharing(R"(varoGetSntpTimeZone() -> 0 {name="Europe/Vaduz" offset=60 dst=30)"
+                R"( start=-3/5/7/200 end=10/5/-32768/300 preset=1})",
+                trace("getSntpTimezoneInfo: name=Europe/Vaduz, offset=60, dstOffset=30, "
+                      "dstSMonth=-3, dstSWeek=5, dstSDayInWeek=7, dstSTime=200, dstEMonth=10, "
+                      "dstEWeek=5, dstEDayInWeek=-32768, dstETime=300, preset=1")));
 }
 
 TEST_F(TimeZone, WholeRecordThatCannotBeReadIsReported) {
@@ -318,9 +297,8 @@ TEST_F(TimeZone, WholeRecordThatCannotBeReadIsReported) {
     const rpcNetworkSntpTimezone before = info;
     EXPECT_EQ(networkGetSntpTimezoneInfo(&info), -1);
     EXPECT_EQ(std::memcmp(&info, &before, sizeof info), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(sharing(
-                               "varoGetSntpTimeZone() -> 5",
-                               error("getSntpTimezoneInfo: varoGetSntpTimeZone has failed!"))));
+    EXPECT_JOURNAL(sharing("varoGetSntpTimeZone() -> 5",
+                           error("getSntpTimezoneInfo: varoGetSntpTimeZone has failed!")));
 }
 
 }  // namespace

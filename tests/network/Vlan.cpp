@@ -4,15 +4,12 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 using Vlan = VlanTest;
 
 TEST_F(Vlan, PortIsMoved) {
     EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 0", left("1"),
-                               entered("100", "100"), option82Off, noProfile, securityRefreshed)));
+    EXPECT_JOURNAL(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 0", left("1"),
+                               entered("100", "100"), option82Off, noProfile, securityRefreshed));
     EXPECT_EQ(managementVlan(), 100U);
     EXPECT_FALSE(isMember(1));
     EXPECT_TRUE(isMember(100));
@@ -22,9 +19,8 @@ TEST_F(Vlan, PortIsMoved) {
 
 TEST_F(Vlan, PortIsMovedWithinItsOwnVlanToo) {
     EXPECT_EQ(networkSetVlan(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               noProfile, looksUp, "zuvlanGetVlanInfoId(1) -> 0", left("1"),
-                               entered("1", "1"), option82Off, noProfile, securityRefreshed)));
+    EXPECT_JOURNAL(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(1) -> 0", left("1"),
+                               entered("1", "1"), option82Off, noProfile, securityRefreshed));
     EXPECT_EQ(managementVlan(), 1U);
     EXPECT_TRUE(isMember(1));
 }
@@ -32,10 +28,9 @@ TEST_F(Vlan, PortIsMovedWithinItsOwnVlanToo) {
 TEST_F(Vlan, MoveIsPersistedInProfileMode) {
     platform.shelf.isInProfileMode = true;
     EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0", looksUp,
+    EXPECT_JOURNAL(exclusively(profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0", looksUp,
                                "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"),
-                               option82Off, profile, "vlanMngWrite(100) -> 0", securityRefreshed)));
+                               option82Off, profile, "vlanMngWrite(100) -> 0", securityRefreshed));
     EXPECT_EQ(platform.shelf.persistedManagementVlan, 100U);
 }
 
@@ -44,11 +39,10 @@ TEST_F(Vlan, MoveSucceedsThoughItCannotBePersistedNorSecured) {
     platform.fail("vlanMngWrite", 5);
     platform.fail("updateMngStaticEntry", 6);
     EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0", looksUp,
-                    "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"), option82Off,
-                    profile, "vlanMngWrite(100) -> 5", "updateMngStaticEntry() -> 6")));
+    EXPECT_JOURNAL(exclusively(profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0", looksUp,
+                               "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"),
+                               option82Off, profile, "vlanMngWrite(100) -> 5",
+                               "updateMngStaticEntry() -> 6"));
     EXPECT_EQ(managementVlan(), 100U);
 }
 
@@ -58,16 +52,13 @@ TEST_F(Vlan, MoveWritesTheNewVlanIntoOption82) {
     const std::string read =
         R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId="old"})";
     EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"),
-            read,
-            exclusively(
-                read, R"(getShelfId() -> "3")",
-                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:100:"}) -> 0)",
-                trace("setOption82: return value: 0")),
-            noProfile, securityRefreshed)));
+    EXPECT_JOURNAL(exclusively(
+        noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"), read,
+        exclusively(
+            read, R"(getShelfId() -> "3")",
+            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:100:"}) -> 0)",
+            trace("setOption82: return value: 0")),
+        noProfile, securityRefreshed));
 }
 
 /// Option 82 is on, in profile mode.
@@ -81,11 +72,10 @@ protected:
     /// The move succeeds, whatever becomes of option 82.
     void expectMove(const Entries& option82) {
         EXPECT_EQ(networkSetVlan(100), 0);
-        EXPECT_THAT(journal(),
-                    ElementsAreArray(exclusively(
-                        profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0", looksUp,
-                        "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"), option82,
-                        profile, "vlanMngWrite(100) -> 0", securityRefreshed)));
+        EXPECT_JOURNAL(exclusively(profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 0",
+                                   looksUp, "zuvlanGetVlanInfoId(100) -> 0", left("1"),
+                                   entered("100", "100"), option82, profile,
+                                   "vlanMngWrite(100) -> 0", securityRefreshed));
         EXPECT_EQ(managementVlan(), 100U);
         EXPECT_EQ(platform.shelf.persistedManagementVlan, 100U);
     }
@@ -115,23 +105,21 @@ TEST_F(VlanInOption82, IsNotWrittenOverARecordThatCannotBeReadAndTheMoveSucceeds
 
 TEST_F(Vlan, ZeroIsNoVlan) {
     EXPECT_EQ(networkSetVlan(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(noProfile)));
+    EXPECT_JOURNAL(exclusively(noProfile));
     EXPECT_EQ(managementVlan(), 1U);
 }
 
 TEST_F(Vlan, ZeroIsCheckedAgainstTheProfileFirst) {
     platform.shelf.isInProfileMode = true;
     EXPECT_EQ(networkSetVlan(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               profile, "mngConnectCheckVlanProfileUplinkNative(0) -> 0")));
+    EXPECT_JOURNAL(exclusively(profile, "mngConnectCheckVlanProfileUplinkNative(0) -> 0"));
 }
 
 TEST_F(Vlan, VlanThatTheProfileRejectsDoesNotReachTheDatabase) {
     platform.shelf.isInProfileMode = true;
     platform.fail("mngConnectCheckVlanProfileUplinkNative", 2);
     EXPECT_EQ(networkSetVlan(100), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 2")));
+    EXPECT_JOURNAL(exclusively(profile, "mngConnectCheckVlanProfileUplinkNative(100) -> 2"));
     EXPECT_EQ(managementVlan(), 1U);
 }
 
@@ -154,9 +142,8 @@ TEST_F(Vlan, MissingVlanIsRefusedWithoutTheFeature) {
         platform.shelf.activeFeatures.insert(feature);
     }
     EXPECT_EQ(networkSetVlan(200), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(200) -> 1",
-                                             "isActive(12) -> 0")));
+    EXPECT_JOURNAL(
+        exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(200) -> 1", "isActive(12) -> 0"));
     EXPECT_EQ(managementVlan(), 1U);
     EXPECT_FALSE(platform.shelf.vlans.contains(200));
 }
@@ -164,11 +151,10 @@ TEST_F(Vlan, MissingVlanIsRefusedWithoutTheFeature) {
 TEST_F(Vlan, MissingVlanIsCreatedWithTheFeature) {
     platform.shelf.activeFeatures.insert(cordProfile);
     EXPECT_EQ(networkSetVlan(200), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    noProfile, looksUp, "zuvlanGetVlanInfoId(200) -> 1", "isActive(12) -> 1",
-                    missing("200"), "zuvlanCreate(200) -> 0", "zuvlanGetVlanInfoId(200) -> 0",
-                    left("1"), entered("200", "200"), option82Off, noProfile, securityRefreshed)));
+    EXPECT_JOURNAL(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(200) -> 1",
+                               "isActive(12) -> 1", missing("200"), "zuvlanCreate(200) -> 0",
+                               "zuvlanGetVlanInfoId(200) -> 0", left("1"), entered("200", "200"),
+                               option82Off, noProfile, securityRefreshed));
     EXPECT_EQ(managementVlan(), 200U);
 }
 
@@ -176,10 +162,9 @@ TEST_F(Vlan, VlanThatIsStillMissingAfterItsCreationIsRefused) {
     platform.shelf.activeFeatures.insert(cordProfile);
     platform.fail("zuvlanCreate", 4);
     EXPECT_EQ(networkSetVlan(200), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    noProfile, looksUp, "zuvlanGetVlanInfoId(200) -> 1", "isActive(12) -> 1",
-                    missing("200"), "zuvlanCreate(200) -> 4", "zuvlanGetVlanInfoId(200) -> 1")));
+    EXPECT_JOURNAL(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(200) -> 1",
+                               "isActive(12) -> 1", missing("200"), "zuvlanCreate(200) -> 4",
+                               "zuvlanGetVlanInfoId(200) -> 1"));
     EXPECT_EQ(managementVlan(), 1U);
 }
 
@@ -188,11 +173,10 @@ TEST_F(Vlan, ResultOfTheCreationIsNotWhatCounts) {
     platform.fail("zuvlanGetVlanInfoId", 3, 1);
     platform.fail("zuvlanCreate", 4);
     EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(
-                    noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 3", "isActive(12) -> 1",
-                    missing("100"), "zuvlanCreate(100) -> 4", "zuvlanGetVlanInfoId(100) -> 0",
-                    left("1"), entered("100", "100"), option82Off, noProfile, securityRefreshed)));
+    EXPECT_JOURNAL(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 3",
+                               "isActive(12) -> 1", missing("100"), "zuvlanCreate(100) -> 4",
+                               "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"),
+                               option82Off, noProfile, securityRefreshed));
 }
 
 // Moves that break off.
@@ -202,19 +186,17 @@ const Entries found = {noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 0"};
 TEST_F(Vlan, PortThatCannotBeFoundIsNotMoved) {
     platform.fail("interfaceMngGet", 3, 1);
     EXPECT_EQ(networkSetVlan(100), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               found, trace("setVlan: trying to deleted mng port from vlan: 1"),
-                               "interfaceMngGet() -> 3")));
+    EXPECT_JOURNAL(exclusively(found, trace("setVlan: trying to deleted mng port from vlan: 1"),
+                               "interfaceMngGet() -> 3"));
     EXPECT_EQ(managementVlan(), 1U);
 }
 
 TEST_F(Vlan, PortThatCannotLeaveItsVlanStaysInIt) {
     platform.fail("zuvlanDelMembership", 4);
     EXPECT_EQ(networkSetVlan(100), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               found, trace("setVlan: trying to deleted mng port from vlan: 1"),
+    EXPECT_JOURNAL(exclusively(found, trace("setVlan: trying to deleted mng port from vlan: 1"),
                                "interfaceMngGet() -> 0 1", trace("setVlan: mng port id is: 1"),
-                               "zuvlanDelMembership(1, 1) -> 4")));
+                               "zuvlanDelMembership(1, 1) -> 4"));
     EXPECT_EQ(managementVlan(), 1U);
     EXPECT_TRUE(isMember(1));
 }
@@ -222,8 +204,7 @@ TEST_F(Vlan, PortThatCannotLeaveItsVlanStaysInIt) {
 TEST_F(Vlan, PortThatCannotEnterTheNewVlanIsInNone) {
     platform.fail("zuvlanAddMembership", 5);
     EXPECT_EQ(networkSetVlan(100), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(
-                               exclusively(found, left("1"), "zuvlanAddMembership(100, 1) -> 5")));
+    EXPECT_JOURNAL(exclusively(found, left("1"), "zuvlanAddMembership(100, 1) -> 5"));
     EXPECT_EQ(managementVlan(), 0U);
     EXPECT_FALSE(isMember(1));
     EXPECT_FALSE(isMember(100));
@@ -232,10 +213,9 @@ TEST_F(Vlan, PortThatCannotEnterTheNewVlanIsInNone) {
 TEST_F(Vlan, PortWithoutItsDefaultVlanKeepsTheMembershipAndCountsAsInNone) {
     platform.fail("zuvlanSetPvid", 6);
     EXPECT_EQ(networkSetVlan(100), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(found, left("1"), "zuvlanAddMembership(100, 1) -> 0",
-                                             trace("setVlan: mng port (1): added to vlan: 100"),
-                                             "zuvlanSetPvid(100, 1) -> 6")));
+    EXPECT_JOURNAL(exclusively(found, left("1"), "zuvlanAddMembership(100, 1) -> 0",
+                               trace("setVlan: mng port (1): added to vlan: 100"),
+                               "zuvlanSetPvid(100, 1) -> 6"));
     EXPECT_EQ(managementVlan(), 0U);
     EXPECT_TRUE(isMember(100));
 }
@@ -245,11 +225,10 @@ TEST_F(Vlan, PortThatIsInNoVlanHasNoneToLeave) {
     EXPECT_EQ(networkSetVlan(100), -1);
     journal();
     EXPECT_EQ(networkSetVlan(100), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               found, trace("setVlan: trying to deleted mng port from vlan: 0"),
+    EXPECT_JOURNAL(exclusively(found, trace("setVlan: trying to deleted mng port from vlan: 0"),
                                "interfaceMngGet() -> 0 1", trace("setVlan: mng port id is: 1"),
                                trace("setVlan: mng port (1): deleted from vlan: 0"),
-                               entered("100", "100"), option82Off, noProfile, securityRefreshed)));
+                               entered("100", "100"), option82Off, noProfile, securityRefreshed));
     EXPECT_EQ(managementVlan(), 100U);
 }
 
@@ -262,16 +241,14 @@ TEST_F(Vlan, NumberBeyondSixteenBitsIsCutForThePortOnly) {
     EXPECT_EQ(networkSetVlan(65537), 0);
     const std::string read =
         R"(varoGetDhcp() -> 0 {selector=0 dhcp=0 vendor=0 option82=1 circuitId=""})";
-    EXPECT_THAT(
-        journal(),
-        ElementsAreArray(exclusively(
-            profile, "mngConnectCheckVlanProfileUplinkNative(65537) -> 0", looksUp,
-            "zuvlanGetVlanInfoId(65537) -> 0", left("1"), entered("1", "65537"), read,
-            exclusively(
-                read, R"(getShelfId() -> "3")",
-                R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:65537:"}) -> 0)",
-                trace("setOption82: return value: 0")),
-            profile, "vlanMngWrite(65537) -> 0", securityRefreshed)));
+    EXPECT_JOURNAL(exclusively(
+        profile, "mngConnectCheckVlanProfileUplinkNative(65537) -> 0", looksUp,
+        "zuvlanGetVlanInfoId(65537) -> 0", left("1"), entered("1", "65537"), read,
+        exclusively(
+            read, R"(getShelfId() -> "3")",
+            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:65537:"}) -> 0)",
+            trace("setOption82: return value: 0")),
+        profile, "vlanMngWrite(65537) -> 0", securityRefreshed));
     EXPECT_EQ(managementVlan(), 65537U);
     EXPECT_EQ(platform.shelf.portVlans[1], 1U);
 }
@@ -280,11 +257,10 @@ TEST_F(Vlan, LargestNumberIsLoggedAsASignedOne) {
     platform.shelf.activeFeatures.insert(cordProfile);
     platform.shelf.vlans[65535];
     EXPECT_EQ(networkSetVlan(4294967295U), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               noProfile, looksUp, "zuvlanGetVlanInfoId(4294967295) -> 1",
+    EXPECT_JOURNAL(exclusively(noProfile, looksUp, "zuvlanGetVlanInfoId(4294967295) -> 1",
                                "isActive(12) -> 1", missing("-1"), "zuvlanCreate(4294967295) -> 0",
                                "zuvlanGetVlanInfoId(4294967295) -> 0", left("1"),
-                               entered("65535", "-1"), option82Off, noProfile, securityRefreshed)));
+                               entered("65535", "-1"), option82Off, noProfile, securityRefreshed));
     EXPECT_EQ(managementVlan(), 4294967295U);
 
     EXPECT_EQ(networkSetVlan(100), 0);

@@ -50,7 +50,7 @@ TEST_F(WebEvents, VersionIsTold) { EXPECT_STREQ(entity().hassComm_GetVersion(), 
 TEST_F(WebEvents, StartPrintsItsBannerAndAsksForAThread) {
     EXPECT_EQ(entity().hassComm_init(), 0);
     EXPECT_EQ(output.take(), startBanner);
-    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 0"));
+    EXPECT_JOURNAL("pthread_create() -> 0");
     ASSERT_EQ(platform.threadRequests.size(), 1U);
     EXPECT_EQ(platform.threadRequests[0].function, &Network::hassComm_Proc);
     EXPECT_EQ(platform.threadRequests[0].argument, &entity());
@@ -61,7 +61,7 @@ TEST_F(WebEvents, StartSucceedsWithoutAThread) {
     EXPECT_EQ(entity().hassComm_createThread(), 11);
     EXPECT_EQ(entity().hassComm_init(), 0);
     EXPECT_EQ(output.take(), startBanner);
-    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 11", "pthread_create() -> 11"));
+    EXPECT_JOURNAL("pthread_create() -> 11", "pthread_create() -> 11");
 }
 
 TEST_F(WebEvents, StopPrintsItsBannerAndWaitsForNothing) {
@@ -80,14 +80,13 @@ TEST_F(WebEvents, LoopCallsTheSubscribersOnceACycleInTheirOrder) {
         }
     };
     EXPECT_EQ(entity().hassComm_receiveMsgLoop(), 0);
-    EXPECT_THAT(journal(), ElementsAre("a", "b", "sleep(100)", "a", "b", "sleep(100)", "a", "b",
-                                       "sleep(100)"));
+    EXPECT_JOURNAL("a", "b", "sleep(100)", "a", "b", "sleep(100)", "a", "b", "sleep(100)");
 }
 
 TEST_F(WebEvents, LoopWithoutSubscribersOnlySleeps) {
     platform.onSleep = [](unsigned int) { entity().hassComm_stopThread(); };
     EXPECT_EQ(Network::hassComm_Proc(&entity()), nullptr);
-    EXPECT_THAT(journal(), ElementsAre("sleep(100)"));
+    EXPECT_JOURNAL("sleep(100)");
 }
 
 TEST_F(WebEvents, PreHandlersAreNotAsked) {
@@ -97,14 +96,14 @@ TEST_F(WebEvents, PreHandlersAreNotAsked) {
     });
     platform.onSleep = [](unsigned int) { entity().hassComm_stopThread(); };
     entity().hassComm_receiveMsgLoop();
-    EXPECT_THAT(journal(), ElementsAre("sleep(100)"));
+    EXPECT_JOURNAL("sleep(100)");
 }
 
 TEST_F(WebEvents, StopIsSeenAfterTheSleepOnly) {
     entity().webEvent.subscribePost([] { entity().hassComm_stopThread(); });
     subscribe("after the stop");
     entity().hassComm_receiveMsgLoop();
-    EXPECT_THAT(journal(), ElementsAre("after the stop", "sleep(100)"));
+    EXPECT_JOURNAL("after the stop", "sleep(100)");
 }
 
 TEST_F(WebEvents, StopBeforeTheStartIsForgotten) {
@@ -116,7 +115,7 @@ TEST_F(WebEvents, StopBeforeTheStartIsForgotten) {
         }
     };
     entity().hassComm_receiveMsgLoop();
-    EXPECT_THAT(journal(), ElementsAre("sleep(100)", "sleep(100)"));
+    EXPECT_JOURNAL("sleep(100)", "sleep(100)");
 }
 
 TEST_F(WebEvents, SubscriberOfTheFirstCycleIsCalledFromTheNextOn) {
@@ -129,7 +128,7 @@ TEST_F(WebEvents, SubscriberOfTheFirstCycleIsCalledFromTheNextOn) {
         }
     };
     entity().hassComm_receiveMsgLoop();
-    EXPECT_THAT(journal(), ElementsAre("sleep(100)", "late", "sleep(100)"));
+    EXPECT_JOURNAL("sleep(100)", "late", "sleep(100)");
 }
 
 TEST_F(WebEvents, EmptyHandlerRaisesTheFrameworksError) {
@@ -146,7 +145,7 @@ TEST_F(WebEvents, EmptyHandlerRaisesTheFrameworksError) {
             }
         },
         boost::bad_function_call);
-    EXPECT_THAT(journal(), ElementsAre("a"));
+    EXPECT_JOURNAL("a");
 }
 
 using WebEventsDeathTest = WebEvents;
@@ -211,7 +210,7 @@ TEST_F(EventThreads, RunFromTheStartToTheEndOfTheCycleOfTheStop) {
     meetings[0].goOn.release();
     fake::joinThreads();
     EXPECT_THAT(journalOf("thread 1"), ElementsAre("called", "sleep(100)", "called", "sleep(100)"));
-    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 0"));
+    EXPECT_JOURNAL("pthread_create() -> 0");
 }
 
 TEST_F(EventThreads, LingerBesideANewOneThatIsStartedBeforeTheyHaveEnded) {
@@ -229,7 +228,7 @@ TEST_F(EventThreads, LingerBesideANewOneThatIsStartedBeforeTheyHaveEnded) {
     fake::joinThreads();
     EXPECT_THAT(journalOf("thread 1"), ElementsAre("called", "sleep(100)", "called", "sleep(100)"));
     EXPECT_THAT(journalOf("thread 2"), ElementsAre("called", "sleep(100)"));
-    EXPECT_THAT(journal(), ElementsAre("pthread_create() -> 0", "pthread_create() -> 0"));
+    EXPECT_JOURNAL("pthread_create() -> 0", "pthread_create() -> 0");
 }
 
 // Semaphores.
@@ -243,7 +242,7 @@ TEST_F(WebEvents, CounterIsOpenedAndNeverCreated) {
     EXPECT_EQ(entity().semaf_init(), 0);
     EXPECT_EQ(kpi_sem, nullptr);
     EXPECT_EQ(entity().semaf_checkHassesSem(), -1);
-    EXPECT_THAT(journal(), ElementsAre(R"(sem_open("hassesKpiSem", 0) -> errno 2)"));
+    EXPECT_JOURNAL(R"(sem_open("hassesKpiSem", 0) -> errno 2)");
     EXPECT_THAT(platform.ipc.semaphores, IsEmpty());
 }
 
@@ -255,11 +254,10 @@ TEST_F(WebEvents, CounterIsZeroOrNot) {
         semaphore.value = value;
         EXPECT_EQ(entity().semaf_checkHassesSem(), value == 0 ? 0 : 1);
     }
-    EXPECT_THAT(journal(), ElementsAre(R"(sem_open("hassesKpiSem", 0) -> 0)",
-                                       R"(sem_getvalue("hassesKpiSem") -> 0 0)",
-                                       R"(sem_getvalue("hassesKpiSem") -> 0 1)",
-                                       R"(sem_getvalue("hassesKpiSem") -> 0 3)",
-                                       R"(sem_getvalue("hassesKpiSem") -> 0 0)"));
+    EXPECT_JOURNAL(R"(sem_open("hassesKpiSem", 0) -> 0)", R"(sem_getvalue("hassesKpiSem") -> 0 0)",
+                   R"(sem_getvalue("hassesKpiSem") -> 0 1)",
+                   R"(sem_getvalue("hassesKpiSem") -> 0 3)",
+                   R"(sem_getvalue("hassesKpiSem") -> 0 0)");
 }
 
 TEST_F(WebEvents, CounterThatCannotBeReadIsZero) {
@@ -267,8 +265,8 @@ TEST_F(WebEvents, CounterThatCannotBeReadIsZero) {
     entity().semaf_init();
     platform.fail("sem_getvalue", 22);
     EXPECT_EQ(entity().semaf_checkHassesSem(), 0);
-    EXPECT_THAT(journal(), ElementsAre(R"(sem_open("hassesKpiSem", 0) -> 0)",
-                                       R"(sem_getvalue("hassesKpiSem") -> errno 22)"));
+    EXPECT_JOURNAL(R"(sem_open("hassesKpiSem", 0) -> 0)",
+                   R"(sem_getvalue("hassesKpiSem") -> errno 22)");
 }
 
 }  // namespace

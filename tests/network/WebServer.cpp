@@ -11,7 +11,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 const std::string mkdirCommand = "mkdir -p /var/run/hasses &>/dev/null";
@@ -70,7 +69,7 @@ protected:
     bool isOn() {
         bool on = false;
         EXPECT_EQ(networkHttpGet(&on), 0);
-        EXPECT_THAT(journal(), ElementsAre("sharedLock", "~sharedLock"));
+        EXPECT_JOURNAL(sharing());
         return on;
     }
 
@@ -87,7 +86,7 @@ TEST_F(WebServer, IsOffAtFirst) { EXPECT_FALSE(isOn()); }
 
 TEST_F(WebServer, IsSwitchedOnInOrder) {
     EXPECT_EQ(networkHttpServerSet(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(switchedOn));
+    EXPECT_JOURNAL(switchedOn);
     EXPECT_EQ(output.take(), startBanner);
     ASSERT_EQ(platform.threadRequests.size(), 1U);
     EXPECT_EQ(platform.threadRequests[0].function, &Network::hassComm_Proc);
@@ -98,40 +97,40 @@ TEST_F(WebServer, IsSwitchedOnInOrder) {
 TEST_F(WebServer, IsSwitchedOffInOrder) {
     switchOn();
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(switchedOff()));
+    EXPECT_JOURNAL(switchedOff());
     EXPECT_EQ(output.take(), stopBanner);
     EXPECT_FALSE(isOn());
 }
 
 TEST_F(WebServer, IsOnForAnyNumberButZero) {
     EXPECT_EQ(networkHttpServerSet(-256), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(switchedOn));
+    EXPECT_JOURNAL(switchedOn);
     output.take();
     EXPECT_EQ(networkHttpServerSet(2), 0);
-    EXPECT_THAT(journal(), ElementsAre("exclusiveLock", "~exclusiveLock"));
+    EXPECT_JOURNAL(exclusively());
     EXPECT_TRUE(isOn());
 }
 
 TEST_F(WebServer, RunsNothingInTheStateThatItIsIn) {
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(), ElementsAre("exclusiveLock", "~exclusiveLock"));
+    EXPECT_JOURNAL(exclusively());
     switchOn();
     EXPECT_EQ(networkHttpServerSet(1), 0);
-    EXPECT_THAT(journal(), ElementsAre("exclusiveLock", "~exclusiveLock"));
+    EXPECT_JOURNAL(exclusively());
     EXPECT_EQ(output.take(), "");
     EXPECT_EQ(networkHttpServerSet(0), 0);
     journal();
     output.take();
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(), ElementsAre("exclusiveLock", "~exclusiveLock"));
+    EXPECT_JOURNAL(exclusively());
 }
 
 TEST_F(WebServer, GoesOnAndOffAgainAndAgain) {
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(networkHttpServerSet(1), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(switchedOn));
+        EXPECT_JOURNAL(switchedOn);
         EXPECT_EQ(networkHttpServerSet(0), 0);
-        EXPECT_THAT(journal(), ElementsAreArray(switchedOff()));
+        EXPECT_JOURNAL(switchedOff());
     }
     EXPECT_EQ(platform.threadRequests.size(), 3U);
     output.take();
@@ -150,7 +149,7 @@ TEST_F(WebServer, HoldsTheLockWhileTheFeederComesUp) {
 TEST_F(WebServer, RefusedLockIsReported) {
     platform.fail("exclusiveLock", 1);
     EXPECT_EQ(networkHttpServerSet(1), -1);
-    EXPECT_THAT(journal(), refusedLock("exclusiveLock"));
+    EXPECT_JOURNAL(refused("exclusiveLock"));
     EXPECT_FALSE(isOn());
 }
 
@@ -165,9 +164,8 @@ INSTANTIATE_TEST_SUITE_P(Statuses, FailedCommand,
 TEST_P(FailedCommand, OfTheEventServersStartEndsTheSwitch) {
     platform.commandStatus[hassesStart] = GetParam();
     EXPECT_EQ(networkHttpServerSet(1), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(ran(mkdirCommand), ran(hassesStart, GetParam()),
-                                             commandFailed("4053", hassesStart))));
+    EXPECT_JOURNAL(exclusively(ran(mkdirCommand), ran(hassesStart, GetParam()),
+                               commandFailed("4053", hassesStart)));
     EXPECT_FALSE(isOn());
     EXPECT_THAT(platform.threadRequests, IsEmpty());
 }
@@ -185,15 +183,14 @@ TEST_F(WebServer, FailedCommandIsWrittenToTheFrameworksLogValueByValue) {
 TEST_P(FailedCommand, OfApachesStartLeavesTheEventServerStarted) {
     platform.commandStatus[apacheStartCommand] = GetParam();
     EXPECT_EQ(networkHttpServerSet(1), -1);
-    EXPECT_THAT(journal(),
-                ElementsAreArray(exclusively(ran(mkdirCommand), ran(hassesStart),
-                                             ran(apacheStartCommand, GetParam()),
-                                             commandFailed("4084", apacheStartCommand))));
+    EXPECT_JOURNAL(exclusively(ran(mkdirCommand), ran(hassesStart),
+                               ran(apacheStartCommand, GetParam()),
+                               commandFailed("4084", apacheStartCommand)));
     EXPECT_FALSE(isOn());
     // The same request runs everything again.
     platform.commandStatus.clear();
     EXPECT_EQ(networkHttpServerSet(1), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(switchedOn));
+    EXPECT_JOURNAL(switchedOn);
     EXPECT_TRUE(isOn());
     output.take();
 }
@@ -202,8 +199,7 @@ TEST_P(FailedCommand, OfTheEventServersStopEndsTheSwitch) {
     switchOn();
     platform.commandStatus[hassesStop] = GetParam();
     EXPECT_EQ(networkHttpServerSet(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(ran(hassesStop, GetParam()),
-                                                        commandFailed("4053", hassesStop))));
+    EXPECT_JOURNAL(exclusively(ran(hassesStop, GetParam()), commandFailed("4053", hassesStop)));
     EXPECT_TRUE(isOn());
 }
 
@@ -211,13 +207,12 @@ TEST_P(FailedCommand, OfApachesStopLeavesTheEventServerStopped) {
     switchOn();
     platform.commandStatus[apacheStopCommand] = GetParam();
     EXPECT_EQ(networkHttpServerSet(0), -1);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(ran(hassesStop), noSemaphores,
-                                                        ran(apacheStopCommand, GetParam()),
-                                                        commandFailed("4084", apacheStopCommand))));
+    EXPECT_JOURNAL(exclusively(ran(hassesStop), noSemaphores, ran(apacheStopCommand, GetParam()),
+                               commandFailed("4084", apacheStopCommand)));
     EXPECT_TRUE(isOn());
     platform.commandStatus.clear();
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(switchedOff()));
+    EXPECT_JOURNAL(switchedOff());
     output.take();
 }
 
@@ -227,11 +222,9 @@ TEST_P(FailedCommand, OfAnythingElseOnTheWayOnIsPassedOver) {
     }
     platform.fail("pthread_create", 11);
     EXPECT_EQ(networkHttpServerSet(1), 0);
-    EXPECT_THAT(
-        journal(),
-        ElementsAre("exclusiveLock", ran(mkdirCommand, GetParam()), ran(hassesStart),
-                    ran(apacheStartCommand), ran(feederStart, GetParam()), "sleep(1)",
-                    ran(feederResume, GetParam()), "pthread_create() -> 11", "~exclusiveLock"));
+    EXPECT_JOURNAL(exclusively(ran(mkdirCommand, GetParam()), ran(hassesStart),
+                               ran(apacheStartCommand), ran(feederStart, GetParam()), "sleep(1)",
+                               ran(feederResume, GetParam()), "pthread_create() -> 11"));
     EXPECT_EQ(output.take(), startBanner);
     EXPECT_TRUE(isOn());
 }
@@ -242,10 +235,9 @@ TEST_P(FailedCommand, OfAnythingElseOnTheWayOffIsPassedOver) {
         platform.commandStatus[command] = GetParam();
     }
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(exclusively(
-                               ran(hassesStop), noSemaphores, ran(apacheStopCommand),
+    EXPECT_JOURNAL(exclusively(ran(hassesStop), noSemaphores, ran(apacheStopCommand),
                                ran(httpdKillCommand, GetParam()), ran(feederStart, GetParam()),
-                               "sleep(1)", ran(feederPause, GetParam()))));
+                               "sleep(1)", ran(feederPause, GetParam())));
     EXPECT_EQ(output.take(), stopBanner);
     EXPECT_FALSE(isOn());
 }
@@ -257,16 +249,16 @@ TEST_F(WebServer, DrainsTheSemaphoresToZero) {
     platform.ipc.semaphores["hassesEventsSem"] = {0};
     switchOn();
     EXPECT_EQ(networkHttpServerSet(0), 0);
-    EXPECT_THAT(journal(), ElementsAreArray(switchedOff({
-                               R"(sem_open("hassesKpiSem", 0) -> 0)",
-                               R"(sem_trywait("hassesKpiSem") -> 0)",
-                               R"(sem_trywait("hassesKpiSem") -> 0)",
-                               R"(sem_trywait("hassesKpiSem") -> errno 11)",
-                               R"(sem_close("hassesKpiSem") -> 0)",
-                               R"(sem_open("hassesEventsSem", 0) -> 0)",
-                               R"(sem_trywait("hassesEventsSem") -> errno 11)",
-                               R"(sem_close("hassesEventsSem") -> 0)",
-                           })));
+    EXPECT_JOURNAL(switchedOff({
+        R"(sem_open("hassesKpiSem", 0) -> 0)",
+        R"(sem_trywait("hassesKpiSem") -> 0)",
+        R"(sem_trywait("hassesKpiSem") -> 0)",
+        R"(sem_trywait("hassesKpiSem") -> errno 11)",
+        R"(sem_close("hassesKpiSem") -> 0)",
+        R"(sem_open("hassesEventsSem", 0) -> 0)",
+        R"(sem_trywait("hassesEventsSem") -> errno 11)",
+        R"(sem_close("hassesEventsSem") -> 0)",
+    }));
     EXPECT_EQ(platform.ipc.semaphores.at("hassesKpiSem").value, 0U);
     EXPECT_EQ(platform.ipc.semaphores.size(), 2U);
     output.take();
@@ -277,17 +269,16 @@ TEST_F(WebServer, PassesOverASemaphoreThatCannotBeOpened) {
     platform.ipc.semaphores["hassesEventsSem"] = {1};
     platform.fail("sem_open hassesKpiSem", 13);
     drainEventServerSemaphores();
-    EXPECT_THAT(journal(), ElementsAre(R"(sem_open("hassesKpiSem", 0) -> errno 13)",
-                                       R"(sem_open("hassesEventsSem", 0) -> 0)",
-                                       R"(sem_trywait("hassesEventsSem") -> 0)",
-                                       R"(sem_trywait("hassesEventsSem") -> errno 11)",
-                                       R"(sem_close("hassesEventsSem") -> 0)"));
+    EXPECT_JOURNAL(
+        R"(sem_open("hassesKpiSem", 0) -> errno 13)", R"(sem_open("hassesEventsSem", 0) -> 0)",
+        R"(sem_trywait("hassesEventsSem") -> 0)", R"(sem_trywait("hassesEventsSem") -> errno 11)",
+        R"(sem_close("hassesEventsSem") -> 0)");
     EXPECT_EQ(platform.ipc.semaphores.at("hassesKpiSem").value, 5U);
 }
 
 TEST_F(WebServer, DrainCreatesNoSemaphore) {
     drainEventServerSemaphores();
-    EXPECT_THAT(journal(), ElementsAreArray(noSemaphores));
+    EXPECT_JOURNAL(noSemaphores);
     EXPECT_THAT(platform.ipc.semaphores, IsEmpty());
 }
 
@@ -295,10 +286,9 @@ TEST_F(WebServer, DrainEndsWithAnyFailedWait) {
     platform.ipc.semaphores["hassesKpiSem"] = {5};
     platform.fail("sem_trywait", 4);
     drainEventServerSemaphores();
-    EXPECT_THAT(journal(), ElementsAre(R"(sem_open("hassesKpiSem", 0) -> 0)",
-                                       R"(sem_trywait("hassesKpiSem") -> errno 4)",
-                                       R"(sem_close("hassesKpiSem") -> 0)",
-                                       R"(sem_open("hassesEventsSem", 0) -> errno 2)"));
+    EXPECT_JOURNAL(R"(sem_open("hassesKpiSem", 0) -> 0)",
+                   R"(sem_trywait("hassesKpiSem") -> errno 4)", R"(sem_close("hassesKpiSem") -> 0)",
+                   R"(sem_open("hassesEventsSem", 0) -> errno 2)");
 }
 
 // State query and looks at the file system.
@@ -307,11 +297,11 @@ TEST_F(WebServer, StateIsTheRememberedOneAndRunsNothing) {
     bool on = true;
     EXPECT_EQ(entity().networkHttpGet(on), 0);
     EXPECT_FALSE(on);
-    EXPECT_THAT(journal(), ElementsAre("sharedLock", "~sharedLock"));
+    EXPECT_JOURNAL(sharing());
     switchOn();
     EXPECT_EQ(networkHttpGet(&on), 0);
     EXPECT_TRUE(on);
-    EXPECT_THAT(journal(), ElementsAre("sharedLock", "~sharedLock"));
+    EXPECT_JOURNAL(sharing());
 }
 
 TEST_F(WebServer, StateIsLeftAloneWhenTheLockIsRefused) {
@@ -320,26 +310,26 @@ TEST_F(WebServer, StateIsLeftAloneWhenTheLockIsRefused) {
     bool on = false;
     EXPECT_EQ(networkHttpGet(&on), -1);
     EXPECT_FALSE(on);
-    EXPECT_THAT(journal(), refusedLock("sharedLock"));
+    EXPECT_JOURNAL(refused("sharedLock"));
 }
 
 TEST_F(WebServer, IsInstalledIfTheShellFindsItsDirectory) {
     EXPECT_TRUE(entity().isHttpServerInstalled());
-    EXPECT_THAT(journal(), ElementsAre(ran(lsCommand)));
+    EXPECT_JOURNAL(ran(lsCommand));
     for (const int status : {2 << 8, exitedWith1, killedBySignal9, noShell}) {
         platform.commandStatus[lsCommand] = status;
         EXPECT_FALSE(entity().isHttpServerInstalled());
-        EXPECT_THAT(journal(), ElementsAre(ran(lsCommand, status)));
+        EXPECT_JOURNAL(ran(lsCommand, status));
     }
 }
 
 TEST_F(WebServer, EventServersDirectoryIsMadeByTheShellWhoseStatusIsNegated) {
     EXPECT_EQ(entity().createHassesServerDir(), 1);
-    EXPECT_THAT(journal(), ElementsAre(ran(mkdirCommand)));
+    EXPECT_JOURNAL(ran(mkdirCommand));
     for (const int status : {exitedWith1, killedBySignal9, noShell}) {
         platform.commandStatus[mkdirCommand] = status;
         EXPECT_EQ(entity().createHassesServerDir(), 0);
-        EXPECT_THAT(journal(), ElementsAre(ran(mkdirCommand, status)));
+        EXPECT_JOURNAL(ran(mkdirCommand, status));
     }
 }
 
