@@ -101,32 +101,28 @@ std::vector<std::string> environmentWith(const std::string& socketVariable) {
     return result;
 }
 
-support::Descriptor nonBlocking(int descriptor) {
-    support::Descriptor result(descriptor);
-    if (::fcntl(descriptor, F_SETFL, O_NONBLOCK) != 0) {
+}  // namespace
+
+ChildProcess::Ends ChildProcess::made(int result, const int (&numbers)[2], const char* failure) {
+    if (result != 0) {
+        fail(failure);
+    }
+    Ends ends{support::Descriptor(numbers[0]), support::Descriptor(numbers[1])};
+    if (::fcntl(numbers[0], F_SETFL, O_NONBLOCK) != 0) {
         fail("cannot make a descriptor non-blocking");
     }
-    return result;
+    return ends;
 }
-
-}  // namespace
 
 ChildProcess::Ends ChildProcess::makeSocket() {
     int ends[2];
-    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
-        fail("cannot make a socket");
-    }
-    support::Descriptor childs(ends[1]);
-    return {nonBlocking(ends[0]), std::move(childs)};
+    return made(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), ends,
+                "cannot make a socket");
 }
 
 ChildProcess::Ends ChildProcess::makePipe() {
     int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0) {
-        fail("cannot make a pipe");
-    }
-    support::Descriptor childs(ends[1]);
-    return {nonBlocking(ends[0]), std::move(childs)};
+    return made(::pipe2(ends, O_CLOEXEC), ends, "cannot make a pipe");
 }
 
 ChildProcess::ChildProcess(const Command& command, const std::string& socketVariable)

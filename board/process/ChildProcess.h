@@ -63,6 +63,7 @@ private:
 
     ChildProcess(const Command& command, std::vector<std::string> environment, Ends messages,
                  Ends output);
+    static Ends made(int result, const int (&numbers)[2], const char* failure);
     static Ends makeSocket();
     static Ends makePipe();
 };
