@@ -1,6 +1,9 @@
 #include "board/bridge/AccessList.h"
 
-#include "board/bridge/Failure.h"
+#include "board/bridge/aclChecks.h"
+#include "board/bridge/bridgeCodes.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -28,6 +31,30 @@ void AccessList::move(unsigned int ruleId, unsigned int sequenceNumber) {
 
 void AccessList::erase(unsigned int ruleId) {
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(indexOf(ruleId)));
+}
+
+void AccessList::addCondition(unsigned int ruleId, const zubridge_acl_condition& condition) {
+    AccessRule& changed = rule(ruleId);
+    checkCondition(condition);
+    if (changed.condition) {
+        throw Failure(conditionExists, fmt::format("rule {} has its condition", ruleId));
+    }
+    changed.condition = condition;
+}
+
+void AccessList::removeCondition(unsigned int ruleId, unsigned int number) {
+    AccessRule& changed = rule(ruleId);
+    if (number != 1 || !changed.condition) {
+        throw Failure(unknownCondition, fmt::format("rule {} has no condition {}", ruleId, number));
+    }
+    changed.condition.reset();
+}
+
+void AccessList::withdraw(int portId) {
+    if (!assignment || assignment->portId != portId) {
+        throw Failure(notAssigned, fmt::format("it is not assigned to port {}", portId));
+    }
+    assignment.reset();
 }
 
 AccessRule& AccessList::rule(unsigned int ruleId) { return list[indexOf(ruleId)]; }

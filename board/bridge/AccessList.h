@@ -37,8 +37,14 @@ public:
 
     // These throw Failure for a rule that the list does not have.
     void erase(unsigned int ruleId);
-    AccessRule& rule(unsigned int ruleId);
+    /// Throws Failure when the rule has its condition.
+    void addCondition(unsigned int ruleId, const zubridge_acl_condition& condition);
+    /// A rule's one condition has number 1. Throws Failure when it has none.
+    void removeCondition(unsigned int ruleId, unsigned int number);
     unsigned int sequenceNumberOf(unsigned int ruleId) const;
+
+    /// Throws Failure when the list is not in force on that port.
+    void withdraw(int portId);
 
     /// The rule that was made first: the product's catch-all, which it keeps at the end.
     bool isCatchAll(const AccessRule& rule) const { return rule.id == firstRuleId; }
@@ -46,6 +52,7 @@ public:
     std::optional<Assignment> assignment;
 
 private:
+    AccessRule& rule(unsigned int ruleId);
     std::size_t indexOf(unsigned int ruleId) const;
 
     unsigned int listNumber;

@@ -1,8 +1,9 @@
 #include "board/bridge/AccessLists.h"
 
-#include "board/bridge/Failure.h"
-#include "board/bridge/checks.h"
+#include "board/bridge/aclChecks.h"
+#include "board/bridge/bridgeCodes.h"
 #include "board/framework/Framework.h"
+#include "board/support/answer.h"
 
 #include <fmt/format.h>
 
@@ -58,9 +59,7 @@ AccessLists& AccessLists::instance() {
 
 void AccessLists::configure(Configuration given) {
     const std::lock_guard guard(mutex);
-    store.open(given.stateDirectory, [](const std::string& message) {
-        framework::logLine(LogImpl::levelError, message);
-    });
+    store.open(given.stateDirectory, framework::writeLog);
     portName = std::move(given.portName);
     filter.reset();
     if (!given.filterTable.empty()) {
@@ -104,39 +103,6 @@ unsigned int AccessLists::createRule(Owner owner, const std::string& name, bool 
     return id;
 }
 
-void AccessLists::removeRule(Owner owner, const std::string& name, unsigned int ruleId) {
-    changeList(owner, name, [&](AccessList& list) { list.erase(ruleId); });
-}
-
-void AccessLists::addCondition(Owner owner, const std::string& name, unsigned int ruleId,
-                               const zubridge_acl_condition& condition) {
-    changeList(owner, name, [&](AccessList& list) {
-        AccessRule& rule = list.rule(ruleId);
-        checkCondition(condition);
-        if (rule.condition) {
-            throw Failure(conditionExists, fmt::format("rule {} has its condition", ruleId));
-        }
-        rule.condition = condition;
-    });
-}
-
-void AccessLists::removeCondition(Owner owner, const std::string& name, unsigned int ruleId,
-                                  unsigned int number) {
-    changeList(owner, name, [&](AccessList& list) {
-        AccessRule& rule = list.rule(ruleId);
-        if (number != 1 || !rule.condition) {
-            throw Failure(unknownCondition,
-                          fmt::format("rule {} has no condition {}", ruleId, number));
-        }
-        rule.condition.reset();
-    });
-}
-
-void AccessLists::moveRule(Owner owner, const std::string& name, unsigned int ruleId,
-                           unsigned int sequenceNumber) {
-    changeList(owner, name, [&](AccessList& list) { list.move(ruleId, sequenceNumber); });
-}
-
 void AccessLists::assign(Owner owner, const std::string& name, int portId, bool outgoing) {
     change([&](Lists& changed) {
         AccessList& list = listIn(changed, owner, name);
@@ -159,16 +125,6 @@ void AccessLists::assign(Owner owner, const std::string& name, int portId, bool 
     });
 }
 
-void AccessLists::withdraw(Owner owner, const std::string& name, int portId, bool outgoing) {
-    changeList(owner, name, [&](AccessList& list) {
-        checkDirection(outgoing);
-        if (!list.assignment || list.assignment->portId != portId) {
-            throw Failure(notAssigned, fmt::format("it is not assigned to port {}", portId));
-        }
-        list.assignment.reset();
-    });
-}
-
 ACLContainer_t::aclRule_t AccessLists::rule(Owner owner, const std::string& name,
                                             unsigned int ruleId) const {
     const std::lock_guard guard(mutex);
@@ -183,13 +139,6 @@ ACLContainer_t::aclRule_t AccessLists::rule(Owner owner, const std::string& name
 }
 
 void AccessLists::removeAllOf(Owner owner) {
-    {
-        const std::lock_guard guard(mutex);
-        if (std::ranges::none_of(lists,
-                                 [&](const auto& entry) { return entry.first.first == owner; })) {
-            return;
-        }
-    }
     change([&](Lists& changed) {
         std::erase_if(changed, [&](const auto& entry) { return entry.first.first == owner; });
     });
@@ -310,13 +259,8 @@ void AccessLists::change(const std::function<void(Lists&)>& edit) {
         applyFilter(changed);
     } catch (...) {
         if (isToBeSaved) {
-            try {
-                store.save(old);
-            } catch (const Failure& failure) {
-                framework::logLine(
-                    LogImpl::levelError,
-                    std::string("a change that was not made stays stored: ") + failure.what());
-            }
+            support::answer("a change that was not made stays stored", internalError,
+                            framework::writeLog, [&] { store.save(old); });
         }
         throw;
     }
@@ -342,6 +286,15 @@ std::size_t AccessLists::keptRuleCount() const {
     const std::lock_guard guard(mutex);
     const AccessList* const kept = keptList(lists);
     return kept == nullptr ? 0 : rulesToSave(*kept).size();
+}
+
+void configure(Configuration configuration) {
+    AccessLists::instance().configure(std::move(configuration));
+    framework::framework().ruleCounters = [] { return AccessLists::instance().counters(); };
+}
+
+void replayRemoteAccessRules(const AddRemoteAccessRule& add) {
+    AccessLists::instance().replay(add);
 }
 
 }  // namespace bridge

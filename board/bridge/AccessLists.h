@@ -1,9 +1,9 @@
 #pragma once
 
 #include "board/bridge/AccessList.h"
-#include "board/bridge/Configuration.h"
 #include "board/bridge/FilterTable.h"
 #include "board/bridge/RuleStore.h"
+#include "board/bridge/bridgeConfiguration.h"
 #include "board/framework/RuleCounter.h"
 
 #include <cstddef>
@@ -35,15 +35,9 @@ public:
     void remove(Owner owner, const std::string& name);
     unsigned int createRule(Owner owner, const std::string& name, bool permit,
                             unsigned int sequenceNumber);
-    void removeRule(Owner owner, const std::string& name, unsigned int ruleId);
-    void addCondition(Owner owner, const std::string& name, unsigned int ruleId,
-                      const zubridge_acl_condition& condition);
-    void removeCondition(Owner owner, const std::string& name, unsigned int ruleId,
-                         unsigned int number);
-    void moveRule(Owner owner, const std::string& name, unsigned int ruleId,
-                  unsigned int sequenceNumber);
+    void changeList(Owner owner, const std::string& name,
+                    const std::function<void(AccessList&)>& edit);
     void assign(Owner owner, const std::string& name, int portId, bool outgoing);
-    void withdraw(Owner owner, const std::string& name, int portId, bool outgoing);
     ACLContainer_t::aclRule_t rule(Owner owner, const std::string& name, unsigned int ruleId) const;
 
     /// The owner ends: its lists go. What the rules of the kept list were stays stored.
@@ -65,8 +59,6 @@ private:
     ~AccessLists() = default;
 
     void change(const std::function<void(Lists&)>& edit);
-    void changeList(Owner owner, const std::string& name,
-                    const std::function<void(AccessList&)>& edit);
     void applyFilter(const Lists& changed);
     bool replayOne(const AddRemoteAccessRule& add, const WaitingRule& stored,
                    const std::string& file);

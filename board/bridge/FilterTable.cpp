@@ -1,7 +1,7 @@
 #include "board/bridge/FilterTable.h"
 
-#include "board/bridge/Failure.h"
 #include "board/bridge/Nftables.h"
+#include "board/bridge/bridgeCodes.h"
 #include "board/bridge/tableChange.h"
 #include "board/framework/Framework.h"
 
@@ -45,20 +45,20 @@ void FilterTable::apply(const std::vector<AccessList>& lists) {
     }
 }
 
+void FilterTable::run(const json& commands, const TableContent& now,
+                      const std::vector<FilterChain>& wanted) {
+    if (!commands.empty()) {
+        const auto content = contentAfter(now, wanted, runNftables(commands));
+        inForce = content ? *content : list().value_or(TableContent());
+    }
+}
+
 void FilterTable::makeAnew(const std::vector<FilterChain>& wanted) {
-    const json echo = runNftables(makeTable(table, wanted));
-    const auto content = contentAfter({}, wanted, echo);
-    inForce = content ? *content : list().value_or(TableContent());
+    run(makeTable(table, wanted), {}, wanted);
 }
 
 void FilterTable::change(const TableContent& now, const std::vector<FilterChain>& wanted) {
-    const json commands = changeTable(table, now, wanted);
-    if (commands.empty()) {
-        return;
-    }
-    const json echo = runNftables(commands);
-    const auto content = contentAfter(now, wanted, echo);
-    inForce = content ? *content : list().value_or(TableContent());
+    run(changeTable(table, now, wanted), now, wanted);
 }
 
 /// A change that is refused because someone else has been at the table is made all the same.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/bridge/AccessList.h"
-#include "board/bridge/Failure.h"
+#include "board/bridge/bridgeCodes.h"
 #include "board/bridge/tableChange.h"
 
 #include <map>
@@ -32,6 +32,8 @@ public:
     std::map<std::string, Count> counts() const;
 
 private:
+    void run(const nlohmann::json& commands, const TableContent& now,
+             const std::vector<FilterChain>& wanted);
     void makeAnew(const std::vector<FilterChain>& wanted);
     void change(const TableContent& now, const std::vector<FilterChain>& wanted);
     void repair(const std::vector<FilterChain>& wanted, const Failure& cause);

@@ -1,6 +1,6 @@
 #include "board/bridge/Nftables.h"
 
-#include "board/bridge/Failure.h"
+#include "board/bridge/bridgeCodes.h"
 #include "board/support/Descriptor.h"
 
 #include <linux/netlink.h>

@@ -1,27 +1,23 @@
 #pragma once
 
 #include "board/bridge/rulesDocument.h"
+#include "board/support/StateFile.h"
 
 #include <filesystem>
-#include <functional>
-#include <string>
 #include <vector>
 
 namespace bridge {
 
-/// The rules of the remote-access list, kept across restarts in the file `remote-access.json` of a
-/// state directory. Until open() nothing is kept.
+/// The rules of the remote-access list, kept across restarts. Until open() nothing is kept.
 ///
 /// The product starts with an empty list, and what was stored is put into force again rule by rule.
 /// Until that is complete the file is not touched: a process that ends half-way has lost nothing.
 class RuleStore {
 public:
-    /// Reads the file. One that is damaged is renamed and reported. Throws std::system_error when
-    /// it can be neither read nor set aside.
-    void open(const std::filesystem::path& stateDirectory,
-              const std::function<void(const std::string& message)>& report);
+    /// Reads the file; see support::StateFile.
+    void open(const std::filesystem::path& stateDirectory, const support::Log& log);
 
-    const std::filesystem::path& file() const { return path; }
+    const std::filesystem::path& file() const { return stored.path(); }
 
     /// The rules that have yet to be put into force.
     const std::vector<SavedRule>& awaited() const { return toReplay; }
@@ -33,7 +29,8 @@ public:
     /// fails; the file is then unchanged.
     void save(std::vector<SavedRule> inForce);
 
-    /// Writes the file as it is, to find out whether it can be written. Throws Failure.
+    /// Writes the file as it is, to find out whether it can be written: a new rule is stored once
+    /// it has its condition, and a store that cannot take it must be known before. Throws Failure.
     void checkWritable();
 
     /// The list is gone, its rules stay stored: from now on they count as waiting.
@@ -43,10 +40,9 @@ public:
     void clear();
 
 private:
-    void write(SavedRules rules);
+    void write(SavedRules changed);
 
-    std::filesystem::path path;  ///< empty: nothing is kept
-    SavedRules stored;
+    support::StateFile<SavedRules> stored{rulesFormat};
     std::vector<SavedRule> toReplay;
 };
 

@@ -17,7 +17,6 @@ using nlohmann::json;
 constexpr int thisVersion = 1;
 constexpr int indentation = 4;
 
-constexpr const char* versionMember = "version";
 constexpr const char* rulesMember = "rules";
 constexpr const char* waitingMember = "notInForce";
 constexpr const char* placeMember = "place";
@@ -60,20 +59,9 @@ const json& listIn(const json& root, const char* member) {
     return list;
 }
 
-}  // namespace
-
-std::vector<SavedRule> SavedRules::all() const {
-    std::vector<SavedRule> rules = inForce;
-    for (const WaitingRule& late : waiting) {
-        const std::size_t index = std::clamp<std::size_t>(late.place, 1, rules.size() + 1) - 1;
-        rules.insert(rules.begin() + static_cast<std::ptrdiff_t>(index), late.rule);
-    }
-    return rules;
-}
-
 std::string formatRules(const SavedRules& rules) {
     json root = {
-        {versionMember, thisVersion}, {rulesMember, json::array()}, {waitingMember, json::array()}};
+        {"version", thisVersion}, {rulesMember, json::array()}, {waitingMember, json::array()}};
     for (const SavedRule& rule : rules.inForce) {
         root[rulesMember].push_back(toJson(rule));
     }
@@ -85,11 +73,7 @@ std::string formatRules(const SavedRules& rules) {
 }
 
 SavedRules parseRules(const std::string& document) {
-    const json root = json::parse(document);
-    if (const json& version = root.at(versionMember); version != thisVersion) {
-        throw std::runtime_error("it is of version " + version.dump() +
-                                 ", which this release does not know");
-    }
+    const json root = support::parseDocument(document, thisVersion);
     SavedRules rules;
     for (const json& rule : listIn(root, rulesMember)) {
         rules.inForce.push_back(ruleIn(rule));
@@ -100,5 +84,25 @@ SavedRules parseRules(const std::string& document) {
     std::ranges::stable_sort(rules.waiting, {}, &WaitingRule::place);
     return rules;
 }
+
+}  // namespace
+
+std::vector<SavedRule> SavedRules::all() const {
+    std::vector<SavedRule> rules = inForce;
+    for (const WaitingRule& late : waiting) {
+        const std::size_t index = std::clamp<std::size_t>(late.place, 1, rules.size() + 1) - 1;
+        rules.insert(rules.begin() + static_cast<std::ptrdiff_t>(index), late.rule);
+    }
+    return rules;
+}
+
+const support::StateFormat<SavedRules> rulesFormat{
+    .fileName = "remote-access.json",
+    .damageText =
+        "{file} is damaged and was renamed to {keptName}; the remote-access list starts "
+        "without rules: {reason}",
+    .parse = parseRules,
+    .format = formatRules,
+};
 
 }  // namespace bridge

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <string>
+#include "board/support/StateFile.h"
+
 #include <vector>
 
 namespace bridge {
@@ -33,8 +34,7 @@ struct SavedRules {
     std::vector<SavedRule> all() const;
 };
 
-/// A JSON document and back. Throws std::exception when the text is none, or is of a later release.
-std::string formatRules(const SavedRules& rules);
-SavedRules parseRules(const std::string& document);
+/// The rules in `remote-access.json`: a JSON document, indented.
+extern const support::StateFormat<SavedRules> rulesFormat;
 
 }  // namespace bridge

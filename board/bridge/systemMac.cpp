@@ -1,23 +1,17 @@
 #include "board/bridge/systemMac.h"
 
 #include "board/framework/Framework.h"
-#include "board/support/Descriptor.h"
+#include "board/support/answer.h"
 #include "platform/interfaces.h"
 #include "platform/zubridge.h"
 
 #include <net/if.h>
-#include <net/if_arp.h>
-#include <sys/ioctl.h>
-#include <sys/socket.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace bridge {
 
@@ -49,25 +43,6 @@ std::string managementPortName() {
     return name;
 }
 
-/// Throws std::runtime_error.
-MacAddress macOf(const std::string& interface) {
-    const support::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-    if (!socket) {
-        throw std::system_error(errno, std::generic_category(), "socket");
-    }
-    ifreq request{};
-    interface.copy(request.ifr_name, IFNAMSIZ - 1);
-    if (::ioctl(socket.get(), SIOCGIFHWADDR, &request) != 0) {
-        throw std::system_error(errno, std::generic_category(), "interface \"" + interface + '"');
-    }
-    if (request.ifr_hwaddr.sa_family != ARPHRD_ETHER) {
-        throw std::runtime_error("interface \"" + interface + "\" is not an Ethernet interface");
-    }
-    MacAddress address;
-    std::memcpy(address.data(), request.ifr_hwaddr.sa_data, address.size());
-    return address;
-}
-
 MacAddress systemMac() {
     {
         Configured& fixed = configured();
@@ -76,7 +51,12 @@ MacAddress systemMac() {
             return *fixed.address;
         }
     }
-    return macOf(managementPortName());
+    const std::string interface = "interface \"" + managementPortName() + '"';
+    const auto address = support::ethernetAddress(managementPortName(), interface);
+    if (!address) {
+        throw std::runtime_error(interface + " is not an Ethernet interface");
+    }
+    return *address;
 }
 
 bool isDefault(const zuHandle_t& handle) {
@@ -115,16 +95,11 @@ void setSystemMac(std::optional<MacAddress> address) {
 }  // namespace bridge
 
 int zubridge::mngSystemMacGet(const zuHandle_t& handle, unsigned char* mac) {
-    try {
-        if (mac == nullptr || !bridge::isDefault(handle)) {
-            throw std::runtime_error("there is one bridge only");
-        }
-        const bridge::MacAddress address = bridge::systemMac();
-        std::copy(address.begin(), address.end(), mac);
-        return 0;
-    } catch (const std::exception& error) {
-        framework::logLine(LogImpl::levelError,
-                           std::string("the system's MAC address is not known: ") + error.what());
-        return bridge::failed;
-    }
+    return support::answer("the system's MAC address is not known", bridge::failed,
+                           framework::writeLog, [&] {
+                               if (mac == nullptr || !bridge::isDefault(handle)) {
+                                   throw std::runtime_error("there is one bridge only");
+                               }
+                               std::ranges::copy(bridge::systemMac(), mac);
+                           });
 }

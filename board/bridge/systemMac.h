@@ -1,13 +1,13 @@
 #pragma once
 
-#include <array>
+#include "board/support/ethernetAddress.h"
+
 #include <optional>
 #include <string_view>
 
 namespace bridge {
 
-/// 6 bytes in the order in which they are written.
-using MacAddress = std::array<unsigned char, 6>;
+using support::MacAddress;
 
 /// The address in its usual form, two hexadecimal digits a byte with colons between; nothing when
 /// the text has another one, or when it is not the address of a single station: a group, or zero.

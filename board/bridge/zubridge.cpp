@@ -1,11 +1,10 @@
 #include "platform/zubridge.h"
 
 #include "board/bridge/AccessLists.h"
-#include "board/bridge/Failure.h"
+#include "board/bridge/bridgeCodes.h"
 #include "board/framework/Framework.h"
+#include "board/support/answer.h"
 #include "framework/CliConfig.h"
-
-#include <string>
 
 namespace {
 
@@ -15,6 +14,9 @@ constexpr const char* containerKind = "acl";
 // What the operations of an entity return.
 constexpr int succeeded = 1;
 constexpr int failed = 0;
+
+// What its settings return instead of 0.
+constexpr int refused = 1;
 
 }  // namespace
 
@@ -36,14 +38,10 @@ int zubridge::applyDefaultSettings() {
     if (!singleton<CliConfig>::instance().isClearConfigInProgress()) {
         return succeeded;
     }
-    try {
-        bridge::AccessLists::instance().applyDefaults();
-        return succeeded;
-    } catch (const bridge::Failure& failure) {
-        framework::logLine(LogImpl::levelError,
-                           std::string("the access lists cannot be removed: ") + failure.what());
-        return failed;
-    }
+    const int result = support::answer("the access lists cannot be removed", bridge::internalError,
+                                       framework::writeLog,
+                                       [] { bridge::AccessLists::instance().applyDefaults(); });
+    return result == bridge::success ? succeeded : failed;
 }
 
 int zubridge::stop() { return succeeded; }
@@ -51,3 +49,17 @@ int zubridge::stop() { return succeeded; }
 void zubridge::getDependencies(std::list<std::string>& names) { names.clear(); }
 
 ACLContainer_t& zubridge::aclContainer() { return acls; }
+
+int zubridge::gponOntMngVlanSet(unsigned int vlanId) {
+    return support::answer(
+        "the VLAN of the ONT's management is not changed", refused, framework::writeLog,
+        [vlanId] { framework::framework().settings.setOntManagementVlan(vlanId); });
+}
+
+int zubridge::gponOntMngVlanGet(unsigned int* vlanId) {
+    if (vlanId == nullptr) {
+        return refused;
+    }
+    *vlanId = framework::framework().settings.values().ontManagementVlan;
+    return 0;
+}

@@ -1,7 +1,8 @@
 #include "board/framework/Framework.h"
 
 #include "board/framework/stderrLog.h"
-#include "framework/Log.h"
+
+#include <syslog.h>
 
 #include <chrono>
 
@@ -14,10 +15,9 @@ constexpr std::chrono::seconds lockWaitLimit{10};
 }  // namespace
 
 Framework::Framework()
-    : entities([](const std::string& message) { logLine(LogImpl::levelError, message); }),
-      configurationLock(lockWaitLimit) {
-    log.setSink(writeToStandardError, LogImpl::levelInfo);
-}
+    : log(writeToStandardError, LogImpl::levelInfo),
+      entities([](const std::string& message) { logLine(LogImpl::levelError, message); }),
+      configurationLock(lockWaitLimit) {}
 
 Framework& framework() {
     static Framework& instance = *new Framework;
@@ -26,6 +26,14 @@ Framework& framework() {
 
 void logLine(LogImpl::logLevel_t level, const std::string& message) {
     Log::instance().setMsgLevel(level) << message + "\n";
+}
+
+void writeLog(int level, const std::string& message) {
+    logLine(level <= LOG_ERR       ? LogImpl::levelError
+            : level <= LOG_WARNING ? LogImpl::levelWarning
+            : level <= LOG_INFO    ? LogImpl::levelInfo
+                                   : LogImpl::levelDebug,
+            message);
 }
 
 }  // namespace framework

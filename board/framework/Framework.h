@@ -1,11 +1,12 @@
 #pragma once
 
 #include "board/framework/EntityRegistry.h"
-#include "board/framework/LogOutput.h"
 #include "board/framework/ReentrantSharedLock.h"
 #include "board/framework/RuleCounter.h"
 #include "board/framework/Settings.h"
 #include "board/framework/ThreadNames.h"
+#include "board/support/LogChannel.h"
+#include "framework/Log.h"
 
 #include <atomic>
 #include <functional>
@@ -18,7 +19,9 @@ namespace framework {
 struct Framework {
     Framework();
 
-    LogOutput log;  ///< to standard error, debug messages left out, until told otherwise
+    /// To standard error, debug messages left out, until told otherwise. Levels are those of
+    /// LogImpl.
+    support::LogChannel log;
     ThreadNames threads;
     EntityRegistry entities;
     ReentrantSharedLock configurationLock;  ///< waits 10 s until told otherwise
@@ -35,5 +38,12 @@ Framework& framework();
 
 /// Writes a line of the framework's own to its log; `message` has no line end.
 void logLine(LogImpl::logLevel_t level, const std::string& message);
+
+/// The same for what has levels of syslog(3).
+void writeLog(int level, const std::string& message);
+
+/// Ends the message that the calling thread is writing to the framework log, if any. It ends by
+/// itself at a line end, when the thread sets a level, and when the thread ends.
+void endLogMessage();
 
 }  // namespace framework

@@ -44,7 +44,7 @@ private:
     void write() {
         const std::string whole = std::move(text);
         text.clear();
-        framework::framework().log.write(threadLevel, whole);
+        framework::framework().log(threadLevel, whole);
     }
 
     std::string text;

@@ -1,9 +1,5 @@
 #include "board/framework/Settings.h"
 
-#include "board/support/readFile.h"
-#include "board/support/replaceFile.h"
-#include "board/support/setAside.h"
-
 #include <fmt/core.h>
 
 #include <stdexcept>
@@ -11,46 +7,23 @@
 
 namespace framework {
 
-namespace {
-
-namespace fs = std::filesystem;
-
-constexpr const char* fileName = "framework.json";
-
-}  // namespace
-
-void Settings::load(const fs::path& stateDirectory,
-                    const std::function<void(const std::string&)>& report) {
-    const fs::path path = stateDirectory / fileName;
-    std::string text;
-    SettingsValues read;
-    if (fs::exists(path)) {
-        text = support::readFile(path);
-        try {
-            read = parseSettings(text);
-        } catch (const std::exception& error) {
-            const fs::path kept = support::setAside(path);
-            report(path.string() + " is damaged and was renamed to " + kept.filename().string() +
-                   "; factory settings are used: " + error.what());
-            read = {};
-            text.clear();
-        }
-    }
+void Settings::load(const std::filesystem::path& stateDirectory, const support::Log& log) {
+    support::StateFile<StoredSettings> loaded(settingsFormat);
+    loaded.open(stateDirectory, log);
     const std::lock_guard guard(mutex);
-    file = path;
-    document = std::move(text);
-    current = std::move(read);
+    stored = std::move(loaded);
 }
 
 SettingsValues Settings::values() const {
     const std::lock_guard guard(mutex);
-    return current;
+    return stored.content().values;
 }
 
 bool Settings::hasFeature(const std::string& name) const {
     const std::lock_guard guard(mutex);
-    const auto found = current.features.find(name);
-    return found != current.features.end() && found->second;
+    const auto& features = stored.content().values.features;
+    const auto found = features.find(name);
+    return found != features.end() && found->second;
 }
 
 bool Settings::setShelfId(const std::string& id) {
@@ -88,17 +61,12 @@ bool Settings::setOntManagementVlan(unsigned int vlanId) {
 
 bool Settings::change(const std::function<void(SettingsValues&)>& edit) {
     const std::lock_guard guard(mutex);
-    SettingsValues changed = current;
-    edit(changed);
-    if (changed == current) {
+    StoredSettings changed = stored.content();
+    edit(changed.values);
+    if (changed.values == stored.content().values) {
         return false;
     }
-    if (!file.empty()) {
-        std::string text = formatSettings(document, changed);
-        support::replaceFile(file, text);
-        document = std::move(text);
-    }
-    current = std::move(changed);
+    stored.store(std::move(changed));
     return true;
 }
 

@@ -20,11 +20,9 @@ public:
     Settings(const Settings&) = delete;
     Settings& operator=(const Settings&) = delete;
 
-    /// Takes the values from the directory's file; from now on changes are stored there. A damaged
-    /// file is renamed to `framework.json.damaged-<UTC time>`, which is reported, and the factory
-    /// values hold. Throws std::system_error when the file can be neither read nor set aside.
-    void load(const std::filesystem::path& stateDirectory,
-              const std::function<void(const std::string& message)>& report);
+    /// Takes the values from the directory's file; from now on changes are stored there. Of files
+    /// that are damaged or newer, and of what is thrown, see support::StateFile.
+    void load(const std::filesystem::path& stateDirectory, const support::Log& log);
 
     SettingsValues values() const;
 
@@ -44,9 +42,7 @@ private:
     bool change(const std::function<void(SettingsValues&)>& edit);
 
     mutable std::mutex mutex;
-    std::filesystem::path file;  ///< empty: kept in memory only
-    std::string document;        ///< the content of the file
-    SettingsValues current;
+    support::StateFile<StoredSettings> stored{settingsFormat};
 };
 
 }  // namespace framework

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace framework {
 
@@ -13,6 +14,8 @@ using nlohmann::json;
 
 constexpr std::size_t shelfIdLimit = 255;
 constexpr int indentation = 4;
+/// A document without a version is of this one.
+constexpr int thisVersion = 1;
 
 constexpr const char* shelfIdMember = "shelfId";
 constexpr const char* profileModeMember = "profileMode";
@@ -40,20 +43,8 @@ const json& checkObject(const json& value, const char* what) {
     return value;
 }
 
-}  // namespace
-
-std::string objectionToShelfId(const std::string& id) {
-    if (id.size() > shelfIdLimit) {
-        return "it is longer than " + std::to_string(shelfIdLimit) + " characters";
-    }
-    if (std::ranges::any_of(id, isControl)) {
-        return "it contains a control character";
-    }
-    return isUtf8(id) ? "" : "it is not UTF-8";
-}
-
-SettingsValues parseSettings(const std::string& document) {
-    const json root = json::parse(document);
+StoredSettings parseSettings(const std::string& document) {
+    const json root = support::parseDocument(document, thisVersion, support::Unversioned::first);
     checkObject(root, "the document");
     SettingsValues values;
     if (const auto found = root.find(shelfIdMember); found != root.end()) {
@@ -79,11 +70,12 @@ SettingsValues parseSettings(const std::string& document) {
         }
         found->get_to(values.ontManagementVlan);
     }
-    return values;
+    return {std::move(values), document};
 }
 
-std::string formatSettings(const std::string& document, const SettingsValues& values) {
-    json root = document.empty() ? json::object() : json::parse(document);
+std::string formatSettings(const StoredSettings& stored) {
+    json root = stored.document.empty() ? json::object() : json::parse(stored.document);
+    const SettingsValues& values = stored.values;
     root[shelfIdMember] = values.shelfId;
     root[profileModeMember] = values.profileMode;
     root[ontVlanMember] = values.ontManagementVlan;
@@ -92,5 +84,26 @@ std::string formatSettings(const std::string& document, const SettingsValues& va
     }
     return root.dump(indentation) + "\n";
 }
+
+}  // namespace
+
+std::string objectionToShelfId(const std::string& id) {
+    if (id.size() > shelfIdLimit) {
+        return "it is longer than " + std::to_string(shelfIdLimit) + " characters";
+    }
+    if (std::ranges::any_of(id, isControl)) {
+        return "it contains a control character";
+    }
+    return isUtf8(id) ? "" : "it is not UTF-8";
+}
+
+const support::StateFormat<StoredSettings> settingsFormat{
+    .fileName = "framework.json",
+    .damageText =
+        "{file} is damaged and was renamed to {keptName}; factory settings are used: "
+        "{reason}",
+    .parse = parseSettings,
+    .format = formatSettings,
+};
 
 }  // namespace framework

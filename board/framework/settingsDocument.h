@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/support/StateFile.h"
+
 #include <map>
 #include <string>
 
@@ -27,13 +29,13 @@ inline constexpr unsigned int lastVlan = 4094;
 
 inline bool isVlan(unsigned int id) { return id >= firstVlan && id <= lastVlan; }
 
-/// The settings that a JSON document holds. What it leaves out has its factory value; members that
-/// are not known here are passed over. Throws std::exception when the text is not JSON or a value
-/// is not what it should be.
-SettingsValues parseSettings(const std::string& document);
+/// What is kept of the settings in `framework.json`: a JSON document, indented. What it leaves out
+/// has its factory value; members that are not known here stay.
+struct StoredSettings {
+    SettingsValues values;
+    std::string document{};  ///< that they were read from, for the other members; empty for none
+};
 
-/// The document with the settings put in; members that are not known here stay. An empty document
-/// holds nothing.
-std::string formatSettings(const std::string& document, const SettingsValues& values);
+extern const support::StateFormat<StoredSettings> settingsFormat;
 
 }  // namespace framework

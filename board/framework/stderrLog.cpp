@@ -4,11 +4,7 @@
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
-#include <poll.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <string_view>
 
 namespace framework {
 
@@ -40,20 +36,10 @@ std::string formatLogLine(std::chrono::system_clock::time_point time, LogImpl::l
                        threadName.empty() ? "" : " [" + threadName + "]", message);
 }
 
-void writeToStandardError(LogImpl::logLevel_t level, const std::string& message) {
-    const std::string line = formatLogLine(std::chrono::system_clock::now(), level,
-                                           framework().threads.nameOf(gettid()), message);
-    for (std::string_view rest = line; !rest.empty();) {
-        const ssize_t written = write(STDERR_FILENO, rest.data(), rest.size());
-        if (written >= 0) {
-            rest.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno == EAGAIN) {
-            pollfd writable{STDERR_FILENO, POLLOUT, 0};
-            poll(&writable, 1, -1);
-        } else if (errno != EINTR) {
-            return;
-        }
-    }
+void writeToStandardError(int level, const std::string& message) {
+    support::writeToStandardError(formatLogLine(std::chrono::system_clock::now(),
+                                                static_cast<LogImpl::logLevel_t>(level),
+                                                framework().threads.nameOf(gettid()), message));
 }
 
 }  // namespace framework

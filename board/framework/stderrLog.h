@@ -12,7 +12,7 @@ namespace framework {
 std::string formatLogLine(std::chrono::system_clock::time_point time, LogImpl::logLevel_t level,
                           const std::string& threadName, const std::string& message);
 
-/// The sink that writes to standard error, each message in one piece.
-void writeToStandardError(LogImpl::logLevel_t level, const std::string& message);
+/// Writes a line to standard error, each in one piece. Levels are those of LogImpl.
+void writeToStandardError(int level, const std::string& message);
 
 }  // namespace framework

@@ -1,10 +1,9 @@
 #include "board/host/Host.h"
 
-#include "board/bridge/Configuration.h"
+#include "board/bridge/bridgeConfiguration.h"
 #include "board/framework/Framework.h"
 #include "board/framework/callWithin.h"
 #include "board/framework/managementPort.h"
-#include "board/framework/stderrLog.h"
 #include "board/host/PortMapper.h"
 #include "board/host/StartFailure.h"
 #include "board/host/descriptorLimit.h"
@@ -13,8 +12,8 @@
 #include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
 #include "board/host/words.h"
-#include "board/switchboard/Configuration.h"
-#include "board/varo/Configuration.h"
+#include "board/switchboard/switchConfiguration.h"
+#include "board/varo/varoConfiguration.h"
 #include "control.h"
 #include "framework/BLLManager.h"
 #include "framework/Interfaces.h"
@@ -56,10 +55,10 @@ void report(const std::string& message) { framework::logLine(LogImpl::levelError
 
 void configureFramework(const Options& options) {
     framework::Framework& framework = framework::framework();
-    framework.log.setSink(framework::writeToStandardError, options.logLevel);
+    framework.log.setThreshold(options.logLevel);
     framework.configurationLock.setWaitLimit(options.lockTimeout);
     try {
-        framework.settings.load(options.stateDirectory, report);
+        framework.settings.load(options.stateDirectory, framework::writeLog);
     } catch (const std::exception& error) {
         throw StartFailure(std::string("the framework's settings cannot be read: ") + error.what() +
                            ".");

@@ -1,4 +1,4 @@
-#include "board/framework/LogOutput.h"
+#include "board/framework/Framework.h"
 #include "board/host/Host.h"
 #include "board/host/Options.h"
 #include "board/host/StartFailure.h"

@@ -5,7 +5,6 @@
 #include "board/snmp/Agent.h"
 
 #include <CLI/CLI.hpp>
-#include <syslog.h>
 
 #include <iterator>
 #include <sstream>
@@ -18,14 +17,6 @@ namespace {
 std::vector<std::string> words(const std::string& command) {
     std::istringstream stream(command);
     return {std::istream_iterator<std::string>(stream), {}};
-}
-
-void log(int level, const std::string& text) {
-    framework::logLine(level <= LOG_ERR       ? LogImpl::levelError
-                       : level <= LOG_WARNING ? LogImpl::levelWarning
-                       : level <= LOG_INFO    ? LogImpl::levelInfo
-                                              : LogImpl::levelDebug,
-                       text);
 }
 
 }  // namespace
@@ -49,14 +40,16 @@ void NetworkServices::supply(const NetworkServiceOptions& options,
                              const std::string& managementInterface, varo::Appliers& appliers) {
     if (auto command = words(options.snmpAgent); !command.empty()) {
         snmpAgent = std::make_unique<snmp::Agent>(
-            snmp::Settings{std::move(command), stateDirectory / "snmp", managementInterface}, log);
+            snmp::Settings{std::move(command), stateDirectory / "snmp", managementInterface},
+            framework::writeLog);
         appliers.trapManagers = [this](const auto& values) { snmpAgent->apply(values); };
         appliers.snmpCommunities = [this](const auto& values) { snmpAgent->apply(values); };
         appliers.snmpSystem = [this](const auto& values) { snmpAgent->apply(values); };
     }
     if (auto command = words(options.ntpClient); !command.empty()) {
         ntpClient = std::make_unique<ntp::NtpClient>(
-            ntp::Settings{std::move(command), stateDirectory / "ntp", managementInterface}, log);
+            ntp::Settings{std::move(command), stateDirectory / "ntp", managementInterface},
+            framework::writeLog);
         appliers.ntp = [this](const auto& config) { ntpClient->apply(config); };
         appliers.ntpStatistics = [this](const auto& config) { return ntpClient->status(config); };
     }

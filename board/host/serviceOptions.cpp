@@ -3,9 +3,9 @@
 #include "board/host/words.h"
 #include "board/services/SessionServers.h"
 #include "board/services/timeZoneFiles.h"
+#include "board/support/LogChannel.h"
 
 #include <CLI/CLI.hpp>
-#include <syslog.h>
 
 #include <string>
 
@@ -55,7 +55,7 @@ void addServiceAppliers(varo::Appliers& appliers, const ServiceOptions& options,
         .telnet = words(options.telnetServer),
         .ssh = words(options.sshServer),
         .ftp = words(options.ftpServer),
-        .log = [](int level, const std::string& text) { syslog(level, "%s", text.c_str()); },
+        .log = support::systemLog(),
     });
     appliers.telnet = [&servers](const auto& record) { servers.applyTelnet(record); };
     appliers.ssh = [&servers](const auto& record) { servers.applySsh(record); };

@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds longestAnswer{1'000};
 
 }  // namespace
 
-NtpClient::NtpClient(Settings clientSettings, process::Log log)
+NtpClient::NtpClient(Settings clientSettings, support::Log log)
     : settings(std::move(clientSettings)),
       daemon({.name = "the NTP client", .interface = settings.interface}, std::move(log)) {}
 

@@ -22,7 +22,7 @@ struct Settings {
 /// no server.
 class NtpClient {
 public:
-    NtpClient(Settings clientSettings, process::Log log);
+    NtpClient(Settings clientSettings, support::Log log);
 
     /// Starts the client anew. Calls come one at a time. Throws std::exception when the
     /// configuration is not in force.

@@ -13,7 +13,7 @@ namespace process {
 
 using std::chrono::milliseconds;
 
-Daemon::Daemon(Traits daemonTraits, Log logReceiver)
+Daemon::Daemon(Traits daemonTraits, support::Log logReceiver)
     : traits(std::move(daemonTraits)),
       log(std::move(logReceiver)),
       supervisor({.name = traits.name,

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "board/process/Log.h"
 #include "board/process/Supervisor.h"
 #include "board/process/waiting.h"
+#include "board/support/LogChannel.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -36,7 +36,7 @@ public:
         std::string interface{};
     };
 
-    Daemon(Traits daemonTraits, Log logReceiver);
+    Daemon(Traits daemonTraits, support::Log logReceiver);
     /// Ends the program.
     ~Daemon();
     Daemon(const Daemon&) = delete;
@@ -86,7 +86,7 @@ private:
     };
 
     const Traits traits;
-    const Log log;
+    const support::Log log;
     const WakeEvent wake;
 
     std::mutex mutex;

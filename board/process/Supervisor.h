@@ -1,8 +1,8 @@
 #pragma once
 
 #include "board/process/ChildProcess.h"
-#include "board/process/Log.h"
 #include "board/process/waiting.h"
+#include "board/support/LogChannel.h"
 
 #include <chrono>
 #include <cstdint>
@@ -32,7 +32,7 @@ public:
     };
     /// Who is told what the program does, on the owner's thread.
     struct Receivers {
-        Log log;
+        support::Log log;
         std::function<void(const std::string& line)> line;          ///< of its output, maybe cut
         std::function<void(const std::string& message)> message{};  ///< from its socket
         std::function<void(const std::string& why)> failure{};      ///< it has ended by itself

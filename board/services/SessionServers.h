@@ -1,10 +1,10 @@
 #pragma once
 
 #include "board/process/LinkMonitor.h"
-#include "board/process/Log.h"
 #include "board/process/SessionProcess.h"
 #include "board/process/waiting.h"
 #include "board/services/Listener.h"
+#include "board/support/LogChannel.h"
 #include "varo/records.h"
 
 #include <array>
@@ -30,7 +30,7 @@ struct ServerConfiguration {
     /// Length of a minute of the idle timeout.
     std::chrono::milliseconds minute{60'000};
     /// Receives log lines with their level of syslog(3), from the servers' thread.
-    process::Log log{};
+    support::Log log{};
 };
 
 /// Telnet, SSH and FTP on the management interface: takes connections as the settings want it, and

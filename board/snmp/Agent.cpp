@@ -20,7 +20,7 @@ bool machineHasIpv6() { return fs::exists("/proc/net/if_inet6"); }
 
 }  // namespace
 
-Agent::Agent(Settings agentSettings, process::Log log)
+Agent::Agent(Settings agentSettings, support::Log log)
     : settings(std::move(agentSettings)),
       daemon({.name = "the SNMP agent",
               .readyMark = "NET-SNMP version",

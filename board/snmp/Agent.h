@@ -24,7 +24,7 @@ struct Settings {
 /// Calls come one at a time. They throw std::exception when the values are not in force.
 class Agent {
 public:
-    Agent(Settings agentSettings, process::Log log);
+    Agent(Settings agentSettings, support::Log log);
 
     void apply(const varoLib_s_subag& trapManagers);
     void apply(const varoLib_s_snmpCommunity& communities);

@@ -1,14 +1,13 @@
 #include "board/support/replaceFile.h"
 
 #include "board/support/Descriptor.h"
+#include "board/support/readFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace support {
@@ -25,12 +24,11 @@ constexpr mode_t fileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 }
 
 bool holds(const fs::path& file, std::string_view content) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
+    try {
+        return readFile(file) == content;
+    } catch (const std::system_error&) {
         return false;
     }
-    const std::string held{std::istreambuf_iterator<char>(stream), {}};
-    return !stream.bad() && held == content;
 }
 
 /// Writes from the start of the file and cuts off what was there beyond.

@@ -1,16 +1,11 @@
 #include "board/switchboard/Switch.h"
 
-#include "board/support/readFile.h"
-#include "board/support/replaceFile.h"
-#include "board/support/setAside.h"
-#include "board/switchboard/Failure.h"
-#include "board/switchboard/document.h"
+#include "board/switchboard/switchDocument.h"
 
-#include <fmt/format.h>
 #include <syslog.h>
 
 #include <algorithm>
-#include <exception>
+#include <functional>
 #include <iterator>
 #include <system_error>
 
@@ -18,9 +13,7 @@ namespace switchboard {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr const char* fileName = "switch.json";
+support::Log systemLog() { return support::systemLog("switch: "); }
 
 }  // namespace
 
@@ -29,98 +22,47 @@ Switch& Switch::instance() {
     return object;
 }
 
+Switch::Switch() : log(systemLog(), LOG_DEBUG) {}
+
 void Switch::configure(Configuration given) {
     const std::lock_guard lock(mutex);
-    file = given.stateDirectory.empty() ? fs::path() : given.stateDirectory / fileName;
-    database.reset();
-    const std::lock_guard configurationLock(guard);
+    state.reset();
+    log.setReceiver(given.log ? given.log : systemLog());
     configuration = std::move(given);
 }
 
-std::string Switch::managementInterface() const {
-    const std::lock_guard lock(guard);
+std::string Switch::managementInterface() {
+    const std::lock_guard lock(mutex);
     return configuration.managementInterface;
 }
 
-VlanDatabase& Switch::opened() {
-    if (!database) {
-        if (file.empty()) {
+const Switch::StateFile& Switch::opened() {
+    if (!state) {
+        if (configuration.stateDirectory.empty()) {
             throw Failure(notConfigured, "no state directory is configured");
         }
         try {
-            database = load(file);
+            StateFile file(switchFormat);
+            file.open(configuration.stateDirectory, std::ref(log));
+            state = std::move(file);
+        } catch (const support::NewerDocument& newer) {
+            throw Failure(newerFile, newer.what());
         } catch (const std::system_error& error) {
             throw Failure(storageFailed, error.what());
         }
     }
-    return *database;
-}
-
-VlanDatabase Switch::load(const fs::path& path) {
-    if (!fs::exists(path)) {
-        return VlanDatabase();
-    }
-    const std::string text = support::readFile(path);
-    try {
-        return parseState(text);
-    } catch (const NewerDocument& newer) {
-        throw Failure(newerFile,
-                      fmt::format("{} cannot be used: {}; install the newer release again, or move "
-                                  "the file away to start from factory values",
-                                  path.string(), newer.what()));
-    } catch (const std::exception& damage) {
-        const fs::path name = support::setAside(path);
-        log(LOG_ERR,
-            fmt::format("{} is damaged ({}): it is kept as {}, and factory values are used",
-                        path.string(), damage.what(), name.string()));
-        return VlanDatabase();
-    }
+    return *state;
 }
 
 void Switch::keep(VlanDatabase changed) {
-    if (changed.state() == opened().state()) {
+    if (changed.state() == state->content().state()) {
         return;
     }
     try {
-        support::replaceFile(file, formatState(changed.state()));
+        state->store(std::move(changed));
     } catch (const std::system_error& error) {
         throw Failure(storageFailed, error.what());
     }
-    database = std::move(changed);
-}
-
-void Switch::log(int level, const std::string& text) noexcept {
-    try {
-        Log receiver;
-        {
-            const std::lock_guard lock(guard);
-            receiver = configuration.log;
-        }
-        if (receiver) {
-            receiver(level, text);
-        } else {
-            ::syslog(level, "switch: %s", text.c_str());
-        }
-    } catch (...) {
-        // A line that cannot be written must not keep a call from being answered.
-    }
-}
-
-int report(const char* call) noexcept {
-    Switch& theSwitch = Switch::instance();
-    try {
-        try {
-            throw;
-        } catch (const Failure& failure) {
-            theSwitch.log(failure.level(), fmt::format("{}: {}", call, failure.what()));
-            return failure.code();
-        } catch (const std::exception& error) {
-            theSwitch.log(LOG_ERR, fmt::format("{}: {}", call, error.what()));
-        }
-    } catch (...) {
-        theSwitch.log(LOG_ERR, call);
-    }
-    return internalError;
 }
 
 void checkHandle(const zuHandle_t& handle) {

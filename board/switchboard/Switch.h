@@ -1,11 +1,12 @@
 #pragma once
 
-#include "board/switchboard/Configuration.h"
+#include "board/support/StateFile.h"
+#include "board/support/answer.h"
 #include "board/switchboard/VlanDatabase.h"
-#include "board/switchboard/codes.h"
+#include "board/switchboard/switchCodes.h"
+#include "board/switchboard/switchConfiguration.h"
 #include "platform/handle.h"
 
-#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -22,13 +23,13 @@ public:
 
     void configure(Configuration given);
 
-    std::string managementInterface() const;
+    std::string managementInterface();
 
     /// Returns what the body makes of the database. Throws Failure, and what the body throws.
     template <class Body>
     auto read(Body body) {
         const std::lock_guard lock(mutex);
-        return body(std::as_const(opened()));
+        return body(opened().content());
     }
 
     /// Changes the database by the body: when it returns, the change is on the disk; when something
@@ -36,38 +37,30 @@ public:
     template <class Body>
     void change(Body body) {
         const std::lock_guard lock(mutex);
-        VlanDatabase changed = opened();
+        VlanDatabase changed = opened().content();
         body(changed);
         keep(std::move(changed));
     }
 
-    void log(int level, const std::string& text) noexcept;
+    support::LogChannel log;
 
 private:
-    VlanDatabase& opened();
-    VlanDatabase load(const std::filesystem::path& path);
+    using StateFile = support::StateFile<VlanDatabase>;
+
+    Switch();
+
+    const StateFile& opened();
     void keep(VlanDatabase changed);
 
-    std::mutex mutex;                      ///< protects what follows; taken before `guard`
-    std::filesystem::path file;            ///< empty: not configured
-    std::optional<VlanDatabase> database;  ///< read on first use
-
-    mutable std::mutex guard;  ///< protects what follows
+    std::mutex mutex;  ///< protects what follows
     Configuration configuration;
+    std::optional<StateFile> state;  ///< read on first use
 };
-
-/// Logs the exception that is being handled as a failure of the call; returns the call's result.
-int report(const char* call) noexcept;
 
 /// Runs a body that no exception may leave; returns the result of the call.
 template <class Body>
 int answer(const char* call, Body body) noexcept {
-    try {
-        body();
-        return success;
-    } catch (...) {
-        return report(call);
-    }
+    return support::answer(call, internalError, Switch::instance().log, body);
 }
 
 /// Throws Failure (noSuchDatabase) for the handle of another database than the default one.

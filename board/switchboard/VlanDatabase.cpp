@@ -1,7 +1,7 @@
 #include "board/switchboard/VlanDatabase.h"
 
-#include "board/switchboard/Failure.h"
 #include "board/switchboard/ports.h"
+#include "board/switchboard/switchCodes.h"
 
 #include <fmt/format.h>
 

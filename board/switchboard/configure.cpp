@@ -1,5 +1,4 @@
 #include "board/framework/reporters.h"
-#include "board/switchboard/Configuration.h"
 #include "board/switchboard/Switch.h"
 
 #include <syslog.h>

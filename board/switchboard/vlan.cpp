@@ -2,8 +2,8 @@
 
 #include "platform/vlan.h"
 
-#include "board/switchboard/Failure.h"
 #include "board/switchboard/Switch.h"
+#include "board/switchboard/switchCodes.h"
 
 #include <cstdint>
 #include <cstring>

@@ -6,9 +6,7 @@
 #include "board/varo/settings/groups.h"
 #include "board/varo/store/schema.h"
 
-#include <fmt/format.h>
-#include <syslog.h>
-
+#include <functional>
 #include <utility>
 
 namespace varo {
@@ -16,6 +14,10 @@ namespace varo {
 namespace {
 
 constexpr const char* storeName = "varo.db";
+
+Log systemLog() { return support::systemLog("varo: "); }
+
+int factoryThreshold() { return internalConfigGroup().factory().severity; }
 
 }  // namespace
 
@@ -28,10 +30,11 @@ Library& Library::instance() {
     return library;
 }
 
-int Library::factoryThreshold() { return internalConfigGroup().factory().severity; }
+Library::Library() : log(systemLog(), factoryThreshold()) {}
 
 void Library::configure(Configuration given) {
     const std::lock_guard locked(guard);
+    log.setReceiver(given.log ? given.log : systemLog());
     configuration = std::move(given);
 }
 
@@ -69,7 +72,7 @@ void Library::close() {
     if (last) {
         last->store.close();
     }
-    threshold = factoryThreshold();
+    log.setThreshold(factoryThreshold());
 }
 
 void Library::checkNotClosed() {
@@ -103,7 +106,7 @@ std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHel
         applyAll(opened->store, opened->configuration, keepers);
     } catch (...) {
         // The store is open, which is what the call needs.
-        report("opening on first use");
+        support::report("opening on first use", internalError, std::ref(log));
     }
     return opened;
 }
@@ -127,8 +130,7 @@ std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {
         throw Failure(notConfigured, "no state directory is configured");
     }
 
-    auto opened = std::make_shared<Opened>(
-        given, [this](int level, const std::string& text) { log(level, text); });
+    auto opened = std::make_shared<Opened>(given, std::ref(log));
     const std::lock_guard locked(guard);
     current = opened;
     return opened;
@@ -140,43 +142,6 @@ Configuration Library::given() {
         throw Failure(notConfigured, "no state directory is configured");
     }
     return configuration;
-}
-
-void Library::log(int level, const std::string& text) noexcept {
-    if (level > threshold) {
-        return;
-    }
-    try {
-        Log receiver;
-        {
-            const std::lock_guard locked(guard);
-            receiver = configuration.log;
-        }
-        if (receiver) {
-            receiver(level, text);
-        } else {
-            ::syslog(level, "varo: %s", text.c_str());
-        }
-    } catch (...) {
-        // A line that cannot be written must not keep a call from being answered.
-    }
-}
-
-int report(const char* call) noexcept {
-    Library& library = Library::instance();
-    try {
-        try {
-            throw;
-        } catch (const Failure& failure) {
-            library.log(failure.level(), fmt::format("{}: {}", call, failure.what()));
-            return failure.code();
-        } catch (const std::exception& error) {
-            library.log(LOG_ERR, fmt::format("{}: {}", call, error.what()));
-        }
-    } catch (...) {
-        library.log(LOG_ERR, call);
-    }
-    return internalError;
 }
 
 void configure(Configuration configuration) {

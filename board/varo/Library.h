@@ -1,11 +1,11 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
-#include "board/varo/Failure.h"
+#include "board/support/answer.h"
 #include "board/varo/link/Keepers.h"
 #include "board/varo/store/RecordStore.h"
+#include "board/varo/varoCodes.h"
+#include "board/varo/varoConfiguration.h"
 
-#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -59,9 +59,8 @@ public:
     std::shared_ptr<Opened> opened();
     Change change() { return Change(*this); }
 
-    /// Lines above the threshold, which is the severity of the internal configuration, are dropped.
-    void log(int level, const std::string& text) noexcept;
-    void setThreshold(int severity) { threshold = severity; }
+    /// Its threshold is the severity of the internal configuration.
+    support::LogChannel log;
 
     /// What the host has configured last, which needs no store. Throws Failure (notConfigured).
     Configuration given();
@@ -69,9 +68,7 @@ public:
 private:
     using Lock = std::unique_lock<std::mutex>;
 
-    static int factoryThreshold();
-
-    std::atomic<int> threshold{factoryThreshold()};
+    Library();
 
     std::mutex lifecycle;  ///< held to open and to close for good, beyond `changing`
     std::mutex changing;   ///< held to store and apply values; protects the keepers
@@ -86,18 +83,10 @@ private:
     std::shared_ptr<Opened> openOnFirstUse(const Lock& changingHeld);
 };
 
-/// Logs the exception that is being handled as a failure of the call; returns the call's result.
-int report(const char* call) noexcept;
-
 /// Runs a body that no exception may leave; returns the result of the call.
 template <class Body>
 int guarded(const char* call, Body body) noexcept {
-    try {
-        body();
-        return success;
-    } catch (...) {
-        return report(call);
-    }
+    return support::answer(call, internalError, Library::instance().log, body);
 }
 
 /// The same for every call but those that open and close the library.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
 #include "board/varo/link/InterfaceKeeper.h"
 #include "board/varo/link/Lease6.h"
+#include "board/varo/varoConfiguration.h"
 
 #include <cstdint>
 #include <optional>

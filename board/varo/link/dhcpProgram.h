@@ -1,9 +1,9 @@
 #pragma once
 
 #include "board/process/Command.h"
-#include "board/varo/Configuration.h"
 #include "board/varo/link/Lease.h"
 #include "board/varo/link/Lease6.h"
+#include "board/varo/varoConfiguration.h"
 #include "varo/records.h"
 
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/varo/Failure.h"
+#include "board/varo/varoCodes.h"
 
 #include <fmt/format.h>
 #include <netlink/cache.h>

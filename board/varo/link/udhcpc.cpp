@@ -1,9 +1,9 @@
 // BusyBox's udhcpc: how it is run, and what it reports.
 
-#include "board/varo/Failure.h"
 #include "board/varo/link/dhcpProgram.h"
 #include "board/varo/link/reportText.h"
 #include "board/varo/store/Column.h"
+#include "board/varo/varoCodes.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>

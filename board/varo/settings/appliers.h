@@ -1,8 +1,8 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
 #include "board/varo/link/Keepers.h"
 #include "board/varo/store/RecordStore.h"
+#include "board/varo/varoConfiguration.h"
 
 namespace varo {
 

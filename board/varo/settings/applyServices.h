@@ -1,8 +1,8 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
-#include "board/varo/Failure.h"
 #include "board/varo/store/RecordStore.h"
+#include "board/varo/varoCodes.h"
+#include "board/varo/varoConfiguration.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "board/varo/settings/checks.h"
 
-#include "board/varo/Failure.h"
+#include "board/varo/varoCodes.h"
 
 #include <fmt/format.h>
 

@@ -6,7 +6,7 @@
 namespace varo {
 
 void applyInternalConfig(RecordStore& store) {
-    Library::instance().setThreshold(store.session().read(internalConfigGroup()).severity);
+    Library::instance().log.setThreshold(store.session().read(internalConfigGroup()).severity);
 }
 
 }  // namespace varo

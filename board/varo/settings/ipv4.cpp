@@ -1,7 +1,7 @@
 #include "board/varo/settings/ipv4.h"
 
-#include "board/varo/Failure.h"
 #include "board/varo/store/Column.h"
+#include "board/varo/varoCodes.h"
 
 #include <fmt/format.h>
 

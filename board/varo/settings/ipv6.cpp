@@ -1,7 +1,7 @@
 #include "board/varo/settings/ipv6.h"
 
-#include "board/varo/Failure.h"
 #include "board/varo/link/reportText.h"
+#include "board/varo/varoCodes.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>

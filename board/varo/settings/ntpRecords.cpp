@@ -1,8 +1,8 @@
 #include "board/varo/settings/ntpRecords.h"
 
-#include "board/varo/Failure.h"
 #include "board/varo/settings/checks.h"
 #include "board/varo/store/Column.h"
+#include "board/varo/varoCodes.h"
 #include "platform/CZuUtil.h"
 
 #include <arpa/inet.h>

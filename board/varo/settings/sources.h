@@ -1,7 +1,7 @@
 #pragma once
 
-#include "board/varo/Failure.h"
 #include "board/varo/store/RecordStore.h"
+#include "board/varo/varoCodes.h"
 
 namespace varo {
 

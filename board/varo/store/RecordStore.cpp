@@ -1,7 +1,7 @@
 #include "board/varo/store/RecordStore.h"
 
-#include "board/varo/Failure.h"
 #include "board/varo/store/StoreFile.h"
+#include "board/varo/varoCodes.h"
 
 #include <fmt/format.h>
 #include <syslog.h>

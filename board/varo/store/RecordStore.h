@@ -1,7 +1,7 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
 #include "board/varo/store/schema.h"
+#include "board/varo/varoConfiguration.h"
 
 #include <atomic>
 #include <filesystem>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
-#include "board/varo/Failure.h"
 #include "board/varo/store/Sqlite.h"
 #include "board/varo/store/schema.h"
+#include "board/varo/varoCodes.h"
+#include "board/varo/varoConfiguration.h"
 
 #include <filesystem>
 

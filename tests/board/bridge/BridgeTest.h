@@ -1,8 +1,8 @@
 #pragma once
 
 #include "../framework/doubles.h"
-#include "board/bridge/Configuration.h"
-#include "board/bridge/codes.h"
+#include "board/bridge/bridgeCodes.h"
+#include "board/bridge/bridgeConfiguration.h"
 #include "platform/acl.h"
 #include "support/files.h"
 

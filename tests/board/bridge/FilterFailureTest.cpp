@@ -88,7 +88,7 @@ TEST_F(FilterFailureTest, ARefusedChangeLeavesEverythingAsItWas) {
     newMessages();
 
     EXPECT_EQ(acls().addCondition(list, id, from(1, 0)), 0);
-    EXPECT_THAT(bridge::parseRules(saved()).inForce,
+    EXPECT_THAT(bridge::rulesFormat.parse(saved()).inForce,
                 ElementsAre(SavedRule{1, 0, true}, SavedRule{lan, ~mask24, true}));
     EXPECT_THAT(newMessages(), IsEmpty());
 }

@@ -86,7 +86,7 @@ protected:
     ~OntVlanTest() override { zubridge::instance().gponOntMngVlanSet(1); }
 
     void load() {
-        framework::framework().settings.load(directory.path(), [](const std::string&) {});
+        framework::framework().settings.load(directory.path(), [](int, const std::string&) {});
     }
 
     static unsigned int vlan() {

@@ -26,7 +26,7 @@ protected:
     /// A process starts that finds these rules, and its product makes the empty list.
     void startWith(const SavedRules& rules) {
         product.reset();
-        writeFile(savedFile(), bridge::formatRules(rules));
+        writeFile(savedFile(), bridge::rulesFormat.format(rules));
         restartProduct();
     }
     void restartProduct() {
@@ -42,7 +42,7 @@ protected:
         return [this](auto... arguments) { return add(arguments...); };
     }
 
-    SavedRules stored() const { return bridge::parseRules(saved()); }
+    SavedRules stored() const { return bridge::rulesFormat.parse(saved()); }
 
     std::optional<test::RemoteAccess> product;
 };

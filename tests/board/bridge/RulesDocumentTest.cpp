@@ -17,7 +17,7 @@ const SavedRule c{0, 0xffffffff, true};
 
 std::string refusalOf(const std::string& document) {
     try {
-        bridge::parseRules(document);
+        bridge::rulesFormat.parse(document);
         return "";
     } catch (const std::exception& error) {
         return error.what();
@@ -31,7 +31,7 @@ std::string withRule(const std::string& rule) {
 }  // namespace
 
 TEST(RulesDocument, IsReadable) {
-    EXPECT_EQ(bridge::formatRules({{a}, {{2, b}}}), R"({
+    EXPECT_EQ(bridge::rulesFormat.format({{a}, {{2, b}}}), R"({
     "notInForce": [
         {
             "action": "deny",
@@ -56,7 +56,7 @@ TEST(RulesDocument, IsReadBack) {
     for (const SavedRules& rules :
          {SavedRules{}, SavedRules{{a, b, c, a}, {}}, SavedRules{{}, {{1, a}, {2, b}}},
           SavedRules{{c}, {{1, a}, {7, b}}}}) {
-        EXPECT_EQ(bridge::parseRules(bridge::formatRules(rules)), rules);
+        EXPECT_EQ(bridge::rulesFormat.parse(bridge::rulesFormat.format(rules)), rules);
     }
 }
 
@@ -84,7 +84,7 @@ TEST(RulesDocument, DamageIsRefused) {
     EXPECT_EQ(refusalOf(withRule(R"({"action":"pass","address":"10.0.0.0","wildcard":"0.0.0.0"})")),
               "there is no action \"pass\"");
     EXPECT_EQ(refusalOf(R"({"version": 2, "rules": [], "notInForce": []})"),
-              "it is of version 2, which this release does not know");
+              "it has version 2, this release knows version 1");
     EXPECT_NE(refusalOf(withRule(R"({"action":"permit","address":7,"wildcard":"0.0.0.0"})")), "");
     EXPECT_NE(refusalOf(withRule("5")), "");
     EXPECT_EQ(refusalOf(withRule(R"({"action":"deny","address":"10.0.0.0","wildcard":"0.0.0.0"})")),

@@ -3,6 +3,7 @@
 #include "BridgeTest.h"
 #include "RemoteAccess.h"
 #include "board/bridge/rulesDocument.h"
+#include "board/support/StateFile.h"
 #include "platform/zubridge.h"
 
 #include <gmock/gmock.h>
@@ -32,7 +33,7 @@ class StorageTest : public test::BridgeTest {
 protected:
     StorageTest() { product.start(); }
 
-    std::vector<SavedRule> savedRules() const { return bridge::parseRules(saved()).inForce; }
+    std::vector<SavedRule> savedRules() const { return bridge::rulesFormat.parse(saved()).inForce; }
 
     int addNetwork(unsigned int place = 0) {
         return product.add(ip(192, 0, 2, 9), mask24, true, place);
@@ -86,11 +87,14 @@ TEST_F(StorageTest, AnOrderlyEndLeavesTheRulesStored) {
 
 TEST_F(StorageTest, AListMadeAgainWithoutAReplayAddsToWhatIsStored) {
     EXPECT_EQ(addNetwork(), 0);
+    EXPECT_EQ(product.add(0, 0, false), 0);
     product.stop();
     test::RemoteAccess again(acls());
     again.start();
     EXPECT_EQ(again.add(ip(10, 0, 0, 1), hostMask, false), 0);
-    EXPECT_THAT(bridge::parseRules(saved()).all(), testing::UnorderedElementsAre(network, host));
+    const SavedRules rules = bridge::rulesFormat.parse(saved());
+    EXPECT_EQ(rules, (SavedRules{{host}, {{1, network}, {2, anybody}}}));
+    EXPECT_THAT(rules.all(), ElementsAre(network, anybody, host));
 }
 
 TEST_F(StorageTest, OnlyTheFirstListIsStored) {
@@ -151,6 +155,24 @@ TEST_F(StorageTest, ADamagedFileIsSetAside) {
     EXPECT_EQ(readFile(state.path() / state.names()[0]), damaged);
 }
 
+TEST_F(StorageTest, AFileOfALaterReleaseIsRefusedAndLeftAsItIs) {
+    const std::string later = R"({"version": 2, "rules": "other"})";
+    writeFile(savedFile(), later);
+    try {
+        bridge::configure(configuration);
+        FAIL() << "accepted";
+    } catch (const support::NewerDocument& newer) {
+        EXPECT_EQ(
+            newer.what(),
+            savedFile() +
+                " cannot be used: it has version 2, this release knows version 1; install "
+                "the newer release again, or move the file away to start from factory values");
+    }
+    EXPECT_EQ(saved(), later);
+    EXPECT_THAT(state.names(), ElementsAre("remote-access.json"));
+    EXPECT_THAT(newMessages(), IsEmpty());
+}
+
 TEST_F(StorageTest, AFileThatCannotBeReadIsAnErrorOfTheHost) {
     fs::remove(savedFile());
     fs::create_directory(savedFile());
@@ -185,7 +207,7 @@ TEST_F(StorageTest, AClearedConfigurationForgetsListsAndStoredRules) {
     test::RemoteAccess again(acls());
     again.start();
     EXPECT_EQ(again.add(ip(10, 0, 0, 1), hostMask, false), 0);
-    EXPECT_THAT(bridge::parseRules(saved()), (SavedRules{{host}, {}}));
+    EXPECT_THAT(bridge::rulesFormat.parse(saved()), (SavedRules{{host}, {}}));
     EXPECT_THAT(newMessages(), IsEmpty());
 }
 

@@ -30,7 +30,7 @@ protected:
     auto onShelfId() { return boost::bind(&ControlTest::shelfId, this, _1); }
 
     ControlTest() {
-        framework::framework().settings.load(directory.path(), [](const std::string&) {});
+        framework::framework().settings.load(directory.path(), [](int, const std::string&) {});
         messages().subscribePost(onMessage());
         shelfIds().subscribePost(onShelfId());
     }

@@ -29,7 +29,7 @@ BLLManager& manager() { return singleton<BLLManager>::instance(); }
 class FrameworkTest : public testing::Test {
 protected:
     FrameworkTest() {
-        framework::framework().settings.load(directory.path(), [](const std::string&) {});
+        framework::framework().settings.load(directory.path(), [](int, const std::string&) {});
     }
     ~FrameworkTest() override {
         framework::framework().configurationLock.setWaitLimit(std::chrono::seconds(10));

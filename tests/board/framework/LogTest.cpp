@@ -127,7 +127,7 @@ TEST(Log, FormatsNothingWithoutASink) {
     int count = 0;
     {
         const CapturedLog captured;
-        framework::framework().log.setSink(nullptr, levelDebug);
+        framework::framework().log.setReceiver(nullptr);
         log().setMsgLevel(levelError).write(Formatted{&count}) << "\n";
         EXPECT_EQ(count, 0);
         EXPECT_THAT(captured.entries(), IsEmpty());

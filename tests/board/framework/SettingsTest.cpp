@@ -1,9 +1,11 @@
 #include "board/framework/Settings.h"
+#include "board/support/StateFile.h"
 #include "doubles.h"
 #include "support/files.h"
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <syslog.h>
 
 #include <csignal>
 #include <stdexcept>
@@ -35,7 +37,8 @@ protected:
     TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "framework.json";
     Journal reports;
-    const std::function<void(const std::string&)> report = [this](const std::string& message) {
+    const support::Log report = [this](int level, const std::string& message) {
+        EXPECT_EQ(level, LOG_ERR);
         reports.add(message);
     };
     Settings settings;
@@ -148,15 +151,55 @@ TEST_P(DamagedSettingsTest, AreSetAsideWithAMessage) {
     EXPECT_EQ(afterRestart().shelfId, "works again");
 }
 
-INSTANTIATE_TEST_SUITE_P(Damage, DamagedSettingsTest,
-                         testing::Values("", "{", "[]", "\x01\x02", "null", R"({"shelfId": 7})",
-                                         R"({"shelfId": "a\nb"})", R"({"profileMode": "yes"})",
-                                         R"({"ontManagementVlan": 4095})",
-                                         R"({"ontManagementVlan": "7"})",
-                                         R"({"ontManagementVlan": 0})",
-                                         R"({"ontManagementVlan": 1.5})", R"({"features": []})",
-                                         R"({"features": {"12": 1}})",
-                                         R"({"shelfId": "a"} trailing)"));
+INSTANTIATE_TEST_SUITE_P(
+    Damage, DamagedSettingsTest,
+    testing::Values(R"({"version": -1})", R"({"version": "1"})", "", "{", "[]", "\x01\x02", "null",
+                    R"({"shelfId": 7})", R"({"shelfId": "a\nb"})", R"({"profileMode": "yes"})",
+                    R"({"ontManagementVlan": 4095})", R"({"ontManagementVlan": "7"})",
+                    R"({"ontManagementVlan": 0})", R"({"ontManagementVlan": 1.5})",
+                    R"({"features": []})", R"({"features": {"12": 1}})",
+                    R"({"shelfId": "a"} trailing)"));
+
+TEST_F(SettingsTest, WhatIsWrongWithAFileIsSaid) {
+    const auto objectionTo = [this](const char* document) {
+        writeFile(file, document);
+        afterRestart();
+        const std::string line = reports.lines().back();
+        return line.substr(line.find("used: ") + 6);
+    };
+    EXPECT_EQ(objectionTo("[]"), "the document is not a JSON object");
+    EXPECT_EQ(objectionTo(R"({"features": []})"), "features is not a JSON object");
+    EXPECT_EQ(objectionTo(R"({"ontManagementVlan": 4095})"),
+              "the VLAN of the ONTs is not a number from 1 to 4094");
+    EXPECT_EQ(objectionTo(R"({"shelfId": "\u0007"})"),
+              "the shelf identity is not valid: it contains a control character");
+}
+
+TEST_F(SettingsTest, AFileOfALaterReleaseIsRefusedAndLeftAsItIs) {
+    const std::string later = R"({"version": 2, "shelfId": "a"})";
+    writeFile(file, later);
+    try {
+        afterRestart();
+        FAIL() << "accepted";
+    } catch (const support::NewerDocument& newer) {
+        EXPECT_EQ(
+            newer.what(),
+            file.string() +
+                " cannot be used: it has version 2, this release knows version 1; install "
+                "the newer release again, or move the file away to start from factory values");
+    }
+    EXPECT_EQ(readFile(file), later);
+    EXPECT_THAT(directory.names(), ElementsAre("framework.json"));
+    EXPECT_THAT(reports.lines(), IsEmpty());
+}
+
+TEST_F(SettingsTest, AFileThatTellsItsVersionGoesOnDoingSo) {
+    writeFile(file, R"({"version": 1})");
+    settings.load(directory.path(), report);
+    settings.setShelfId("a");
+    EXPECT_THAT(readFile(file), HasSubstr("\"version\": 1"));
+    EXPECT_EQ(afterRestart().shelfId, "a");
+}
 
 TEST_F(SettingsTest, SettingAsideOverwritesNothing) {
     writeFile(file, "{");

@@ -45,16 +45,17 @@ void ScriptedEntity::getDependencies(std::list<std::string>& names) {
 }
 
 CapturedLog::CapturedLog(LogImpl::logLevel_t leastSevere) {
-    framework::framework().log.setSink(
-        [this](LogImpl::logLevel_t level, const std::string& message) {
-            const std::lock_guard guard(mutex);
-            received.emplace_back(level, message);
-        },
-        leastSevere);
+    support::LogChannel& log = framework::framework().log;
+    log.setThreshold(leastSevere);
+    log.setReceiver([this](int level, const std::string& message) {
+        const std::lock_guard guard(mutex);
+        received.emplace_back(static_cast<LogImpl::logLevel_t>(level), message);
+    });
 }
 
 CapturedLog::~CapturedLog() {
-    framework::framework().log.setSink(framework::writeToStandardError, LogImpl::levelInfo);
+    framework::framework().log.setReceiver(framework::writeToStandardError);
+    framework::framework().log.setThreshold(LogImpl::levelInfo);
 }
 
 std::vector<CapturedLog::Entry> CapturedLog::entries() const {

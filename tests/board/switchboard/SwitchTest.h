@@ -1,8 +1,8 @@
 #pragma once
 
 #include "board/framework/reporters.h"
-#include "board/switchboard/Configuration.h"
-#include "board/switchboard/codes.h"
+#include "board/switchboard/switchCodes.h"
+#include "board/switchboard/switchConfiguration.h"
 #include "platform/vlan.h"
 #include "support/LogLines.h"
 #include "support/files.h"

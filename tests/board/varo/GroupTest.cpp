@@ -1,4 +1,3 @@
-#include "board/varo/Failure.h"
 #include "board/varo/store/Group.h"
 #include "board/varo/store/RecordStore.h"
 #include "support/files.h"

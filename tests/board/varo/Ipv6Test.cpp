@@ -1,7 +1,7 @@
 // IPv6 texts, and the calls where there is no interface to act on: they keep what is set.
 
-#include "board/varo/Failure.h"
 #include "board/varo/settings/ipv6.h"
+#include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
 
 #include <array>

@@ -1,6 +1,6 @@
-#include "board/varo/Failure.h"
 #include "board/varo/settings/groups.h"
 #include "board/varo/store/RecordStore.h"
+#include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
 
 #include <gmock/gmock.h>

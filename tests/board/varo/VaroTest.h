@@ -1,7 +1,7 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
-#include "board/varo/codes.h"
+#include "board/varo/varoCodes.h"
+#include "board/varo/varoConfiguration.h"
 #include "support/LogLines.h"
 #include "support/files.h"
 #include "support/privateNamespaces.h"

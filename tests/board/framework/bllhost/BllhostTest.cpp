@@ -433,6 +433,25 @@ TEST_F(BllhostTest, DoesNotStartWithStoredRulesThatCannotBeRead) {
                           state.path().string() + "/remote-access.json: Is a directory."));
 }
 
+TEST_F(BllhostTest, DoesNotStartWithRulesOrSettingsOfALaterRelease) {
+    portMapper.emplace();
+    const auto refusal = [&](const char* what, const std::string& name) {
+        const std::string later = R"({"version": 2})";
+        const std::filesystem::path file = state.path() / name;
+        writeFile(file, later);
+        EXPECT_THAT(
+            failedStart(commandLine(ENTITIES)),
+            HasSubstr(std::string("bllhost: the ") + what + " cannot be read: " + file.string() +
+                      " cannot be used: it has version 2, this release knows version 1; install "
+                      "the newer release again, or move the file away to start from factory "
+                      "values.\n"));
+        EXPECT_EQ(readFile(file), later);
+        std::filesystem::remove(file);
+    };
+    refusal("remote-access rules", "remote-access.json");
+    refusal("framework's settings", "framework.json");
+}
+
 TEST_F(BllhostTest, DoesNotStartWithoutItsControlProgram) {
     const PowerlessMapper mapper;
     const std::string output = failedStart(commandLine(ENTITIES, {"--stop-timeout", "3"}));

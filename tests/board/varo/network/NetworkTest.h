@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/varo/Configuration.h"
+#include "board/varo/varoConfiguration.h"
 #include "tests/board/varo/VaroTest.h"
 #include "tests/board/varo/network/namespaces.h"
 

@@ -1,6 +1,6 @@
-#include "board/bridge/checks.h"
+#include "board/bridge/aclChecks.h"
 
-#include "board/bridge/Failure.h"
+#include "board/bridge/bridgeCodes.h"
 #include "board/bridge/ipv4Text.h"
 
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-#include "board/switchboard/document.h"
+#include "board/switchboard/switchDocument.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -12,35 +12,28 @@ namespace switchboard {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using nlohmann::json;
+using support::numberIn;
 
-constexpr std::uint64_t documentVersion = 1;
+constexpr std::uint64_t thisVersion = 1;
 
-std::uint64_t numberOf(const Json& object, const char* name, std::uint64_t highest) {
-    const Json& value = object.at(name);
-    if (!value.is_number_unsigned() || value.get<std::uint64_t>() > highest) {
-        throw std::runtime_error(fmt::format("{} is no number up to {}", name, highest));
-    }
-    return value.get<std::uint64_t>();
+VlanId vlanOf(const json& object, const char* name) {
+    return static_cast<VlanId>(numberIn(object, name, highestVlan));
 }
 
-VlanId vlanOf(const Json& object, const char* name) {
-    return static_cast<VlanId>(numberOf(object, name, highestVlan));
+int portOf(const json& object, const char* name) {
+    return static_cast<int>(numberIn(object, name, std::numeric_limits<int>::max()));
 }
 
-int portOf(const Json& object, const char* name) {
-    return static_cast<int>(numberOf(object, name, std::numeric_limits<int>::max()));
-}
-
-const Json& listOf(const Json& object, const char* name) {
-    const Json& value = object.at(name);
+const json& listOf(const json& object, const char* name) {
+    const json& value = object.at(name);
     if (!value.is_array()) {
         throw std::runtime_error(fmt::format("{} is no list", name));
     }
     return value;
 }
 
-std::array<unsigned char, 6> addressOf(const Json& list) {
+std::array<unsigned char, 6> addressOf(const json& list) {
     std::array<unsigned char, 6> address{};
     if (list.size() != address.size()) {
         throw std::runtime_error("an Ethernet address has 6 octets");
@@ -54,39 +47,40 @@ std::array<unsigned char, 6> addressOf(const Json& list) {
     return address;
 }
 
-std::set<int> portsOf(const Json& list) {
+std::set<int> portsOf(const json& list) {
     std::set<int> ports;
-    for (const Json& port : list) {
-        ports.insert(portOf(Json{{"port", port}}, "port"));
+    for (const json& port : list) {
+        ports.insert(portOf(json{{"port", port}}, "port"));
     }
     return ports;
 }
 
-VlanState stateOf(const Json& document) {
+VlanState stateOf(const json& document) {
     VlanState state;
-    for (const Json& each : listOf(document, "vlans")) {
+    for (const json& each : listOf(document, "vlans")) {
         const VlanId vlan = vlanOf(each, "id");
         if (!state.members.emplace(vlan, portsOf(listOf(each, "ports"))).second) {
             throw std::runtime_error(fmt::format("VLAN {} is listed twice", vlan));
         }
     }
-    for (const Json& each : listOf(document, "pvids")) {
+    for (const json& each : listOf(document, "pvids")) {
         state.pvids[portOf(each, "port")] = vlanOf(each, "vlan");
     }
-    const Json& defaultVlan = document.at("defaultVlan");
+    const json& defaultVlan = document.at("defaultVlan");
     state.defaultVlan = vlanOf(defaultVlan, "id");
     state.defaultNative = defaultVlan.at("native").get<bool>();
     state.managementVlan = vlanOf(document, "managementVlan");
-    if (const Json& entry = document.at("managementEntry"); !entry.is_null()) {
+    if (const json& entry = document.at("managementEntry"); !entry.is_null()) {
         state.managementEntry = StaticEntry{portOf(entry, "port"), vlanOf(entry, "vlan"),
                                             addressOf(listOf(entry, "address"))};
     }
     return state;
 }
 
-}  // namespace
-
-std::string formatState(const VlanState& state) {
+std::string formatState(const VlanDatabase& database) {
+    // In the order in which people read them.
+    using Json = nlohmann::ordered_json;
+    const VlanState& state = database.state();
     Json vlans = Json::array();
     for (const auto& [vlan, ports] : state.members) {
         vlans.push_back({{"id", vlan}, {"ports", ports}});
@@ -102,7 +96,7 @@ std::string formatState(const VlanState& state) {
                  {"address", state.managementEntry->address}};
     }
     const Json document{
-        {"version", documentVersion},
+        {"version", thisVersion},
         {"vlans", std::move(vlans)},
         {"pvids", std::move(pvids)},
         {"defaultVlan", {{"id", state.defaultVlan}, {"native", state.defaultNative}}},
@@ -113,13 +107,16 @@ std::string formatState(const VlanState& state) {
 }
 
 VlanDatabase parseState(const std::string& text) {
-    const Json document = Json::parse(text);
-    const auto version = numberOf(document, "version", std::numeric_limits<std::uint64_t>::max());
-    if (version > documentVersion) {
-        throw NewerDocument(fmt::format("it has version {}, this release knows version {}", version,
-                                        documentVersion));
-    }
-    return VlanDatabase(stateOf(document));
+    return VlanDatabase(stateOf(support::parseDocument(text, thisVersion)));
 }
+
+}  // namespace
+
+const support::StateFormat<VlanDatabase> switchFormat{
+    .fileName = "switch.json",
+    .damageText = "{file} is damaged ({reason}): it is kept as {kept}, and factory values are used",
+    .parse = parseState,
+    .format = formatState,
+};
 
 }  // namespace switchboard

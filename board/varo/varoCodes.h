@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/support/Failure.h"
+
 namespace varo {
 
 /// What the calls of the configuration library return. 0 is success, all failures are positive.
@@ -21,5 +23,7 @@ enum Code : int {
     tableFull = 14,       ///< there is no room for another entry
     alreadyThere = 15,    ///< there is such an entry already
 };
+
+using support::Failure;
 
 }  // namespace varo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/support/Failure.h"
+
 namespace bridge {
 
 /// What the operations on access lists return. 0 is success, all failures are positive.
@@ -20,5 +22,7 @@ enum Code : int {
     filterFailed = 13,    ///< the kernel's packet filter refused; the list is as it was
     internalError = 14,   ///< out of memory, or a defect of the bridge
 };
+
+using support::Failure;
 
 }  // namespace bridge

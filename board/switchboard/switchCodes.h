@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/support/Failure.h"
+
 namespace switchboard {
 
 /// What the calls of the switch return. 0 is success, all failures are positive.
@@ -20,5 +22,7 @@ enum Code : int {
     newerFile = 13,          ///< a later release wrote the file; it is left as it is
     internalError = 14,      ///< out of memory, or a defect
 };
+
+using support::Failure;
 
 }  // namespace switchboard

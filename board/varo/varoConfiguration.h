@@ -1,19 +1,17 @@
 #pragma once
 
+#include "board/support/LogChannel.h"
 #include "board/varo/hostAppliers.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
 namespace varo {
 
-/// Receives the library's log lines: the level, 0 (emergency) to 7 (debug), and the text without a
-/// line end. It is called from any thread, also from several at the same time, and must not call
-/// the library.
-using Log = std::function<void(int level, const std::string& text)>;
+/// Receives the library's log lines. It must not call the library.
+using Log = support::Log;
 
 /// What the host process tells the library about its surroundings.
 struct Configuration {

@@ -1,22 +1,20 @@
 #pragma once
 
+#include "board/support/LogChannel.h"
+
 #include <filesystem>
-#include <functional>
 #include <string>
 
 namespace switchboard {
-
-/// Receives the log lines of the switch: the level, 0 (emergency) to 7 (debug), and the text
-/// without a line end. It is called from any thread and must not call the switch.
-using Log = std::function<void(int level, const std::string& text)>;
 
 /// What the host process tells the switch about its surroundings.
 struct Configuration {
     /// Existing directory that keeps the state of the switch, file name `switch.json`, across
     /// restarts.
     std::filesystem::path stateDirectory;
-    /// Empty: lines go to syslog(3).
-    Log log{};
+    /// Receives the log lines of the switch, and must not call the switch. Empty: they go to
+    /// syslog(3).
+    support::Log log{};
     /// Linux name of the management interface, whose Ethernet address stands in the static entry
     /// of the management port.
     std::string managementInterface = "mng0";
