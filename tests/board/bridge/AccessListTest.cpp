@@ -1,6 +1,7 @@
 // What a container of access lists keeps, with nothing behind it.
 
 #include "BridgeTest.h"
+#include "board/framework/Framework.h"
 
 #include <gmock/gmock.h>
 
@@ -134,11 +135,14 @@ TEST_F(AccessListTest, RulesAndConditionsThatDoNotExistAreRefused) {
         EXPECT_EQ(acls().changeRuleSequenceNumber(list, unknown, 1), bridge::unknownRule);
         EXPECT_EQ(acls().getACLRule(list, unknown, rule), bridge::unknownRule);
     }
+    newMessages();
     EXPECT_EQ(acls().delCondition(list, id, 1), bridge::unknownCondition);
     EXPECT_EQ(acls().addCondition(list, id, from(0, 0)), 0);
     EXPECT_EQ(acls().delCondition(list, id, 0), bridge::unknownCondition);
     EXPECT_EQ(acls().delCondition(list, id, 2), bridge::unknownCondition);
-    newMessages();
+    const std::string refused = "delCondition of access list \"RA_mng0\": rule " +
+                                std::to_string(id) + " has no condition ";
+    EXPECT_THAT(newMessages(), ElementsAre(refused + "1", refused + "0", refused + "2"));
     EXPECT_EQ(acls().addCondition(list, id, from(1, 0)), bridge::conditionExists);
     EXPECT_THAT(newMessages(), ElementsAre("addCondition of access list \"RA_mng0\": rule " +
                                            std::to_string(id) + " has its condition"));
@@ -146,6 +150,8 @@ TEST_F(AccessListTest, RulesAndConditionsThatDoNotExistAreRefused) {
 
 TEST_F(AccessListTest, ListsHaveNamesOfTheirOwnInEachContainer) {
     EXPECT_EQ(acls().createACL(list, remoteAccess), bridge::listExists);
+    EXPECT_THAT(newMessages(), ElementsAre("createACL of access list \"RA_mng0\": there is a list "
+                                           "of that name"));
     EXPECT_EQ(acls().createACL("other", remoteAccess), 0);
     ACLContainer_t second("br0", "acl");
     EXPECT_EQ(second.deleteACL(list), bridge::unknownList);
@@ -173,10 +179,22 @@ TEST_F(AccessListTest, WhatTheBridgeDoesNotFilterByIsRefused) {
     EXPECT_EQ(acls().addCondition(list, id, {1, 20, 1, 0, 0}), bridge::unsupported);
     EXPECT_EQ(acls().assignACL(list, 1, true, 0), bridge::unsupported);
     EXPECT_EQ(acls().deassignACL(list, 1, true), bridge::unsupported);
+    const std::string ofList = " of access list \"RA_mng0\": ";
+    EXPECT_THAT(
+        newMessages(),
+        ElementsAre(
+            "createACL of access list \"other\": there are no lists of type 3",
+            "addCondition" + ofList + "there are no conditions of kind 2, selector 20, flags 0",
+            "addCondition" + ofList + "there are no conditions of kind 1, selector 21, flags 0",
+            "addCondition" + ofList + "there are no conditions of kind 1, selector 20, flags 1",
+            "assignACL" + ofList + "packets that leave a port are not filtered",
+            "deassignACL" + ofList + "packets that leave a port are not filtered"));
 }
 
 TEST_F(AccessListTest, NamesArePrintable) {
     EXPECT_EQ(acls().createACL("", remoteAccess), bridge::invalidName);
+    EXPECT_THAT(newMessages(), ElementsAre("createACL of access list \"\": a name has 1 to 100 "
+                                           "printable characters"));
     EXPECT_EQ(acls().createACL("a\nb", remoteAccess), bridge::invalidName);
     EXPECT_EQ(acls().createACL("\xc3\xa4", remoteAccess), bridge::invalidName);
     EXPECT_EQ(acls().createACL(std::string(101, 'a'), remoteAccess), bridge::invalidName);
@@ -193,8 +211,25 @@ TEST_F(AccessListTest, AListIsOnOnePortAndAPortHasOneList) {
     EXPECT_EQ(acls().assignACL("other", 1, false, 5), bridge::portTaken);
     EXPECT_EQ(acls().assignACL("other", 2, false, 0), 0);
     EXPECT_EQ(acls().deassignACL(list, 2, false), bridge::notAssigned);
+    EXPECT_THAT(
+        newMessages(),
+        ElementsAre("deassignACL of access list \"RA_mng0\": it is not assigned to port 1",
+                    "assignACL of access list \"RA_mng0\": there is no port 3",
+                    "assignACL of access list \"RA_mng0\": it is assigned to port 1 already",
+                    "assignACL of access list \"RA_mng0\": it is assigned to port 1 already",
+                    "assignACL of access list \"other\": port 1 has the list \"RA_mng0\"",
+                    "deassignACL of access list \"RA_mng0\": it is not assigned to port 2"));
     EXPECT_EQ(acls().deassignACL(list, 1, false), 0);
     EXPECT_EQ(acls().assignACL(list, 1, false, 0), 0);
+}
+
+TEST_F(AccessListTest, WithoutAFilterNothingIsCounted) {
+    try {
+        framework::framework().ruleCounters();
+        FAIL() << "counted";
+    } catch (const bridge::Failure& failure) {
+        EXPECT_STREQ(failure.what(), "nothing is filtered here, and nothing counted");
+    }
 }
 
 TEST_F(AccessListTest, ADeletedListIsOffItsPort) {

@@ -6,11 +6,14 @@
 
 #include <gmock/gmock.h>
 #include <linux/capability.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
+#include <filesystem>
 #include <system_error>
 
 using bridge::SavedRule;
@@ -48,6 +51,27 @@ private:
     }
 
     Sets saved{};
+};
+
+/// This process may have no more of something for a while.
+class Limited {
+public:
+    Limited(__rlimit_resource limited, rlim_t most) : resource(limited) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        EXPECT_EQ(getrlimit(resource, &saved), 0);
+        const rlimit less{most, saved.rlim_max};
+        EXPECT_EQ(setrlimit(resource, &less), 0);
+    }
+    ~Limited() {
+        EXPECT_EQ(setrlimit(resource, &saved), 0);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    Limited(const Limited&) = delete;
+    Limited& operator=(const Limited&) = delete;
+
+private:
+    const __rlimit_resource resource;
+    rlimit saved{};
 };
 
 class FilterFailureTest : public test::FilterFixture {};
@@ -91,6 +115,36 @@ TEST_F(FilterFailureTest, ARefusedChangeLeavesEverythingAsItWas) {
     EXPECT_THAT(bridge::rulesFormat.parse(saved()).inForce,
                 ElementsAre(SavedRule{1, 0, true}, SavedRule{lan, ~mask24, true}));
     EXPECT_THAT(newMessages(), IsEmpty());
+}
+
+TEST_F(FilterFailureTest, AKernelWithoutAPacketFilterIsNamed) {
+    {
+        // A process that may open nothing more stands for it.
+        const Limited now(RLIMIT_NOFILE, 0);
+        EXPECT_EQ(acls().createACL(list, ACLContainer_t::aclRemoteAccess), bridge::filterFailed);
+    }
+    EXPECT_THAT(newMessages(),
+                ElementsAre("createACL of access list \"RA_mng0\": the kernel has no "
+                            "packet filter: Too many open files"));
+}
+
+TEST_F(FilterFailureTest, ARefusedChangeThatStaysStoredIsSaid) {
+    product.start();
+    unsigned int id = 0;
+    EXPECT_EQ(acls().createRule(list, true, id, 1), 0);
+    EXPECT_EQ(acls().addCondition(list, id, from(1, 0)), 0);
+    {
+        // There is room for less, but not to put back what was there.
+        const Powerless now;
+        const Limited full(RLIMIT_FSIZE, std::filesystem::file_size(savedFile()) - 1);
+        EXPECT_EQ(acls().delCondition(list, id, 1), bridge::filterFailed);
+    }
+    EXPECT_THAT(newMessages(),
+                ElementsAre("a change that was not made stays stored: the rules cannot be stored: "
+                            "cannot write " +
+                                savedFile() + ".new: File too large",
+                            HasSubstr("delCondition of access list \"RA_mng0\": nftables: ")));
+    EXPECT_THAT(bridge::rulesFormat.parse(saved()).inForce, IsEmpty());
 }
 
 TEST_F(FilterFailureTest, CountersThatCannotBeReadAreAnError) {

@@ -129,19 +129,28 @@ TEST_F(SystemMacTest, IsNotKnownWithoutAnEthernetPort) {
     EXPECT_EQ(systemMac(), "failed");
     framework::nameManagementPort("lo");
     EXPECT_EQ(systemMac(), "failed");
+    // Longer than a name can be.
+    framework::nameManagementPort("sixteenlettersxx");
+    EXPECT_EQ(systemMac(), "failed");
     EXPECT_THAT(log.entries(),
                 ElementsAre(Pair(LogImpl::levelError,
                                  "the system's MAC address is not known: interface \"nosuch0\": No "
                                  "such device"),
                             Pair(LogImpl::levelError,
                                  "the system's MAC address is not known: interface \"lo\" is not "
-                                 "an Ethernet interface")));
+                                 "an Ethernet interface"),
+                            Pair(LogImpl::levelError,
+                                 "the system's MAC address is not known: there is no management "
+                                 "port")));
 }
 
 TEST_F(SystemMacTest, IsThatOfTheDefaultBridgeOnly) {
     bridge::setSystemMac(bridge::MacAddress{0, 0x1b, 0x21, 0x3c, 0x4d, 0x5e});
     EXPECT_EQ(systemMac({{0, 0, 0, 0, 0, 0, 0, 1}}), "failed");
     EXPECT_NE(zubridge::instance().mngSystemMacGet(defaultBridge, nullptr), 0);
+    const auto refusal = Pair(LogImpl::levelError,
+                              "the system's MAC address is not known: there is one bridge only");
+    EXPECT_THAT(log.entries(), ElementsAre(refusal, refusal));
 }
 
 TEST(MacText, IsSixBytesOfAStation) {

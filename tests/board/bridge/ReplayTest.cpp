@@ -123,6 +123,34 @@ TEST_F(ReplayTest, ARuleThatIsRefusedStaysStoredInItsPlace) {
     EXPECT_THAT(stored(), (SavedRules{{a, c}, {}}));
 }
 
+TEST_F(ReplayTest, SeveralRulesThatAreRefusedStayStoredEachInItsPlace) {
+    startWith({{a, b, c}, {}});
+    bridge::replayRemoteAccessRules(
+        [&](unsigned int address, unsigned int netmask, int permit, unsigned int place) {
+            return address == b.address ? add(address, netmask, permit, place) : -1;
+        });
+    EXPECT_THAT(newMessages(), ElementsAre(HasSubstr("rule 1 (permit 192.0.2.0, "),
+                                           HasSubstr("rule 3 (permit 10.0.0.0, ")));
+    constexpr SavedRule d{ip(10, 0, 0, 9), 0, true};
+    EXPECT_EQ(product->add(d.address, ~d.wildcard, true), 0);
+    EXPECT_THAT(stored(), (SavedRules{{b, d}, {{1, a}, {3, c}}}));
+    EXPECT_THAT(stored().all(), ElementsAre(a, b, c, d));
+}
+
+TEST_F(ReplayTest, AConfigurationThatIsClearedBeforeTheReplayLeavesNothingToReplay) {
+    startWith({{a, b}, {}});
+    EXPECT_EQ(clearConfiguration(), 1);
+    EXPECT_THAT(stored(), SavedRules());
+    product.emplace(acls());
+    product->start();
+    EXPECT_EQ(product->add(c.address, ~c.wildcard, true), 0);
+    EXPECT_THAT(stored(), (SavedRules{{c}, {}}));
+    bridge::replayRemoteAccessRules([](auto...) {
+        ADD_FAILURE() << "called";
+        return 0;
+    });
+}
+
 TEST_F(ReplayTest, ARuleThatIsSaidToBeAddedButIsNotStaysStored) {
     startWith({{a}, {}});
     bridge::replayRemoteAccessRules([](auto...) { return 0; });
@@ -159,6 +187,9 @@ TEST_F(ReplayTest, AListThatWasNeverMadeLosesNothing) {
     product->stop();
     bridge::replayRemoteAccessRules([](auto...) { return -1; });
     EXPECT_THAT(stored().all(), ElementsAre(a, b));
+    product->start();
+    EXPECT_EQ(product->add(c.address, ~c.wildcard, true), 0);
+    EXPECT_THAT(stored(), (SavedRules{{c}, {{1, a}, {2, b}}}));
 }
 
 TEST_F(ReplayTest, WithNothingStoredNothingIsReplayed) {

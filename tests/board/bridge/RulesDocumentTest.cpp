@@ -69,12 +69,28 @@ TEST(RulesDocument, RulesThatWaitStandInTheirPlaces) {
     EXPECT_THAT((SavedRules{{a}, {{0, b}}}.all()), ElementsAre(b, a));
 }
 
+TEST(RulesDocument, RulesThatWaitAreTakenByRisingPlaceAndThenAsTheyStand) {
+    SavedRules written{{a}, {{2, b}, {1, c}}};
+    const auto read = [&] {
+        return bridge::rulesFormat.parse(bridge::rulesFormat.format(written));
+    };
+    EXPECT_THAT(read().all(), ElementsAre(c, b, a));
+
+    // So many that a sort which is not stable would mix them.
+    written.waiting.clear();
+    for (unsigned int address = 1; address <= 100; ++address) {
+        written.waiting.push_back({3, {address, 0, true}});
+    }
+    EXPECT_EQ(read(), written);
+}
+
 TEST(RulesDocument, DamageIsRefused) {
     for (const char* const damaged :
          {"", "{", "[]", "null", "{}", R"({"version": 1})",
           R"({"version": 1, "rules": {}, "notInForce": []})",
           R"({"version": 1, "rules": 5, "notInForce": []})",
-          R"({"version": "1", "rules": [], "notInForce": []})", R"({"version": 1, "rules": []})",
+          R"({"version": "1", "rules": [], "notInForce": []})",
+          R"({"version": -1, "rules": [], "notInForce": []})", R"({"version": 1, "rules": []})",
           R"({"version": 1, "rules": [], "notInForce": [{"action": "permit", "address": "0.0.0.0",)"
           R"( "wildcard": "0.0.0.0"}]})"}) {
         EXPECT_NE(refusalOf(damaged), "") << damaged;
@@ -85,6 +101,9 @@ TEST(RulesDocument, DamageIsRefused) {
               "there is no action \"pass\"");
     EXPECT_EQ(refusalOf(R"({"version": 2, "rules": [], "notInForce": []})"),
               "it has version 2, this release knows version 1");
+    EXPECT_EQ(refusalOf(R"({"version": 1, "rules": {}, "notInForce": []})"), "rules is not a list");
+    EXPECT_EQ(refusalOf(R"({"version": 1, "rules": [], "notInForce": 7})"),
+              "notInForce is not a list");
     EXPECT_NE(refusalOf(withRule(R"({"action":"permit","address":7,"wildcard":"0.0.0.0"})")), "");
     EXPECT_NE(refusalOf(withRule("5")), "");
     EXPECT_EQ(refusalOf(withRule(R"({"action":"deny","address":"10.0.0.0","wildcard":"0.0.0.0"})")),

@@ -11,6 +11,7 @@ using switchtest::mng;
 using switchtest::uplink;
 using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -130,11 +131,12 @@ TEST_P(DamagedSwitchStorage, IsSetAside) {
     const auto files = filesIn(directory.path());
     ASSERT_THAT(files, ElementsAre(MatchesRegex(asideName)));
     EXPECT_EQ(readFile(directory.path() / files[0]), GetParam().content);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(AllOf(StartsWith("3 " + file.string() + " is damaged ("),
-                                  HasSubstr(GetParam().reason),
-                                  HasSubstr("it is kept as " + file.string() + ".damaged-"),
-                                  HasSubstr("and factory values are used"))));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(AllOf(StartsWith("3 " + file.string() + " is damaged ("),
+                          HasSubstr(GetParam().reason),
+                          EndsWith("): it is kept as " + (directory.path() / files[0]).string() +
+                                   ", and factory values are used"))));
     EXPECT_EQ(create(10), success);
     restart();
     EXPECT_THAT(vlans(), ElementsAre("1: 1* 100", "10:"));
@@ -162,7 +164,8 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{documentWith("[1,100]", "[100]"),
                "the PVID of port 1 is VLAN 1, which it is not in"},
         Damage{documentWith("[1,100]", "[1]"), "the uplink is not in the default VLAN 1"},
-        Damage{documentWith("\"native\":false", "\"native\":true"), "disagree"},
+        Damage{documentWith("\"native\":false", "\"native\":true"),
+               "the mode of the default VLAN and the native VLAN of the uplink disagree"},
         Damage{documentWith("\"native\":false", "\"native\":0"), "type_error"},
         Damage{documentWith("\"managementVlan\":0", "\"managementVlan\":9"),
                "the management VLAN 9 is missing"},
