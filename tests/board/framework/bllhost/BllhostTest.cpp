@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <sstream>
@@ -239,7 +240,8 @@ TEST_P(BllhostControlTest, ServesTheControlProgram) {
               "-1: factory settings could not be applied to \"stuck\": it returned 0");
     // Factory settings clear lists without a lock: only the thread that serves requests may do
     // that.
-    EXPECT_TRUE(host->awaitOutput("quick returns to factory settings on BLLManager_mng\n"))
+    const std::string thread = client.externalMessage("thread", "").substr(std::strlen("0: "));
+    EXPECT_TRUE(host->awaitOutput("quick returns to factory settings on thread " + thread + "\n"))
         << host->output();
     EXPECT_THAT(client.status(),
                 AllOf(Contains("shelfId shelf 7"), Contains("profileMode on"),

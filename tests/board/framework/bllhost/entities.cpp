@@ -4,7 +4,8 @@
 // Remote-access rules are added to a list of the bridge, on the management port; those for the
 // address 0.0.0.1 are refused.
 //
-// External messages: "echo" replies the value; "run" runs the value as a command.
+// External messages: "echo" replies the value; "run" runs the value as a command; "thread" replies
+// the id of the thread that serves it.
 // With QUICK_FAILS in the environment "quick" does not start.
 
 #include "framework/BLEntity.h"
@@ -14,7 +15,6 @@
 #include "platform/interfaces.h"
 #include "platform/zubridge.h"
 
-#include <pthread.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -39,9 +39,7 @@ public:
         return 1;
     }
     int applyDefaultSettings() override {
-        char thread[16] = {};
-        pthread_getname_np(pthread_self(), thread, sizeof thread);
-        say(getName() + " returns to factory settings on " + thread);
+        say(getName() + " returns to factory settings on thread " + std::to_string(gettid()));
         return 1;
     }
     int stop() override {
@@ -76,6 +74,8 @@ void onMessage(const std::string& name, const std::string& value, std::ostringst
                const std::string& sender) {
     if (name == "echo") {
         *reply << value << " from " << sender;
+    } else if (name == "thread") {
+        *reply << gettid();
     } else if (name == "run") {
         *reply << "status " << std::system(value.c_str());
     }
