@@ -2,23 +2,17 @@
 // zone.
 
 #include "contract/Environment.h"
+#include "support/setText.h"
 #include "varo/varoLib.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 namespace {
 
 constexpr int dhcpSource = 1;
 constexpr int cliSource = 2;
-
-template <std::size_t size>
-void put(char (&field)[size], const std::string& text) {
-    ASSERT_LT(text.size(), size);
-    std::memcpy(field, text.c_str(), text.size() + 1);
-}
 
 class ServicesContract : public testing::Test {
 protected:
@@ -126,8 +120,8 @@ TEST_F(ServicesContract, SystemTextsAreSetOneByOne) {
 TEST_F(ServicesContract, SntpServersAreOneListWithTwoViews) {
     rpcSntpConfigHost config{};
     config.mode = 1;
-    put(config.servers[0].host, "ntp.example");
-    put(config.servers[1].host, "192.0.2.1");
+    setText(config.servers[0].host, "ntp.example");
+    setText(config.servers[1].host, "192.0.2.1");
     config.servers[1].ntpVersion = 4;
     config.servers[1].addressType = 1;
     EXPECT_EQ(varoUpdateNtpHost(cliSource, &config), 0);
@@ -143,7 +137,7 @@ TEST_F(ServicesContract, SntpServersAreOneListWithTwoViews) {
 
 TEST_F(ServicesContract, AZoneCanBeRenamedAlone) {
     varoLib_s_sntpTimeZone zone{};
-    put(zone.name, "CET");
+    setText(zone.name, "CET");
     zone.offset = 60;
     zone.dstOffset = 60;
     zone.dstSMonth = 3;
@@ -156,7 +150,7 @@ TEST_F(ServicesContract, AZoneCanBeRenamedAlone) {
     zone.dstETime = 300;
     EXPECT_EQ(varoUpdateSntpTimeZone(&zone), 0);
     varoLib_s_sntpTimeZone renamed{};
-    put(renamed.name, "MEZ");
+    setText(renamed.name, "MEZ");
     EXPECT_EQ(varoUpdateSntpTimeZoneAlt(&renamed), 0);
     varoLib_s_sntpTimeZone read{};
     EXPECT_EQ(varoGetSntpTimeZone(&read), 0);

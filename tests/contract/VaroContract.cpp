@@ -1,6 +1,7 @@
 // What every implementation of the configuration library keeps.
 
 #include "contract/Environment.h"
+#include "support/setText.h"
 #include "varo/varoLib.h"
 
 #include <gtest/gtest.h>
@@ -14,12 +15,6 @@ namespace {
 constexpr int anySource = 0;
 constexpr int dhcpSource = 1;
 constexpr int cliSource = 2;
-
-template <std::size_t size>
-void put(char (&field)[size], const std::string& text) {
-    ASSERT_LT(text.size(), size);
-    std::memcpy(field, text.c_str(), text.size() + 1);
-}
 
 class VaroContract : public testing::Test {
 protected:
@@ -37,14 +32,14 @@ protected:
 
     static void setDns(int source, const std::string& domain, unsigned int primary) {
         varoLib_s_dns dns{};
-        put(dns.domain, domain);
+        setText(dns.domain, domain);
         dns.ip_pri = primary;
         ASSERT_EQ(varoUpdateDnsWS(source, &dns), 0);
     }
     static void setDns6(int source, const std::string& domain, const std::string& primary) {
         varoLib_s_dns6 dns{};
-        put(dns.domain, domain);
-        put(dns.ipv6_pri, primary);
+        setText(dns.domain, domain);
+        setText(dns.ipv6_pri, primary);
         ASSERT_EQ(varoUpdateDns6(source, &dns), 0);
     }
 
@@ -91,7 +86,7 @@ TEST_F(VaroContract, ResolverIsEmptyAtFirst) {
 
 TEST_F(VaroContract, ResolverReadsBackAsWritten) {
     varoLib_s_dns written{};
-    put(written.domain, std::string(255, 'd'));
+    setText(written.domain, std::string(255, 'd'));
     written.ip_pri = 0xffffffff;
     written.ip_sec = 1;
     ASSERT_EQ(varoUpdateDnsWS(cliSource, &written), 0);
@@ -180,7 +175,7 @@ TEST_F(VaroContract, TextsThatDoNotEndAreRefusedAndChangeNothing) {
 TEST_F(VaroContract, InterfaceIsReadInNetworkByteOrder) {
     const Environment::Interface known = Environment::interface();
     varoLib_s_interface interface{};
-    put(interface.name, known.name);
+    setText(interface.name, known.name);
     ASSERT_EQ(varoGetInterface(&interface), 0);
     EXPECT_EQ(ntohl(interface.ipAddr), known.address);
     EXPECT_EQ(ntohl(interface.netmask), known.netmask);
@@ -188,7 +183,7 @@ TEST_F(VaroContract, InterfaceIsReadInNetworkByteOrder) {
 
 TEST_F(VaroContract, InterfaceThatIsNotThereCannotBeRead) {
     varoLib_s_interface interface{};
-    put(interface.name, "nosuchif0");
+    setText(interface.name, "nosuchif0");
     EXPECT_NE(varoGetInterface(&interface), 0);
     std::memset(interface.name, 'x', sizeof interface.name);
     EXPECT_NE(varoGetInterface(&interface), 0);

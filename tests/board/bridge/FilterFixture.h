@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BridgeTest.h"
-#include "Network.h"
+#include "FilterNetwork.h"
 #include "RemoteAccess.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "Network.h"
+#include "FilterNetwork.h"
 #include "support/isolatedTests.h"
 
 /// For the leak check of the address sanitizer: libnftables loses the JSON documents (libjansson)

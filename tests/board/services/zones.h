@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/setText.h"
-#include "varo/sntpRecords.h"
+#include "varo/records.h"
 
 #include <string>
 

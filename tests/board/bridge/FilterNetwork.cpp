@@ -1,4 +1,4 @@
-#include "Network.h"
+#include "FilterNetwork.h"
 
 #include "board/support/Descriptor.h"
 
