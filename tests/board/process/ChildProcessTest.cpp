@@ -43,10 +43,12 @@ std::string endOf(ChildProcess& child) {
 const process::Command listDescriptors{
     "sh", "-c", "for each in 3 4 5 6 7 8 9; do [ -e /proc/$$/fd/$each ] && echo $each; done; true"};
 
+/// A descriptor of this process, not closed on exec, that a child could inherit.
+Descriptor inheritable() { return Descriptor(::fcntl(STDIN_FILENO, F_DUPFD, 5)); }
+
 TEST(ChildProcess, HasNoDescriptorsButTheStandardOnes) {
-    // One of this process that is not closed on exec, on a number of its own.
-    const Descriptor inherited(::fcntl(STDIN_FILENO, F_DUPFD, 5));
-    ASSERT_LT(inherited.get(), 10);
+    const Descriptor other = inheritable();
+    ASSERT_LT(other.get(), 9);
     ChildProcess child(listDescriptors);
     EXPECT_EQ(textFrom(child.output()), "");
     EXPECT_FALSE(child.messages());
@@ -54,6 +56,8 @@ TEST(ChildProcess, HasNoDescriptorsButTheStandardOnes) {
 }
 
 TEST(ChildProcess, HasASocketWhenItNeedsOne) {
+    const Descriptor other = inheritable();
+    ASSERT_LT(other.get(), 9);
     ChildProcess child(listDescriptors, variable);
     EXPECT_EQ(textFrom(child.output()), "9\n");
     ChildProcess speaker({"sh", "-c", "echo one >&$TEST_SOCKET; echo two >&$TEST_SOCKET"},
@@ -68,9 +72,21 @@ TEST(ChildProcess, HasASocketWhenItNeedsOne) {
     EXPECT_EQ(endOf(speaker), "status 0");
 }
 
-TEST(ChildProcess, IsNotToldOfASocketThatItHasNot) {
-    ChildProcess child({"sh", "-c", "echo ${TEST_SOCKET-none}; cat"});
-    EXPECT_EQ(textFrom(child.output()), "none\n");
+TEST(ChildProcess, HasTheEnvironmentOfItsParent) {
+    std::string expected;
+    for (char** each = environ; *each != nullptr; ++each) {
+        expected += std::string(*each) + '\n';
+    }
+    ChildProcess child({"env"});
+    EXPECT_EQ(textFrom(child.output()), expected);
+    ChildProcess told({"env"}, variable);
+    EXPECT_EQ(textFrom(told.output()), expected + "TEST_SOCKET=9\n");
+}
+
+TEST(ChildProcess, HasAnEmptyInput) {
+    ChildProcess child({"cat"});
+    EXPECT_EQ(textFrom(child.output()), "");
+    EXPECT_EQ(endOf(child), "status 0");
 }
 
 TEST(ChildProcess, TellsItsEnd) {
