@@ -33,7 +33,7 @@ public:
     EventServer& operator=(const EventServer&) = delete;
 
     std::string port() const { return listener.number(); }
-    std::string certificate() const { return directory.path() + "/server.crt"; }
+    std::string certificate() const { return directory / "server.crt"; }
 
     /// The head of an answer that an event stream follows.
     static std::string head();

@@ -145,7 +145,7 @@ TEST_F(IpFromAfar, IsAskedAtThePrompt) {
     const TemporaryDirectory home;
     Terminal terminal(
         board.to({}),
-        {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", home.path() + "/state"}});
+        {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", home / "state"}});
     terminal.waitFor("mngctl> ");
     terminal.type("ip set 192.0.2.11/24\r");
     terminal.waitFor("Do it all the same? [y/N] ");

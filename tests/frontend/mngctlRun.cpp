@@ -11,7 +11,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -264,19 +263,6 @@ Outcome CannedBoard::runInside(const std::string& line) const {
     }
     outcome.exit = static_cast<Exit>(WEXITSTATUS(status));
     return outcome;
-}
-
-TemporaryDirectory::TemporaryDirectory() {
-    std::string name = (std::filesystem::temp_directory_path() / "mngctl.XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) {
-        fail("mkdtemp");
-    }
-    directory = name;
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(directory, ignored);
 }
 
 }  // namespace mngctl::test

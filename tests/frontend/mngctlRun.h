@@ -2,6 +2,7 @@
 
 #include "mngctl/outcome.h"
 #include "mngctl/settings.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -96,19 +97,6 @@ private:
     std::string buffered;
     std::string tcpPort;
     std::string udpPort;
-};
-
-/// A directory that is removed with this object.
-class TemporaryDirectory {
-public:
-    TemporaryDirectory();
-    ~TemporaryDirectory();
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-    const std::string& path() const { return directory; }
-
-private:
-    std::string directory;
 };
 
 }  // namespace mngctl::test

@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace mngctl::test {
 namespace {
@@ -17,14 +15,10 @@ using testing::Not;
 class Prompt : public testing::Test {
 protected:
     std::vector<std::pair<std::string, std::string>> environment() const {
-        return {
-            {"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", home.path() + "/state"}};
+        return {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", home / "state"}};
     }
 
-    std::string history() const {
-        std::ifstream file(home.path() + "/state/mngctl/history");
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string history() const { return readFile(home / "state/mngctl/history"); }
 
     TemporaryDirectory home;
     CannedBoard board;
@@ -106,9 +100,9 @@ TEST_F(Prompt, RemembersWhatWasTyped) {
     }
     EXPECT_THAT(history(), HasSubstr("get_telnet"));
     struct stat state{};
-    ASSERT_EQ(::stat((home.path() + "/state/mngctl/history").c_str(), &state), 0);
+    ASSERT_EQ(::stat((home / "state/mngctl/history").c_str(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0600U);
-    ASSERT_EQ(::stat((home.path() + "/state/mngctl").c_str(), &state), 0);
+    ASSERT_EQ(::stat((home / "state/mngctl").c_str(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0700U);
 
     AtPrompt terminal(board.to({}), environment());
@@ -117,7 +111,7 @@ TEST_F(Prompt, RemembersWhatWasTyped) {
 }
 
 TEST_F(Prompt, DoesWithoutAHistoryThatCannotBeKept) {
-    std::ofstream(home.path() + "/state").put('x');  // a file where a directory should be made
+    writeFile(home / "state", "x");  // a file where a directory should be made
     Terminal terminal(board.to({}), environment());
     EXPECT_THAT(terminal.waitFor("mngctl> "), Not(HasSubstr("mngctl:")));
     terminal.type("rpc null\r");
@@ -131,7 +125,7 @@ TEST_F(Prompt, KeepsItsHistoryInTheHomeWithoutAStateDirectory) {
                           {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", ""}});
         EXPECT_EQ(terminal.leave(), 0);
     }
-    EXPECT_TRUE(std::filesystem::exists(home.path() + "/.local/state/mngctl/history"));
+    EXPECT_TRUE(std::filesystem::exists(home / ".local/state/mngctl/history"));
 }
 
 TEST_F(Prompt, KeepsItsConnectionAndMakesItAgainAfterAFailure) {

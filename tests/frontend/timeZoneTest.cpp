@@ -1,7 +1,5 @@
 #include "mngctlRun.h"
 
-#include <fstream>
-
 namespace mngctl::test {
 namespace {
 
@@ -68,18 +66,18 @@ TEST(TimeZone, WithoutDaylightSavingTimeLeavesItsDatesAlone) {
 TEST(TimeZone, IsLookedUpInTheZoneDatabase) {
     const TemporaryDirectory directory;
     const Variable database("TZDIR", directory.path());
-    std::ofstream(directory.path() + "/Town") << "TZif2......\nCET-1CEST,M3.5.0,M10.5.0/3\n";
-    std::ofstream(directory.path() + "/Old") << "TZif\n\n";
-    std::ofstream(directory.path() + "/Empty") << "TZif2.....\n\n";
+    writeFile(directory / "Town", "TZif2......\nCET-1CEST,M3.5.0,M10.5.0/3\n");
+    writeFile(directory / "Old", "TZif\n\n");
+    writeFile(directory / "Empty", "TZif2.....\n\n");
     const CannedBoard board;
     EXPECT_EQ(board.run("time zone set -q Town"), done(""));
     EXPECT_EQ(board.run("time zone set Nowhere"),
-              wrongUsage("there is no zone 'Nowhere' in " + directory.path() +
+              wrongUsage("there is no zone 'Nowhere' in " + directory.path().string() +
                          ": give its rule after the name, such as "
                          "CET-1CEST,M3.5.0,M10.5.0/3"));
     for (const std::string name : {"Old", "Empty"}) {
         EXPECT_EQ(board.run("time zone set " + name),
-                  wrongUsage(directory.path() + "/" + name +
+                  wrongUsage(directory.path().string() + "/" + name +
                              " has no rule for the time to come: give one after the "
                              "name"));
     }
