@@ -25,20 +25,50 @@ using testing::ElementsAre;
 
 namespace {
 
-class ReentrantSharedLockQueueTest : public test::LockFixture {};
+class ReentrantSharedLockQueueTest : public test::LockFixture {
+protected:
+    /// A thread that stands at the end of the queue, and notes its name while it holds the lock.
+    void queueWriter(const std::string& name) {
+        queue([this, name] {
+            ASSERT_TRUE(lock.lockExclusive());
+            order.add(name);
+            lock.unlockExclusive();
+        });
+    }
+    void queueReader(const std::string& name, std::barrier<>* together = nullptr) {
+        queue([this, name, together] {
+            ASSERT_TRUE(lock.lockShared());
+            if (together != nullptr) {
+                together->arrive_and_wait();
+            }
+            order.add(name);
+            lock.unlockShared();
+        });
+    }
+
+    /// The names, once all threads are done.
+    std::vector<std::string> served() {
+        queued.clear();
+        return order.lines();
+    }
+
+private:
+    void queue(std::function<void()> body) {
+        queued.emplace_back(std::move(body));
+        awaitWaiting(queued.size());
+    }
+
+    Journal order;
+    std::vector<std::jthread> queued;
+};
 
 }  // namespace
 
 TEST_F(ReentrantSharedLockQueueTest, AWaiterIsServedWhenTheHolderReleases) {
     ASSERT_TRUE(lock.lockExclusive());
-    auto reader = std::async(std::launch::async, [this] {
-        const bool obtained = lock.lockShared();
-        lock.unlockShared();
-        return obtained;
-    });
-    awaitWaiting(1);
+    queueReader("reader");
     lock.unlockExclusive();
-    EXPECT_TRUE(reader.get());
+    EXPECT_THAT(served(), ElementsAre("reader"));
 }
 
 TEST_F(ReentrantSharedLockQueueTest, ReadersBehindAWriterThatGivesUpAreAdmitted) {
@@ -68,81 +98,36 @@ TEST_F(ReentrantSharedLockQueueTest, ReadersBehindAWriterThatGivesUpAreAdmitted)
 
 TEST_F(ReentrantSharedLockQueueTest, AWaiterInTheMiddleMayGiveUp) {
     ASSERT_TRUE(lock.lockExclusive());
-    Journal order;
-    std::jthread first([&] {
-        ASSERT_TRUE(lock.lockExclusive());
-        order.add("first");
-        lock.unlockExclusive();
-    });
-    awaitWaiting(1);
+    queueWriter("first");
     lock.setWaitLimit(brief);
-    auto second = std::async(std::launch::async, [this] { return lock.lockShared(); });
-    EXPECT_FALSE(second.get());
+    EXPECT_FALSE(elsewhere([this] { return lock.lockShared(); }));
     lock.setWaitLimit(ample);
-    std::jthread third([&] {
-        ASSERT_TRUE(lock.lockExclusive());
-        order.add("third");
-        lock.unlockExclusive();
-    });
-    awaitWaiting(2);
+    queueWriter("third");
     lock.unlockExclusive();
-    first.join();
-    third.join();
-    EXPECT_THAT(order.lines(), ElementsAre("first", "third"));
+    EXPECT_THAT(served(), ElementsAre("first", "third"));
 }
 
 TEST_F(ReentrantSharedLockQueueTest, ServesInTheOrderOfArrivalAndNeighbouringReadersTogether) {
     ASSERT_TRUE(lock.lockExclusive());
-    Journal order;
-    std::barrier bothReaders(2);
-    std::vector<std::jthread> threads;
-    const auto arrive = [&](std::function<void()> body) {
-        threads.emplace_back(std::move(body));
-        awaitWaiting(threads.size());
-    };
-    const auto reader = [&](const std::string& name) {
-        ASSERT_TRUE(lock.lockShared());
-        bothReaders.arrive_and_wait();
-        order.add(name);
-        lock.unlockShared();
-    };
-    const auto writer = [&](const std::string& name) {
-        ASSERT_TRUE(lock.lockExclusive());
-        order.add(name);
-        lock.unlockExclusive();
-    };
-    arrive([&] { reader("readers 1"); });
-    arrive([&] { reader("readers 1"); });
-    arrive([&] { writer("writer 2"); });
-    arrive([&] { writer("writer 3"); });
-    arrive([&] { reader("readers 4"); });
-    arrive([&] { reader("readers 4"); });
-    arrive([&] { writer("writer 5"); });
+    std::barrier both(2);
+    queueReader("readers 1", &both);
+    queueReader("readers 1", &both);
+    queueWriter("writer 2");
+    queueWriter("writer 3");
+    queueReader("readers 4", &both);
+    queueReader("readers 4", &both);
+    queueWriter("writer 5");
     lock.unlockExclusive();
-    threads.clear();
-    EXPECT_THAT(order.lines(), ElementsAre("readers 1", "readers 1", "writer 2", "writer 3",
-                                           "readers 4", "readers 4", "writer 5"));
+    EXPECT_THAT(served(), ElementsAre("readers 1", "readers 1", "writer 2", "writer 3", "readers 4",
+                                      "readers 4", "writer 5"));
 }
 
 TEST_F(ReentrantSharedLockQueueTest, AReaderQueuesBehindAWaitingWriter) {
     ASSERT_TRUE(lock.lockShared());
-    Journal order;
-    std::jthread writer([&] {
-        ASSERT_TRUE(lock.lockExclusive());
-        order.add("writer");
-        lock.unlockExclusive();
-    });
-    awaitWaiting(1);
-    std::jthread reader([&] {
-        ASSERT_TRUE(lock.lockShared());
-        order.add("reader");
-        lock.unlockShared();
-    });
-    awaitWaiting(2);
+    queueWriter("writer");
+    queueReader("reader");
     lock.unlockShared();
-    writer.join();
-    reader.join();
-    EXPECT_THAT(order.lines(), ElementsAre("writer", "reader"));
+    EXPECT_THAT(served(), ElementsAre("writer", "reader"));
 }
 
 // Four readers that release and take it again at once leave hardly a moment without a reader.
