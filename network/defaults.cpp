@@ -6,7 +6,7 @@
 #include "framework/CliConfig.h"
 #include "network/Network.h"
 #include "network/cordProfile.h"
-#include "network/sources.h"
+#include "network/varoSources.h"
 #include "varo/varoLib.h"
 
 #include <cstring>

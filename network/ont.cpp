@@ -92,6 +92,12 @@ private:
 
 zubridge& bridge() { return singleton<zubridge>::instance(); }
 
+void logRefusedMac(Network& network, const unsigned char (&mac)[macSize]) {
+    network.networkBleSyslog(
+        LOG_ERR, "[networkBLE]: setOntMng: Error seting mac %2.2x:%2.2x:%2.2x:%2.2x:%2.2x:%2.2x\n",
+        mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
+}
+
 }  // namespace
 
 int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int vlanId) {
@@ -116,14 +122,12 @@ int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int v
                  ipAddr, error, std::strerror(error))) {
         return -1;
     }
-    if (isOn) {
-        error = interface.setNetmask(netmask);
-        if (reportIf(
-                error != 0,
-                "[networkBLE]: setOntMng: Could not set the subnet mask to 0x%x. Errorcode : %d %s\n",
-                netmask, error, std::strerror(error))) {
-            return -1;
-        }
+    error = isOn ? interface.setNetmask(netmask) : 0;
+    if (reportIf(
+            error != 0,
+            "[networkBLE]: setOntMng: Could not set the subnet mask to 0x%x. Errorcode : %d %s\n",
+            netmask, error, std::strerror(error))) {
+        return -1;
     }
     error = interface.readFlags();
     if (reportIf(error != 0,
@@ -146,17 +150,12 @@ int Network::setOntMng(unsigned int ipAddr, unsigned int netmask, unsigned int v
     error = interface.setMac(mac);
     if (reportIf(error != 0, "[networkBLE]: setOntMng: Could not set the mac. Errorcode : %d %s\n",
                  error, std::strerror(error))) {
-        networkBleSyslog(
-            LOG_ERR,
-            "[networkBLE]: setOntMng: Error seting mac %2.2x:%2.2x:%2.2x:%2.2x:%2.2x:%2.2x\n",
-            mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
+        logRefusedMac(*this, mac);
         return -1;
     }
-    if (isOn) {
-        error = interface.writeFlags(true);
-        if (reportIf(error != 0, flagsFailed, error, std::strerror(error))) {
-            return -1;
-        }
+    error = isOn ? interface.writeFlags(true) : 0;
+    if (reportIf(error != 0, flagsFailed, error, std::strerror(error))) {
+        return -1;
     }
     const unsigned int storedVlan = isOn ? vlanId : idleVlan;
     return resultOf(bridge().gponOntMngVlanSet(storedVlan),

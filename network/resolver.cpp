@@ -3,7 +3,7 @@
 
 #include "network/Network.h"
 #include "network/boundedCopy.h"
-#include "network/sources.h"
+#include "network/varoSources.h"
 #include "varo/varoLib.h"
 
 #include <cstddef>

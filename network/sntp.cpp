@@ -3,7 +3,7 @@
 // logged here.
 
 #include "network/Network.h"
-#include "network/sources.h"
+#include "network/varoSources.h"
 #include "platform/CZuUtil.h"
 #include "varo/varoLib.h"
 

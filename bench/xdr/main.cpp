@@ -25,7 +25,7 @@ struct Characters {
 
 template <std::size_t count>
 bool_t ours(XDR* xdrs, Characters<count>* characters) {
-    return wire::xdrCharacters(xdrs, characters->text, count);
+    return rpc::xdrCharacters(xdrs, characters->text, count);
 }
 
 template <std::size_t count>

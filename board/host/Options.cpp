@@ -82,12 +82,7 @@ private:
     double value;
 };
 
-}  // namespace
-
-std::variant<Options, int> readOptions(int argumentCount, const char* const* arguments) {
-    Options options;
-    CLI::App app(description, "bllhost");
-    app.footer(footer);
+void addFileOptions(CLI::App& app, Options& options) {
     app.add_option("--library", options.library, "Shared library whose entities are run")
         ->type_name("PATH")
         ->required();
@@ -98,6 +93,10 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
     app.add_option("--resolv-conf", options.resolverFile,
                    "File in the form of resolv.conf(5) to write the resolver settings to")
         ->type_name("PATH");
+}
+
+/// What the management interface and its DHCP clients are.
+void addManagementOptions(CLI::App& app, Options& options) {
     app.add_option("--management-interface", options.managementInterface,
                    "Linux interface that is the board's management port")
         ->type_name("NAME")
@@ -122,6 +121,28 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
                    "File with the process id of the auto-configuration client, which is told of a "
                    "new address")
         ->type_name("PATH");
+}
+
+/// The process leaves its working directory.
+void makePathsAbsolute(Options& options) {
+    options.library = std::filesystem::absolute(options.library);
+    options.stateDirectory = std::filesystem::absolute(options.stateDirectory);
+    if (!options.resolverFile.empty()) {
+        options.resolverFile = std::filesystem::absolute(options.resolverFile);
+    }
+    if (!options.acsPidFile.empty()) {
+        options.acsPidFile = std::filesystem::absolute(options.acsPidFile);
+    }
+}
+
+}  // namespace
+
+std::variant<Options, int> readOptions(int argumentCount, const char* const* arguments) {
+    Options options;
+    CLI::App app(description, "bllhost");
+    app.footer(footer);
+    addFileOptions(app, options);
+    addManagementOptions(app, options);
     app.add_option("--board-position", options.boardPosition, "Position of the board in its shelf")
         ->type_name("N")
         ->capture_default_str();
@@ -154,14 +175,7 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? orderlyEnd : wrongUsage;
     }
-    options.library = std::filesystem::absolute(options.library);
-    options.stateDirectory = std::filesystem::absolute(options.stateDirectory);
-    if (!options.resolverFile.empty()) {
-        options.resolverFile = std::filesystem::absolute(options.resolverFile);
-    }
-    if (!options.acsPidFile.empty()) {
-        options.acsPidFile = std::filesystem::absolute(options.acsPidFile);
-    }
+    makePathsAbsolute(options);
     options.stopTimeout = stopTimeout.get();
     options.lockTimeout = lockTimeout.get();
     options.logLevel = static_cast<LogImpl::logLevel_t>(logLevel);

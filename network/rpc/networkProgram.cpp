@@ -13,7 +13,7 @@ namespace {
 
 using namespace rpc;
 
-bool_t xdrTextArgument(XDR* xdrs, char** text) { return wire::xdrText(xdrs, *text); }
+bool_t xdrTextArgument(XDR* xdrs, char** text) { return rpc::xdrText(xdrs, *text); }
 
 // The table's words for types, as filters.
 constexpr xdrproc_t filter_void = rpcVoidFilter;

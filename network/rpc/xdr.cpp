@@ -4,10 +4,10 @@
 
 #include "network/rpc/xdrFields.h"
 
-using wire::flag;
-using wire::run;
-using wire::xdrField;
-using wire::xdrFields;
+using rpc::flag;
+using rpc::run;
+using rpc::xdrField;
+using rpc::xdrFields;
 
 // Types that are a single unit.
 #define TYPE(name) \

@@ -6,7 +6,7 @@
 #include <bit>
 #include <cstring>
 
-namespace wire {
+namespace rpc {
 
 namespace {
 
@@ -123,4 +123,4 @@ bool_t xdrText(XDR* xdrs, char*& text) {
     return done && text != nullptr ? TRUE : FALSE;
 }
 
-}  // namespace wire
+}  // namespace rpc

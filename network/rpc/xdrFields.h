@@ -13,7 +13,7 @@
 
 /// The vocabulary of the XDR filters (RFC 4506): a filter is a list of fields in wire order, and
 /// `xdrFields` runs it in the stream's direction.
-namespace wire {
+namespace rpc {
 
 /// A 32-bit bool, sent as 0 or 1.
 struct Flag {
@@ -149,4 +149,4 @@ bool_t xdrFields(XDR* xdrs, Fields&&... fields) {
     return done ? TRUE : FALSE;
 }
 
-}  // namespace wire
+}  // namespace rpc

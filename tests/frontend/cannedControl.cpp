@@ -62,6 +62,26 @@ void withArgument(SVCXPRT* transport, Filter* filter, const Handle& handle) {
     svc_freeargs(transport, asFilter(filter), &argument);
 }
 
+/// What the board tells of what it has in force.
+void dispatchReport(const svc_req* request, SVCXPRT* transport) {
+    switch (request->rq_proc) {
+        case BLL_CONTROL_RULE_COUNTERS:
+            tell("counters");
+            if (board().behaviour.counters == "none") {
+                return svcerr_noproc(transport);
+            }
+            return sendCounters(transport);
+        case BLL_CONTROL_VLANS:
+            tell("vlans");
+            return sendVlans(transport);
+        case BLL_CONTROL_DHCP:
+            tell("dhcp");
+            return sendDhcp(transport);
+        default:
+            return svcerr_noproc(transport);
+    }
+}
+
 }  // namespace
 
 void dispatchControl(svc_req* request, SVCXPRT* transport) {
@@ -116,20 +136,8 @@ void dispatchControl(svc_req* request, SVCXPRT* transport) {
         case BLL_STOP:
             tell("stop");
             return sendReply(transport, "");
-        case BLL_CONTROL_RULE_COUNTERS:
-            tell("counters");
-            if (board().behaviour.counters == "none") {
-                return svcerr_noproc(transport);
-            }
-            return sendCounters(transport);
-        case BLL_CONTROL_VLANS:
-            tell("vlans");
-            return sendVlans(transport);
-        case BLL_CONTROL_DHCP:
-            tell("dhcp");
-            return sendDhcp(transport);
         default:
-            return svcerr_noproc(transport);
+            return dispatchReport(request, transport);
     }
 }
 

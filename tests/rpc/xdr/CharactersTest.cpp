@@ -54,7 +54,7 @@ TEST(Characters, EncodeToTheBytesOfThePrimitives) {
             for (const InlineRoom& room : rooms()) {
                 Bytes bytes(length * unitSize);
                 ScriptedStream stream(bytes, XDR_ENCODE, room);
-                ASSERT_TRUE(wire::xdrCharacters(stream.get(), text.data(), length));
+                ASSERT_TRUE(rpc::xdrCharacters(stream.get(), text.data(), length));
                 ASSERT_EQ(stream.position(), bytes.size());
                 ASSERT_EQ(bytes, expected);
             }
@@ -82,7 +82,7 @@ TEST(Characters, DecodeTheLowByteWhateverStandsAboveIt) {
             for (const InlineRoom& room : rooms()) {
                 std::string decoded(length, 'x');
                 ScriptedStream stream(bytes, XDR_DECODE, room);
-                ASSERT_TRUE(wire::xdrCharacters(stream.get(), decoded.data(), length));
+                ASSERT_TRUE(rpc::xdrCharacters(stream.get(), decoded.data(), length));
                 ASSERT_EQ(stream.position(), bytes.size());
                 ASSERT_EQ(decoded, text);
             }
@@ -102,7 +102,7 @@ TEST(Characters, GoInlineButForThoseAtTheEndOfTheBuffer) {
         const std::size_t bufferEnds = (start + bytes.size() - 1) / window;
         for (const xdr_op direction : {XDR_ENCODE, XDR_DECODE}) {
             ScriptedStream stream(bytes, direction, roomInWindows(window, start));
-            ASSERT_TRUE(wire::xdrCharacters(stream.get(), text.data(), length));
+            ASSERT_TRUE(rpc::xdrCharacters(stream.get(), text.data(), length));
             EXPECT_LE(stream.calls() - stream.inlineRequests().size(), 16 * bufferEnds);
         }
     }
@@ -115,11 +115,11 @@ TEST(Characters, EndWithTheArray) {
             Bytes bytes((length + 1) * unitSize, 0x41);
             std::string decoded(length + 1, 'x');
             ScriptedStream decoder(bytes, XDR_DECODE, room);
-            ASSERT_TRUE(wire::xdrCharacters(decoder.get(), decoded.data(), length));
+            ASSERT_TRUE(rpc::xdrCharacters(decoder.get(), decoded.data(), length));
             EXPECT_EQ(decoded, std::string(length, 'A') + "x");
 
             ScriptedStream encoder(bytes, XDR_ENCODE, room);
-            ASSERT_TRUE(wire::xdrCharacters(encoder.get(), decoded.data(), length));
+            ASSERT_TRUE(rpc::xdrCharacters(encoder.get(), decoded.data(), length));
             EXPECT_EQ(Bytes(bytes.end() - unitSize, bytes.end()), Bytes(unitSize, 0x41));
         }
     }
@@ -133,9 +133,9 @@ TEST(Characters, FailWhereTheStreamEnds) {
             Bytes bytes(end);
             for (const InlineRoom& room : {roomForEverything(), roomForNothing(), roomUpTo(64)}) {
                 ScriptedStream encoder(bytes, XDR_ENCODE, room);
-                ASSERT_FALSE(wire::xdrCharacters(encoder.get(), text.data(), length));
+                ASSERT_FALSE(rpc::xdrCharacters(encoder.get(), text.data(), length));
                 ScriptedStream decoder(bytes, XDR_DECODE, room);
-                ASSERT_FALSE(wire::xdrCharacters(decoder.get(), text.data(), length));
+                ASSERT_FALSE(rpc::xdrCharacters(decoder.get(), text.data(), length));
             }
         }
     }
@@ -145,7 +145,7 @@ TEST(Characters, TouchNothingWhenFreeing) {
     for (const std::size_t length : lengths()) {
         std::string text(length, 'x');
         ScriptedStream stream({}, XDR_FREE, roomForEverything());
-        EXPECT_TRUE(wire::xdrCharacters(stream.get(), text.data(), length));
+        EXPECT_TRUE(rpc::xdrCharacters(stream.get(), text.data(), length));
         EXPECT_EQ(text, std::string(length, 'x'));
         EXPECT_EQ(stream.calls(), 0U);
     }

@@ -30,7 +30,7 @@ TEST(Texts, ArePaddedWithZerosToAWholeUnit) {
         char* pointer = text.data();
         Bytes bytes(encodedText(text).size(), 0xff);
         MemoryStream stream(bytes, XDR_ENCODE);
-        ASSERT_TRUE(wire::xdrText(stream.get(), pointer));
+        ASSERT_TRUE(rpc::xdrText(stream.get(), pointer));
         EXPECT_EQ(stream.position(), bytes.size());
         EXPECT_EQ(bytes, encodedText(text));
     }
@@ -43,7 +43,7 @@ TEST(Texts, AreDecodedIntoMemoryOfTheirOwn) {
         Bytes bytes = encodedText(text);
         Text decoded;
         MemoryStream stream(bytes, XDR_DECODE);
-        ASSERT_TRUE(wire::xdrText(stream.get(), decoded.pointer));
+        ASSERT_TRUE(rpc::xdrText(stream.get(), decoded.pointer));
         EXPECT_EQ(stream.position(), bytes.size());
         EXPECT_STREQ(decoded.pointer, text.c_str());
     }
@@ -57,7 +57,7 @@ TEST(Texts, MayHoldCharactersOfAnyValueButZero) {
     Bytes bytes = encodedText(text);
     Text decoded;
     MemoryStream stream(bytes, XDR_DECODE);
-    ASSERT_TRUE(wire::xdrText(stream.get(), decoded.pointer));
+    ASSERT_TRUE(rpc::xdrText(stream.get(), decoded.pointer));
     EXPECT_STREQ(decoded.pointer, text.c_str());
 }
 
@@ -95,13 +95,13 @@ TEST(Texts, WithLengthsThatAreNotThereFailAndLeaveNothing) {
 
         Text fromMemory;
         MemoryStream memory(bytes, XDR_DECODE);
-        EXPECT_FALSE(wire::xdrText(memory.get(), fromMemory.pointer));
+        EXPECT_FALSE(rpc::xdrText(memory.get(), fromMemory.pointer));
         EXPECT_EQ(fromMemory.pointer, nullptr);
 
         Text fromConnection;
         Connection connection{.bytes = fragmented(bytes, bytes.size())};
         RecordReader reader(connection, 4000);
-        EXPECT_FALSE(wire::xdrText(reader.get(), fromConnection.pointer));
+        EXPECT_FALSE(rpc::xdrText(reader.get(), fromConnection.pointer));
         EXPECT_EQ(fromConnection.pointer, nullptr);
     }
 }

@@ -1,9 +1,8 @@
 // The process as a whole: its start, its surroundings, its control program and its end.
 
+#include "BllhostTest.h"
+
 #include "ControlClient.h"
-#include "mappers.h"
-#include "support/Process.h"
-#include "support/files.h"
 
 #include <gmock/gmock.h>
 #include <netinet/in.h>
@@ -21,64 +20,12 @@
 
 using test::ControlClient;
 using test::PowerlessMapper;
-using test::RealMapper;
 using test::SilentMapper;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-
-namespace {
-
-class BllhostTest : public testing::Test {
-protected:
-    std::vector<std::string> commandLine(const std::string& library,
-                                         std::vector<std::string> options = {}) const {
-        std::vector<std::string> result{BLLHOST, "--library", library, "--state",
-                                        state.path().string()};
-        result.insert(result.end(), options.begin(), options.end());
-        return result;
-    }
-
-    /// Starts the process with the library of test entities, and waits until it is ready.
-    void startHost(const Process::Environment& variables = {},
-                   const std::string& stopTimeout = "3") {
-        portMapper.emplace();
-        restartHost(variables, stopTimeout);
-    }
-    void restartHost(const Process::Environment& variables = {},
-                     const std::string& stopTimeout = "3") {
-        host.reset();
-        host.emplace(commandLine(ENTITIES, {"--stop-timeout", stopTimeout}), variables);
-        ASSERT_TRUE(host->awaitOutput("bllhost: ready\n")) << host->output();
-    }
-
-    /// Runs a process that cannot start; returns what it printed.
-    std::string failedStart(const std::vector<std::string>& command) {
-        Process process(command);
-        EXPECT_EQ(process.awaitEnd(), 1) << process.output();
-        EXPECT_THAT(process.output(), Not(HasSubstr("bllhost: ready")));
-        return process.output();
-    }
-
-    /// The hexadecimal set of signals of a line of a status file, see proc(5).
-    static unsigned long signalSet(const std::string& status, const std::string& line) {
-        const auto start = status.find(line + ":");
-        if (start == status.npos) {
-            ADD_FAILURE() << line << " is missing in: " << status;
-            return ~0UL;
-        }
-        return std::stoul(status.substr(start + line.size() + 1), nullptr, 16);
-    }
-    static bool contains(unsigned long set, int signal) { return (set >> (signal - 1) & 1) != 0; }
-
-    TemporaryDirectory state;
-    std::optional<RealMapper> portMapper;
-    std::optional<Process> host;
-};
-
-}  // namespace
 
 TEST_F(BllhostTest, HelpTellsOptionsExitStatusesAndAnExample) {
     Process process({BLLHOST, "--help"});
@@ -261,55 +208,6 @@ INSTANTIATE_TEST_SUITE_P(Transports, BllhostControlTest, testing::Values(IPPROTO
                              return transport.param == IPPROTO_UDP ? "udp" : "tcp";
                          });
 
-TEST_F(BllhostTest, KeepsSettingsAcrossRestarts) {
-    startHost();
-    {
-        ControlClient client;
-        client.setShelfId("shelf 7");
-        client.setFeature("httpserver", false);
-        client.setClearConfig(true);
-        client.stop();
-    }
-    EXPECT_EQ(host->awaitEnd(), 0);
-    restartHost();
-    EXPECT_THAT(ControlClient().status(),
-                AllOf(Contains("shelfId shelf 7"), Contains("feature httpserver off"),
-                      Contains("clearConfigInProgress off")));
-}
-
-TEST_F(BllhostTest, StartsWithFactorySettingsWhenTheirFileIsDamaged) {
-    writeFile(state.path() / "framework.json", "{\"shelfId\": ");
-    startHost();
-    EXPECT_THAT(host->output(), HasSubstr("framework.json is damaged and was renamed to "
-                                          "framework.json.damaged-"));
-    EXPECT_THAT(ControlClient().status(), Contains("shelfId "));
-}
-
-TEST_F(BllhostTest, ReturnsTheManagementPortToVlanOneAndKeepsTheRestOfTheSwitch) {
-    writeFile(state.path() / "switch.json",
-              R"({"version":1,"vlans":[{"id":1,"ports":[100]},{"id":10,"ports":[1,100]}],)"
-              R"("pvids":[{"port":1,"vlan":10},{"port":100,"vlan":10}],)"
-              R"("defaultVlan":{"id":10,"native":true},"managementVlan":10,)"
-              R"("managementEntry":null})");
-    startHost();
-    EXPECT_THAT(ControlClient().vlans(),
-                ElementsAre("vlan 1: members 1 100, pvid 1", "vlan 10: members 100, pvid 100",
-                            "default 10 native", "stored 10"));
-    EXPECT_THAT(host->output(), HasSubstr("switch: the management port is back in VLAN 1"));
-}
-
-TEST_F(BllhostTest, RunsOnWithoutASwitchWhoseStateCannotBeUsed) {
-    writeFile(state.path() / "switch.json", R"({"version":2})");
-    startHost();
-    const std::string reason =
-        (state.path() / "switch.json").string() +
-        " cannot be used: it has version 2, this release knows version 1; install the newer "
-        "release again, or move the file away to start from factory values";
-    EXPECT_THAT(host->output(), HasSubstr("switch: returnManagementPort: " + reason));
-    EXPECT_THAT(ControlClient().vlans(),
-                ElementsAre("-1: " + reason, "default 0 tagged", "stored 0"));
-}
-
 TEST_F(BllhostTest, RunsOnWhenAnEntityCannotStart) {
     startHost({{"QUICK_FAILS", "1"}});
     EXPECT_THAT(host->output(),
@@ -372,86 +270,6 @@ TEST_F(BllhostTest, CommandsOfEntitiesHaveTheUsualSignals) {
         EXPECT_FALSE(contains(signalSet(child, "SigIgn"), signal)) << signal;
         EXPECT_FALSE(contains(signalSet(child, "SigCgt"), signal)) << signal;
     }
-}
-
-/// The entities of the test add rules as the network entity does.
-TEST_F(BllhostTest, PutsStoredRulesBackIntoForceAndTellsWhatTheyMatch) {
-    const std::string file = state.path() / "remote-access.json";
-    const std::string stored = R"({
-    "notInForce": [],
-    "rules": [
-        {
-            "action": "permit",
-            "address": "192.0.2.0",
-            "wildcard": "0.0.0.255"
-        },
-        {
-            "action": "deny",
-            "address": "0.0.0.1",
-            "wildcard": "0.0.0.0"
-        },
-        {
-            "action": "deny",
-            "address": "10.0.0.1",
-            "wildcard": "0.0.0.0"
-        }
-    ],
-    "version": 1
-}
-)";
-    writeFile(file, stored);
-    startHost();
-    EXPECT_THAT(host->output(),
-                HasSubstr("stored remote-access rule 2 (deny 0.0.0.1, wildcard 0.0.0.0) could not "
-                          "be put into force (result -1); it stays in " +
-                          file + "\n"));
-    EXPECT_THAT(
-        ControlClient().ruleCounters(),
-        ElementsAre("status 0", "permit c0000200 ffffff00 0 packets 0 bytes",
-                    "deny a000001 ffffffff 0 packets 0 bytes", "deny 0 0 0 packets 0 bytes"));
-    EXPECT_EQ(readFile(file), stored);
-
-    // The next process finds the same, also when this one was killed, and what it left in the
-    // kernel does no harm.
-    host->signal(SIGKILL);
-    EXPECT_EQ(host->awaitEnd(), -SIGKILL);
-    restartHost();
-    EXPECT_EQ(ControlClient().ruleCounters().size(), 4U);
-    EXPECT_EQ(readFile(file), stored);
-}
-
-TEST_F(BllhostTest, WithoutAFilterThereAreNoCounters) {
-    portMapper.emplace();
-    host.emplace(commandLine(ENTITIES, {"--filter-table", ""}));
-    ASSERT_TRUE(host->awaitOutput("bllhost: ready\n")) << host->output();
-    EXPECT_THAT(ControlClient().ruleCounters(), ElementsAre("status -1"));
-}
-
-TEST_F(BllhostTest, DoesNotStartWithStoredRulesThatCannotBeRead) {
-    portMapper.emplace();
-    std::filesystem::create_directory(state.path() / "remote-access.json");
-    EXPECT_THAT(failedStart(commandLine(ENTITIES)),
-                HasSubstr("bllhost: the remote-access rules cannot be read: cannot read " +
-                          state.path().string() + "/remote-access.json: Is a directory."));
-}
-
-TEST_F(BllhostTest, DoesNotStartWithRulesOrSettingsOfALaterRelease) {
-    portMapper.emplace();
-    const auto refusal = [&](const char* what, const std::string& name) {
-        const std::string later = R"({"version": 2})";
-        const std::filesystem::path file = state.path() / name;
-        writeFile(file, later);
-        EXPECT_THAT(
-            failedStart(commandLine(ENTITIES)),
-            HasSubstr(std::string("bllhost: the ") + what + " cannot be read: " + file.string() +
-                      " cannot be used: it has version 2, this release knows version 1; install "
-                      "the newer release again, or move the file away to start from factory "
-                      "values.\n"));
-        EXPECT_EQ(readFile(file), later);
-        std::filesystem::remove(file);
-    };
-    refusal("remote-access rules", "remote-access.json");
-    refusal("framework's settings", "framework.json");
 }
 
 TEST_F(BllhostTest, DoesNotStartWithoutItsControlProgram) {
