@@ -2,8 +2,7 @@
 
 #include "board/varo/link/Ipv4Keeper.h"
 #include "board/varo/link/Ipv6Keeper.h"
-#include "board/varo/settings/appliers.h"
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/store/schema.h"
 
 #include <functional>
@@ -17,7 +16,7 @@ constexpr const char* storeName = "varo.db";
 
 Log systemLog() { return support::systemLog("varo: "); }
 
-int factoryThreshold() { return internalConfigGroup().factory().severity; }
+int factoryThreshold() { return internalConfigSetting().factory().severity; }
 
 }  // namespace
 
@@ -40,13 +39,13 @@ void Library::configure(Configuration given) {
 
 void Library::open() {
     const std::lock_guard alone(lifecycle);
-    const Lock lock(changing);
+    Lock lock(changing);
     {
         const std::lock_guard locked(guard);
         closed = false;
     }
-    const auto opened = openStore(lock);
-    applyAll(opened->store, opened->configuration, keepers);
+    auto opened = openStore(lock);
+    applyAll(Change(*this, std::move(lock), std::move(opened)));
 }
 
 void Library::close() {
@@ -94,21 +93,21 @@ std::shared_ptr<Library::Opened> Library::opened() {
     if (auto store = usable()) {
         return store;
     }
-    return openOnFirstUse(Lock(changing));
+    return change().opened;
 }
 
-std::shared_ptr<Library::Opened> Library::openOnFirstUse(const Lock& changingHeld) {
-    if (auto store = usable()) {
-        return store;
+Library::Change::Change(Library& changed)
+    : library(changed), lock(library.changing), opened(library.usable()) {
+    if (opened) {
+        return;
     }
-    auto opened = openStore(changingHeld);
+    opened = library.openStore(lock);
     try {
-        applyAll(opened->store, opened->configuration, keepers);
+        applyAll(*this);
     } catch (...) {
         // The store is open, which is what the call needs.
-        support::report("opening on first use", internalError, std::ref(log));
+        support::report("opening on first use", internalError, std::ref(library.log));
     }
-    return opened;
 }
 
 std::shared_ptr<Library::Opened> Library::openStore(const Lock&) {

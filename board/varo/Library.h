@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace varo {
 
@@ -38,8 +39,10 @@ public:
 
     private:
         friend class Library;
-        explicit Change(Library& changed)
-            : library(changed), lock(library.changing), opened(library.openOnFirstUse(lock)) {}
+        /// Opens the store if need be.
+        explicit Change(Library& changed);
+        Change(Library& changed, std::unique_lock<std::mutex> held, std::shared_ptr<Opened> store)
+            : library(changed), lock(std::move(held)), opened(std::move(store)) {}
 
         Library& library;
         std::unique_lock<std::mutex> lock;
@@ -80,7 +83,6 @@ private:
 
     std::shared_ptr<Opened> usable();
     std::shared_ptr<Opened> openStore(const Lock& changingHeld);
-    std::shared_ptr<Opened> openOnFirstUse(const Lock& changingHeld);
 };
 
 /// Runs a body that no exception may leave; returns the result of the call.

@@ -1,11 +1,8 @@
 #include "board/varo/link/Ipv4Keeper.h"
 
-#include "board/varo/link/addressing.h"
 #include "board/varo/link/dhcpProgram.h"
-#include "board/varo/settings/appliers.h"
-#include "board/varo/settings/groups.h"
-#include "board/varo/settings/sources.h"
-#include "board/varo/store/Column.h"
+#include "board/varo/link/managementIpv4.h"
+#include "board/varo/settings/allSettings.h"
 
 #include <fmt/format.h>
 #include <syslog.h>
@@ -20,8 +17,7 @@ void log(int level, const std::string& text) { Library::instance().log(level, te
 
 /// Makes these the resolver values that were learnt.
 void learnResolver(Library::Change& change, const varoLib_s_dns& dns) {
-    change.store().session().write(dnsGroup(), fromDhcp, dns);
-    applyResolver(change.store(), change.configuration());
+    dnsSetting().store(change, fromDhcp, dns);
 }
 
 varoLib_s_dns resolverOf(const Lease& lease) {
@@ -63,7 +59,8 @@ void Ipv4Keeper::lookAt(Netlink& netlink, const std::optional<Netlink::Link>& li
 void Ipv4Keeper::applyAgain(Library::Change& change, Netlink& netlink, const Netlink::Link& link) {
     const auto [settings, isDhcpOn] = [&] {
         auto session = change.store().session();
-        return std::pair(session.read(ipv4Group()), session.read(dhcpGroup()).dhcpEnabled != 0);
+        return std::pair(session.read(ipv4Setting().group()),
+                         session.read(dhcpSetting().group()).dhcpEnabled != 0);
     }();
     if (!isDhcpOn) {
         applySettings(netlink, names.interface, link.index, settings);
@@ -164,7 +161,7 @@ std::uint32_t Ipv4Keeper::gatewayOf(Library::Change& change) const {
     if (lease && lease->router != 0) {
         return lease->router;
     }
-    return change.store().session().read(ipv4Group()).gateway;
+    return change.store().session().read(ipv4Setting().group()).gateway;
 }
 
 }  // namespace varo

@@ -1,12 +1,10 @@
 #include "board/varo/link/Ipv6Keeper.h"
 
-#include "board/varo/link/addressing.h"
-#include "board/varo/link/addressingIpv6.h"
 #include "board/varo/link/dhcpProgram.h"
-#include "board/varo/settings/appliers.h"
-#include "board/varo/settings/checks.h"
-#include "board/varo/settings/groups.h"
-#include "board/varo/settings/sources.h"
+#include "board/varo/link/managementIpv4.h"
+#include "board/varo/link/managementIpv6.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/valueChecks.h"
 
 #include <fmt/format.h>
 #include <syslog.h>
@@ -24,8 +22,7 @@ void learnResolver(Library::Change& change, const Lease6& lease) {
     copyInto(dns.domain, lease.domain);
     copyInto(dns.ipv6_pri, lease.primaryServer);
     copyInto(dns.ipv6_sec, lease.secondaryServer);
-    change.store().session().write(dns6Group(), fromDhcp, dns);
-    applyResolver(change.store(), change.configuration());
+    dns6Setting().store(change, fromDhcp, dns);
 }
 
 bool contains(const std::vector<Ipv6Address>& addresses, const Ipv6Address& address) {
@@ -70,7 +67,7 @@ void Ipv6Keeper::lookAt(Netlink& netlink, const std::optional<Netlink::Link>& li
         return;
     }
     const auto change = Library::instance().change();
-    const Ipv6Settings settings = change.store().session().read(ipv6Group());
+    const Ipv6Settings settings = change.store().session().read(ipv6Setting().group());
     applySettings(netlink, names.interface, link->index, settings);
 }
 
@@ -108,7 +105,7 @@ void Ipv6Keeper::applyLease(Library::Change& change, std::uint64_t start, const 
     guarded(names.client.c_str(), [&] { learnResolver(change, lease); });
     Netlink netlink;
     const int index = requiredLink(netlink, names.interface).index;
-    const Ipv6Settings settings = change.store().session().read(ipv6Group());
+    const Ipv6Settings settings = change.store().session().read(ipv6Setting().group());
     const auto byHand = storedPrefix(settings);
     if (!byHand || byHand->address != lease.address) {
         putLeasedAddress(netlink, names.interface, index, lease);

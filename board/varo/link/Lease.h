@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/varo/settings/ipv4.h"
+#include "board/varo/link/ipv4Prefix.h"
 
 #include <cstdint>
 #include <string>

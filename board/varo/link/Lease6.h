@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/varo/settings/ipv6.h"
+#include "board/varo/link/ipv6Prefix.h"
 
 #include <cstdint>
 #include <optional>

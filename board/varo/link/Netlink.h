@@ -1,7 +1,7 @@
 #pragma once
 
-#include "board/varo/settings/ipv4.h"
-#include "board/varo/settings/ipv6.h"
+#include "board/varo/link/ipv4Prefix.h"
+#include "board/varo/link/ipv6Prefix.h"
 
 #include <array>
 #include <cstdint>

@@ -1,25 +1,26 @@
-#include "board/varo/settings/checks.h"
-#include "board/varo/settings/groupsServices.h"
-#include "board/varo/settings/singleRecord.h"
-#include "board/varo/settings/sources.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/valueChecks.h"
 #include "varo/varoLib.h"
+
+#include <fmt/format.h>
 
 namespace varo {
 
-namespace {
-
-bool namesAnything(const varoLib_s_acs& acs) { return acs.enabled != 0; }
-
-}  // namespace
-
-void applyAcs(RecordStore& store, const Configuration& configuration) {
-    apply(configuration.appliers.acs, "auto-configuration", [&] {
-        auto session = store.session();
-        int source = libraryChooses;
-        varoLib_s_acs inForce = readInForce(session, acsGroup(), source, namesAnything);
-        inForce.source = source;
-        return inForce;
+/// Off until somebody switches it on: the client lets a server change the board's configuration.
+const SettingBySource<varoLib_s_acs>& acsSetting() {
+    using Record = varoLib_s_acs;
+    static const auto& setting = *new SettingBySource<Record>({
+        .group = {"acs",
+                  Rows::bySource,
+                  {.enabled = 0, .source = 0},
+                  {
+                      column("enabled", &Record::enabled),
+                  }},
+        .namesAnything = [](const Record& acs) { return acs.enabled != 0; },
+        .complete = [](Record& acs, int source) { acs.source = source; },
+        .apply = toHost("auto-configuration", &Appliers::acs),
     });
+    return setting;
 }
 
 }  // namespace varo
@@ -34,17 +35,10 @@ int varoUpdateAcs(varoLib_s_acs* acs, int source) {
                 fmt::format("source: {} in the record, {} in the call", given.source, source));
         }
         varo::checkSwitch("enabled", given.enabled);
-        const auto change = varo::Library::instance().change();
-        change.store().session().write(varo::acsGroup(), row, given);
-        varo::applyAcs(change.store(), change.configuration());
+        varo::acsSetting().store(varo::Library::instance().change(), row, given);
     });
 }
 
 int varoDefAcs(varoLib_s_acs* acs, int source) {
-    return varo::answer(__func__, [&] {
-        varoLib_s_acs& filled = varo::required(acs);
-        const int row = varo::storedSource(source);
-        filled = varo::acsGroup().factory();
-        filled.source = row;
-    });
+    return varo::acsSetting().fillFactory(__func__, source, acs);
 }

@@ -1,9 +1,8 @@
 #include "board/varo/link/Ipv4Keeper.h"
-#include "board/varo/link/addressing.h"
 #include "board/varo/link/dhcpProgram.h"
-#include "board/varo/settings/appliers.h"
-#include "board/varo/settings/groups.h"
-#include "board/varo/settings/sources.h"
+#include "board/varo/link/managementIpv4.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/clientSwitch.h"
 #include "varo/varoLib.h"
 
 #include <fmt/format.h>
@@ -12,9 +11,6 @@
 namespace varo {
 
 namespace {
-
-/// What an update is made with.
-constexpr std::uint32_t updateSelector = 2;
 
 /// Puts the stored address and gateway into force.
 void applyStored(Netlink& netlink, const std::string& name, const Netlink::Link& link,
@@ -39,7 +35,7 @@ Ipv4Settings frozen(Netlink& netlink, const std::string& name, int index) {
     return settings;
 }
 
-void switchOff(Library::Change& change) {
+void switchOff(const Library::Change& change) {
     const std::string& name = change.configuration().managementInterface;
     if (name.empty()) {
         return;
@@ -47,52 +43,12 @@ void switchOff(Library::Change& change) {
     Netlink netlink;
     const auto link = netlink.link(name);
     const Ipv4Settings settings = link ? frozen(netlink, name, link->index) : Ipv4Settings{};
-    change.store().session().write(ipv4Group(), singleRow, settings);
+    change.store().session().write(ipv4Setting().group(), singleRow, settings);
 }
 
-void forgetLearntResolver(Library::Change& change) {
-    change.store().session().write(dnsGroup(), fromDhcp, dnsGroup().factory());
-    applyResolver(change.store(), change.configuration());
-}
-
-/// Stores the record, and what a switch changes besides it. What is stored makes sense after each
-/// step, should the process end in between. Returns true when the client was switched off.
-bool store(Library::Change& change, const varoLib_s_dhcp& dhcp) {
-    const bool wasOn = change.store().session().read(dhcpGroup()).dhcpEnabled != 0;
-    const bool isOn = dhcp.dhcpEnabled != 0;
-    if (wasOn && !isOn) {
-        switchOff(change);
-    }
-    change.store().session().write(dhcpGroup(), singleRow, dhcp);
-    if (!wasOn && isOn) {
-        change.store().session().write(ipv4Group(), singleRow, ipv4Group().factory());
-    }
-    return wasOn && !isOn;
-}
-
-}  // namespace
-
-void applyIpv4(RecordStore& store, const Configuration& configuration, Keepers& keepers) {
-    if (configuration.managementInterface.empty()) {
-        return;
-    }
-    const auto [settings, dhcp] = [&] {
-        auto session = store.session();
-        return std::pair(session.read(ipv4Group()), session.read(dhcpGroup()));
-    }();
-    const auto command = commandOf(udhcpc, configuration.dhcpClient, configuration, dhcp);
-    if (keepers.ipv4) {
-        keepers.ipv4->want(command);
-        return;
-    }
-    // It watches before the interface is looked for, so that none can come unseen.
-    auto made = std::make_shared<Ipv4Keeper>(configuration);
-    made->want(command);
-    const std::string& name = configuration.managementInterface;
-    Netlink netlink;
-    const auto link = netlink.link(name);
-    made->start(netlink, link);
-    keepers.ipv4 = std::move(made);
+/// Puts the interface into operation that nobody has looked after yet.
+void begin(Netlink& netlink, const std::string& name, const std::optional<Netlink::Link>& link,
+           const Ipv4Settings& settings, bool isDhcpOn) {
     if (!link) {
         Library::instance().log(
             LOG_WARNING,
@@ -103,46 +59,76 @@ void applyIpv4(RecordStore& store, const Configuration& configuration, Keepers& 
     if (!link->isUp) {
         bringUp(netlink, name, link->index);
     }
-    if (dhcp.dhcpEnabled == 0) {
+    if (!isDhcpOn) {
         applyStored(netlink, name, *link, settings);
     }
 }
 
-}  // namespace varo
-
-int varoGetDhcp(varoLib_s_dhcp* dhcp) {
-    return varo::answer(__func__, [&] {
-        varoLib_s_dhcp& record = varo::required(dhcp);
-        const auto opened = varo::Library::instance().opened();
-        record = opened->store.session().read(varo::dhcpGroup());
-    });
+/// Puts the management interface's address and gateway, or its client, into force.
+void apply(const Library::Change& change) {
+    const std::string& name = change.configuration().managementInterface;
+    if (name.empty()) {
+        return;
+    }
+    const auto [settings, dhcp] = [&] {
+        auto session = change.store().session();
+        return std::pair(session.read(ipv4Setting().group()), session.read(dhcpSetting().group()));
+    }();
+    keepWith(change, &Keepers::ipv4,
+             commandOf(udhcpc, change.configuration().dhcpClient, change.configuration(), dhcp),
+             [&, &settings = settings, &dhcp = dhcp](Netlink& netlink, const auto& link) {
+                 begin(netlink, name, link, settings, dhcp.dhcpEnabled != 0);
+             });
 }
 
-int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
-    return varo::answer(__func__, [&] {
-        const varoLib_s_dhcp& record = varo::required(dhcp);
-        if (record.updateSelector != varo::updateSelector) {
-            throw varo::Failure(varo::invalidValue,
-                                fmt::format("there is no update {}", record.updateSelector));
-        }
-        std::shared_ptr<varo::Ipv4Keeper> keeper;
-        std::uint64_t wish = 0;
-        {
-            auto change = varo::Library::instance().change();
-            const bool isSwitchedOff = varo::store(change, record);
-            varo::applyIpv4(change.store(), change.configuration(), change.keepers());
-            keeper = change.keepers().ipv4;
-            if (keeper) {
-                wish = keeper->wish();
-            }
-            if (isSwitchedOff) {
-                varo::forgetLearntResolver(change);
-            }
-        }
-        if (keeper && !keeper->awaitSettled(wish)) {
-            throw varo::Failure(varo::applyFailed, "the DHCP client before does not end");
-        }
+/// What a switch changes besides the record makes sense after each step, should the process end in
+/// between.
+void store(const Library::Change& change, const varoLib_s_dhcp& dhcp) {
+    const bool wasOn = dhcpSetting().stored(change.store()).dhcpEnabled != 0;
+    const bool isOn = dhcp.dhcpEnabled != 0;
+    if (wasOn && !isOn) {
+        switchOff(change);
+    }
+    change.store().session().write(dhcpSetting().group(), singleRow, dhcp);
+    if (!wasOn && isOn) {
+        change.store().session().write(ipv4Setting().group(), singleRow, ipv4Setting().factory());
+    }
+    apply(change);
+    if (wasOn && !isOn) {
+        dnsSetting().store(change, fromDhcp, dnsSetting().group().factory());
+    }
+}
+
+}  // namespace
+
+const Setting<varoLib_s_dhcp>& dhcpSetting() {
+    using Record = varoLib_s_dhcp;
+    static const auto& setting = *new Setting<Record>({
+        .group = {"dhcp",
+                  Rows::single,
+                  {.updateSelector = 0,
+                   .dhcpEnabled = 1,
+                   .vendorClassEnabled = 0,
+                   .circuitId = {},
+                   .option82Enabled = 0},
+                  {
+                      column("enabled", &Record::dhcpEnabled),
+                      column("vendor_class", &Record::vendorClassEnabled),
+                      column("option82", &Record::option82Enabled),
+                      column("circuit_id", &Record::circuitId),
+                  }},
+        .apply = [](const Library::Change& change, const auto&) { apply(change); },
     });
+    return setting;
+}
+
+}  // namespace varo
+
+int varoGetDhcp(varoLib_s_dhcp* dhcp) { return varo::dhcpSetting().read(__func__, dhcp); }
+
+int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
+    return varo::updateClient(__func__, dhcp, &varo::Keepers::ipv4,
+                              "the DHCP client before does not end", varo::store);
 }
 
 int varoDhcpRetreatAlrServNotResponding() {

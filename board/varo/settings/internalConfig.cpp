@@ -1,22 +1,30 @@
-#include "board/varo/Library.h"
-#include "board/varo/settings/appliers.h"
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "varo/varoLib.h"
 
 namespace varo {
 
-void applyInternalConfig(RecordStore& store) {
-    Library::instance().log.setThreshold(store.session().read(internalConfigGroup()).severity);
+const Setting<varoLib_s_internalConfig>& internalConfigSetting() {
+    using Record = varoLib_s_internalConfig;
+    static const auto& setting = *new Setting<Record>({
+        .group = {"internal_config",
+                  Rows::single,
+                  {.severity = 3},
+                  {
+                      column("severity", &Record::severity),
+                  }},
+        // The library's own log threshold.
+        .apply =
+            [](const auto&, const auto& stored) {
+                Library::instance().log.setThreshold(stored().severity);
+            },
+    });
+    return setting;
 }
 
 }  // namespace varo
 
 int varoGetInternalConfig(varoLib_s_internalConfig* config) {
-    return varo::answer(__func__, [&] {
-        auto& record = varo::required(config);
-        const auto opened = varo::Library::instance().opened();
-        record = opened->store.session().read(varo::internalConfigGroup());
-    });
+    return varo::internalConfigSetting().read(__func__, config);
 }
 
 /// Should the two severities differ, the second argument wins, as it is what takes effect at once:
@@ -26,8 +34,6 @@ int varoUpdateInternalConfig(varoLib_s_internalConfig* config, std::int16_t seve
     return varo::answer(__func__, [&] {
         auto record = varo::required(config);
         record.severity = severity;
-        const auto change = varo::Library::instance().change();
-        change.store().session().write(varo::internalConfigGroup(), varo::singleRow, record);
-        varo::applyInternalConfig(change.store());
+        varo::internalConfigSetting().store(varo::Library::instance().change(), record);
     });
 }

@@ -1,124 +1,217 @@
-#include "board/varo/settings/ipv6.h"
+#include "board/varo/link/managementIpv4.h"
+#include "board/varo/link/managementIpv6.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/valueChecks.h"
+#include "varo/varoLib.h"
 
-#include "board/varo/link/reportText.h"
-#include "board/varo/varoCodes.h"
-
-#include <arpa/inet.h>
 #include <fmt/format.h>
+#include <syslog.h>
 
 #include <algorithm>
-#include <cstring>
+#include <string>
 
 namespace varo {
 
 namespace {
 
-in6_addr asSystem(const Ipv6Address& address) {
-    in6_addr result{};
-    static_assert(sizeof result.s6_addr == sizeof address.bytes);
-    std::memcpy(result.s6_addr, address.bytes.data(), address.bytes.size());
-    return result;
+/// Between two addresses of a list.
+constexpr char separator = ' ';
+
+/// Edits what is set by hand with nobody else's changes in between. Nothing is stored when `edit`
+/// throws.
+template <class Edit>
+void changeByHand(Edit edit) {
+    const auto change = Library::instance().change();
+    Ipv6Settings settings = change.store().session().read(ipv6Setting().group());
+    edit(change.configuration().managementInterface, settings);
+    change.store().session().write(ipv6Setting().group(), singleRow, settings);
 }
 
-/// Prefixes from here on have no address for all of the network's routers (RFC 6164).
-constexpr unsigned pointToPoint = 127;
+/// Acts on the interface; where none is configured, settings are kept only. Throws Failure
+/// (noSuchInterface).
+template <class Act>
+void onLink(const std::string& name, Act act) {
+    if (!name.empty()) {
+        Netlink netlink;
+        act(netlink, requiredLink(netlink, name).index);
+    }
+}
 
-bool isZeroBehind(const Ipv6Address& address, unsigned length) {
-    for (unsigned bit = length; bit < longestIpv6Prefix; ++bit) {
-        if ((address.bytes[bit / 8] >> (7 - bit % 8) & 1) != 0) {
-            return false;
+void checkIsAnother(Netlink& netlink, int index, const Ipv6Address& gateway) {
+    for (const auto& address : netlink.ipv6Addresses(index)) {
+        if (address.prefix.address == gateway) {
+            throw Failure(invalidValue, fmt::format("the gateway {} is the board's own address",
+                                                    ipv6Text(gateway)));
         }
     }
-    return true;
 }
 
-Ipv6Address required(std::string_view text) {
-    const auto address = parsedIpv6(text);
-    if (!address) {
-        throw Failure(invalidValue, fmt::format("{} is not an IPv6 address", quoted(text)));
+/// The addresses as one text; those that do not fit are counted.
+std::string listText(const std::vector<Netlink::AddressInUse>& addresses, std::size_t longest,
+                     std::size_t& leftOut) {
+    std::string text;
+    for (const auto& address : addresses) {
+        const std::string next = prefixText(address.prefix);
+        if (text.size() + 1 + next.size() > longest) {
+            ++leftOut;
+            continue;
+        }
+        if (!text.empty()) {
+            text += separator;
+        }
+        text += next;
     }
-    return *address;
+    return text;
+}
+
+/// What the kernel has; an interface that is not there has nothing.
+void readInForce(varoLib_s_ipv6& record, const Configuration& configuration,
+                 const Ipv6Settings& settings) {
+    Netlink netlink;
+    const auto link = netlink.link(configuration.managementInterface);
+    if (!link) {
+        return;
+    }
+    const auto addresses = netlink.ipv6Addresses(link->index);
+    const auto byHand = storedPrefix(settings);
+    auto configured = std::find_if(addresses.begin(), addresses.end(), [&](const auto& each) {
+        return byHand && each.prefix == *byHand;
+    });
+    if (configured == addresses.end()) {
+        configured = std::find_if(addresses.begin(), addresses.end(),
+                                  [](const auto& each) { return each.isLeased; });
+    }
+    if (configured != addresses.end()) {
+        copyInto(record.ipv6Addr, ipv6Text(configured->prefix.address));
+        record.prefixLen = configured->prefix.length;
+    }
+    std::size_t leftOut = 0;
+    copyInto(record.ipv6AddrList, listText(addresses, sizeof record.ipv6AddrList - 1, leftOut));
+    if (leftOut != 0) {
+        Library::instance().log(
+            LOG_WARNING, fmt::format("{} of {} IPv6 addresses have no room in the list", leftOut,
+                                     addresses.size()));
+    }
+    if (const auto gateway = netlink.ipv6Gateway(link->index)) {
+        copyInto(record.ipv6Gw, ipv6Text(*gateway));
+    }
+}
+
+/// What is stored, where there is no interface to read from.
+void readStored(varoLib_s_ipv6& record, const Ipv6Settings& settings) {
+    if (const auto prefix = storedPrefix(settings)) {
+        copyInto(record.ipv6Addr, ipv6Text(prefix->address));
+        record.prefixLen = prefix->length;
+        copyInto(record.ipv6AddrList, prefixText(*prefix));
+    }
+    if (const auto gateway = storedGateway(settings)) {
+        copyInto(record.ipv6Gw, ipv6Text(*gateway));
+    }
 }
 
 }  // namespace
 
-std::string ipv6Text(const Ipv6Address& address) {
-    const in6_addr system = asSystem(address);
-    std::array<char, INET6_ADDRSTRLEN> text{};
-    ::inet_ntop(AF_INET6, &system, text.data(), text.size());
-    return text.data();
-}
-
-std::string prefixText(const Ipv6Prefix& prefix) {
-    return fmt::format("{}/{}", ipv6Text(prefix.address), prefix.length);
-}
-
-std::optional<Ipv6Address> parsedIpv6(std::string_view text) {
-    in6_addr system{};
-    // A text that contains a zero byte would be read up to it.
-    if (text.find('\0') != std::string_view::npos ||
-        ::inet_pton(AF_INET6, std::string(text).c_str(), &system) != 1) {
-        return std::nullopt;
-    }
-    Ipv6Address address;
-    std::memcpy(address.bytes.data(), system.s6_addr, address.bytes.size());
-    return address;
-}
-
-bool isLinkLocal(const Ipv6Address& address) {
-    const in6_addr system = asSystem(address);
-    return IN6_IS_ADDR_LINKLOCAL(&system);
-}
-
-bool isHostAddress(const Ipv6Address& address) {
-    const in6_addr system = asSystem(address);
-    // Besides IPv4-compatible addresses, ::/96 has the unspecified and the loopback one.
-    const bool isFirst96Zero = std::all_of(address.bytes.begin(), address.bytes.begin() + 12,
-                                           [](unsigned char byte) { return byte == 0; });
-    return !isFirst96Zero && !IN6_IS_ADDR_V4MAPPED(&system) && !IN6_IS_ADDR_MULTICAST(&system);
-}
-
-Ipv6Prefix checkedPrefix(std::string_view text, std::uint32_t length) {
-    const Ipv6Address address = required(text);
-    if (length < 1 || length > longestIpv6Prefix) {
-        throw Failure(invalidValue, fmt::format("the prefix length {} is not in 1 to {}", length,
-                                                longestIpv6Prefix));
-    }
-    const Ipv6Prefix prefix{address, length};
-    if (!isHostAddress(address)) {
-        throw Failure(invalidValue,
-                      fmt::format("{} is not the address of a host", ipv6Text(address)));
-    }
-    if (length < pointToPoint && isZeroBehind(address, length)) {
-        throw Failure(invalidValue, fmt::format("{} is the address of the network's routers",
-                                                prefixText(prefix)));
-    }
-    return prefix;
-}
-
-Ipv6Address checkedIpv6Gateway(std::string_view text) {
-    const Ipv6Address gateway = required(text);
-    if (!isHostAddress(gateway)) {
-        throw Failure(invalidValue, fmt::format("the gateway {} is not the address of a host",
-                                                ipv6Text(gateway)));
-    }
-    return gateway;
-}
-
-std::optional<Ipv6Prefix> storedPrefix(const Ipv6Settings& settings) {
-    try {
-        if (settings.address[0] != '\0') {
-            return checkedPrefix(settings.address, settings.prefixLength);
-        }
-    } catch (const Failure&) {
-        // The file was changed by somebody else.
-    }
-    return std::nullopt;
-}
-
-std::optional<Ipv6Address> storedGateway(const Ipv6Settings& settings) {
-    const auto gateway = parsedIpv6(settings.gateway);
-    return gateway && isHostAddress(*gateway) ? gateway : std::nullopt;
+/// What is set by hand, none from the factory; the DHCPv6 client's addresses stand beside it.
+const Setting<Ipv6Settings>& ipv6Setting() {
+    using Record = Ipv6Settings;
+    static const auto& setting = *new Setting<Record>({
+        .group = {"ipv6",
+                  Rows::single,
+                  {},
+                  {
+                      column("address", &Record::address),
+                      column("prefix_length", &Record::prefixLength),
+                      column("gateway", &Record::gateway),
+                  }},
+        .withNext = true,
+    });
+    return setting;
 }
 
 }  // namespace varo
+
+/// The address takes the place of the one that was set by hand before; the interface's others stay.
+int varoSetIpv6Addr(varoLib_s_ipv6* ipv6) {
+    return varo::answer(__func__, [&] {
+        const varoLib_s_ipv6& record = varo::required(ipv6);
+        const varo::Ipv6Prefix prefix =
+            varo::checkedPrefix(varo::textIn("address", record.ipv6Addr), record.prefixLen);
+        varo::changeByHand([&](const std::string& name, varo::Ipv6Settings& settings) {
+            varo::onLink(name, [&](varo::Netlink& netlink, int index) {
+                // The new one first, for the kernel may refuse it.
+                varo::putAddressByHand(netlink, name, index, prefix);
+                const auto before = varo::storedPrefix(settings);
+                if (before && before->address != prefix.address) {
+                    varo::removeAddress(netlink, name, index, *before);
+                }
+            });
+            varo::copyInto(settings.address, varo::ipv6Text(prefix.address));
+            settings.prefixLength = prefix.length;
+        });
+    });
+}
+
+int varoRemoveIpv6Addr() {
+    return varo::answer(__func__, [&] {
+        varo::changeByHand([&](const std::string& name, varo::Ipv6Settings& settings) {
+            const auto prefix = varo::storedPrefix(settings);
+            if (!prefix) {
+                throw varo::Failure(varo::notThere, "no IPv6 address is set by hand");
+            }
+            varo::onLink(name, [&](varo::Netlink& netlink, int index) {
+                varo::removeAddress(netlink, name, index, *prefix);
+            });
+            varo::copyInto(settings.address, "");
+            settings.prefixLength = 0;
+        });
+    });
+}
+
+/// The gateway takes the place of the one that was set by hand before, and goes before those that
+/// routers advertise.
+int varoSetIpv6Gw(varoLib_s_ipv6* ipv6) {
+    return varo::answer(__func__, [&] {
+        const varoLib_s_ipv6& record = varo::required(ipv6);
+        const varo::Ipv6Address gateway =
+            varo::checkedIpv6Gateway(varo::textIn("gateway", record.ipv6Gw));
+        varo::changeByHand([&](const std::string& name, varo::Ipv6Settings& settings) {
+            varo::onLink(name, [&](varo::Netlink& netlink, int index) {
+                varo::checkIsAnother(netlink, index, gateway);
+                varo::putRoute(netlink, name, index, gateway, false);
+            });
+            varo::copyInto(settings.gateway, varo::ipv6Text(gateway));
+        });
+    });
+}
+
+int varoRemoveIpv6Gw() {
+    return varo::answer(__func__, [&] {
+        varo::changeByHand([&](const std::string& name, varo::Ipv6Settings& settings) {
+            const auto gateway = varo::storedGateway(settings);
+            if (!gateway) {
+                throw varo::Failure(varo::notThere, "no IPv6 gateway is set by hand");
+            }
+            varo::onLink(name, [&](varo::Netlink& netlink, int index) {
+                varo::removeRoute(netlink, name, index, *gateway);
+            });
+            varo::copyInto(settings.gateway, "");
+        });
+    });
+}
+
+/// The address is the one set by hand, or else the one that a DHCPv6 server has granted, as long as
+/// the interface has it.
+int varoGetIpv6(varoLib_s_ipv6* ipv6) {
+    return varo::answer(__func__, [&] {
+        varoLib_s_ipv6& record = varo::required(ipv6);
+        const auto opened = varo::Library::instance().opened();
+        const varo::Ipv6Settings settings = varo::ipv6Setting().stored(opened->store);
+        varoLib_s_ipv6 read{};
+        if (opened->configuration.managementInterface.empty()) {
+            varo::readStored(read, settings);
+        } else {
+            varo::readInForce(read, opened->configuration, settings);
+        }
+        record = read;
+    });
+}

@@ -1,50 +1,84 @@
-#include "board/varo/settings/ntp.h"
-
-#include "board/varo/settings/groupsTime.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/settings/ntpRecords.h"
-#include "board/varo/settings/singleRecord.h"
-#include "board/varo/settings/sources.h"
 #include "varo/varoLib.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <exception>
 #include <iterator>
+#include <optional>
 
 namespace varo {
 
 namespace {
 
-bool namesServer(const rpcSntpConfigHost& config) {
+using Config = rpcSntpConfigHost;
+using Server = rpcSntpSrvHost;
+
+bool namesServer(const Config& config) {
     return std::any_of(std::begin(config.servers), std::end(config.servers),
-                       [](const rpcSntpSrvHost& server) { return server.host[0] != '\0'; });
+                       [](const Server& server) { return server.host[0] != '\0'; });
 }
 
-void store(int source, const rpcSntpConfigHost& config) {
+void store(int source, const Config& config) {
     const int row = storedSource(source);
-    const rpcSntpConfigHost checked = checkedNtp(config);
-    const auto change = Library::instance().change();
-    change.store().session().write(ntpGroup(), row, checked);
-    applyNtp(change.store(), change.configuration());
+    const Config checked = checkedNtp(config);
+    ntpSetting().store(Library::instance().change(), row, checked);
 }
 
-rpcSntpConfigHost read(int& source) {
-    rpcSntpConfigHost config{};
+rpcSntpInfoHost fromClient(const Configuration& configuration, const Config& config) {
+    const auto& provider = configuration.appliers.ntpStatistics;
+    if (!provider) {
+        return clientOff(config);
+    }
+    try {
+        return provider(config);
+    } catch (const std::exception& error) {
+        throw Failure(systemFailed,
+                      fmt::format("the status of the SNTP client is not known: {}", error.what()));
+    }
+}
+
+/// The client runs with the configuration in force: for that of another source it is off.
+rpcSntpInfoHost statistics(int& source) {
+    if (source != libraryChooses) {
+        storedSource(source);
+    }
     const auto opened = Library::instance().opened();
-    readBySource(opened->store, ntpGroup(), source, config, namesServer);
-    return config;
+    auto session = std::make_optional(opened->store.session());
+    const auto inForce = ntpSetting().inForce(*session);
+    if (source != libraryChooses && source != inForce.source) {
+        return clientOff(session->read(ntpSetting().group(), source));
+    }
+    // The client may take a second to answer: nobody is to wait for the store that long.
+    session.reset();
+    const rpcSntpInfoHost info = fromClient(opened->configuration, inForce.record);
+    source = inForce.source;
+    return info;
 }
 
 }  // namespace
 
-rpcSntpConfigHost ntpInForce(RecordStore::Session& session, int& source) {
-    return readInForce(session, ntpGroup(), source, namesServer);
-}
-
-void applyNtp(RecordStore& store, const Configuration& configuration) {
-    apply(configuration.appliers.ntp, "SNTP", [&] {
-        auto session = store.session();
-        int ignored = libraryChooses;
-        return ntpInForce(session, ignored);
+const SettingBySource<rpcSntpConfigHost>& ntpSetting() {
+    static const auto& setting = *new SettingBySource<Config>({
+        .group = {"ntp",
+                  Rows::bySource,
+                  {},
+                  {
+                      column("mode", &Config::mode),
+                      entries("server", &Config::servers,
+                              {
+                                  column("host", &Server::host),
+                                  column("version", &Server::ntpVersion),
+                                  column("preferred", &Server::priority),
+                                  column("address_type", &Server::addressType),
+                              }),
+                  }},
+        .namesAnything = namesServer,
+        .apply = toHost("SNTP", &Appliers::ntp),
     });
+    return setting;
 }
 
 }  // namespace varo
@@ -53,7 +87,7 @@ int varoGetNtpWS(int* source, rpcSntpConfig* config) {
     return varo::answer(__func__, [&] {
         int& wanted = varo::required(source);
         rpcSntpConfig& record = varo::required(config);
-        record = varo::ipv4View(varo::read(wanted));
+        record = varo::ipv4View(varo::ntpSetting().stored(wanted));
     });
 }
 
@@ -64,11 +98,7 @@ int varoUpdateNtpWS(int source, rpcSntpConfig* config) {
 }
 
 int varoGetNtpHost(int* source, rpcSntpConfigHost* config) {
-    return varo::answer(__func__, [&] {
-        int& wanted = varo::required(source);
-        rpcSntpConfigHost& record = varo::required(config);
-        record = varo::read(wanted);
-    });
+    return varo::ntpSetting().read(__func__, source, config);
 }
 
 int varoUpdateNtpHost(int source, rpcSntpConfigHost* config) {
@@ -76,9 +106,21 @@ int varoUpdateNtpHost(int source, rpcSntpConfigHost* config) {
 }
 
 int varoDefNtpHost(int source, rpcSntpConfigHost* config) {
+    return varo::ntpSetting().fillFactory(__func__, source, config);
+}
+
+int varoGetNtpStatsWS(int* source, rpcSntpInfo* info) {
     return varo::answer(__func__, [&] {
-        rpcSntpConfigHost& filled = varo::required(config);
-        varo::storedSource(source);
-        filled = varo::ntpGroup().factory();
+        int& wanted = varo::required(source);
+        rpcSntpInfo& record = varo::required(info);
+        record = varo::ipv4View(varo::statistics(wanted));
+    });
+}
+
+int varoGetNtpHostStats(int* source, rpcSntpInfoHost* info) {
+    return varo::answer(__func__, [&] {
+        int& wanted = varo::required(source);
+        rpcSntpInfoHost& record = varo::required(info);
+        record = varo::statistics(wanted);
     });
 }

@@ -1,6 +1,6 @@
 #include "board/varo/settings/ntpRecords.h"
 
-#include "board/varo/settings/checks.h"
+#include "board/varo/settings/valueChecks.h"
 #include "board/varo/store/Column.h"
 #include "board/varo/varoCodes.h"
 #include "platform/CZuUtil.h"

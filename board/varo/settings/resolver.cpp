@@ -1,9 +1,6 @@
 #include "board/support/replaceFile.h"
-#include "board/varo/Library.h"
-#include "board/varo/settings/appliers.h"
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/settings/resolverFile.h"
-#include "board/varo/settings/sources.h"
 #include "varo/varoLib.h"
 
 #include <fmt/format.h>
@@ -15,54 +12,25 @@ namespace varo {
 
 namespace {
 
-bool namesAnything(const varoLib_s_dns& dns) {
-    return dns.domain[0] != '\0' || dns.ip_pri != 0 || dns.ip_sec != 0;
-}
-
-bool namesAnything(const varoLib_s_dns6& dns) {
-    return dns.domain[0] != '\0' || dns.ipv6_pri[0] != '\0' || dns.ipv6_sec[0] != '\0';
-}
-
-template <class Record>
-int update(const char* call, const Group<Record>& group, int source, const Record* record) {
-    return answer(call, [&] {
-        const Record& given = required(record);
-        const int row = storedSource(source);
-        const auto change = Library::instance().change();
-        change.store().session().write(group, row, given);
-        applyResolver(change.store(), change.configuration());
-    });
-}
-
-template <class Record>
-int fillFactory(const char* call, const Group<Record>& group, int source, Record* record) {
-    return answer(call, [&] {
-        Record& filled = required(record);
-        storedSource(source);
-        filled = group.factory();
-    });
-}
-
-}  // namespace
-
-void applyResolver(RecordStore& store, const Configuration& configuration) {
-    if (configuration.resolverFile.empty()) {
+/// Writes what is in force, of both families, to the configured file.
+template <class Stored>
+void writeFile(const Library::Change& change, const Stored&) {
+    const auto& file = change.configuration().resolverFile;
+    if (file.empty()) {
         return;
     }
-    int ignored = libraryChooses;
     ResolverText text;
     {
-        auto session = store.session();
-        text = resolverText(readInForce(session, dnsGroup(), ignored, namesAnything),
-                            readInForce(session, dns6Group(), ignored, namesAnything));
+        auto session = change.store().session();
+        text = resolverText(dnsSetting().inForce(session).record,
+                            dns6Setting().inForce(session).record);
     }
     for (const std::string& value : text.leftOut) {
-        Library::instance().log(LOG_ERR, fmt::format("resolver: left out of {}: {}",
-                                                     configuration.resolverFile.string(), value));
+        Library::instance().log(LOG_ERR,
+                                fmt::format("resolver: left out of {}: {}", file.string(), value));
     }
     try {
-        support::replaceFile(configuration.resolverFile, text.content,
-                             support::Irreplaceable::writeInPlace);
+        support::replaceFile(file, text.content, support::Irreplaceable::writeInPlace);
     } catch (const std::system_error& error) {
         throw Failure(
             applyFailed,
@@ -70,38 +38,72 @@ void applyResolver(RecordStore& store, const Configuration& configuration) {
     }
 }
 
+}  // namespace
+
+const SettingBySource<varoLib_s_dns>& dnsSetting() {
+    using Record = varoLib_s_dns;
+    static const auto& setting = *new SettingBySource<Record>({
+        .group = {"dns",
+                  Rows::bySource,
+                  {},
+                  {
+                      column("domain", &Record::domain),
+                      ipv4Column("primary_server", &Record::ip_pri),
+                      ipv4Column("secondary_server", &Record::ip_sec),
+                  }},
+        .namesAnything =
+            [](const Record& dns) {
+                return dns.domain[0] != '\0' || dns.ip_pri != 0 || dns.ip_sec != 0;
+            },
+        .apply = writeFile<std::function<Record()>>,
+        // The file is written once.
+        .withNext = true,
+    });
+    return setting;
+}
+
+const SettingBySource<varoLib_s_dns6>& dns6Setting() {
+    using Record = varoLib_s_dns6;
+    static const auto& setting = *new SettingBySource<Record>({
+        .group = {"dns6",
+                  Rows::bySource,
+                  {},
+                  {
+                      column("domain", &Record::domain),
+                      column("primary_server", &Record::ipv6_pri),
+                      column("secondary_server", &Record::ipv6_sec),
+                  }},
+        .namesAnything =
+            [](const Record& dns) {
+                return dns.domain[0] != '\0' || dns.ipv6_pri[0] != '\0' || dns.ipv6_sec[0] != '\0';
+            },
+        .apply = writeFile<std::function<Record()>>,
+    });
+    return setting;
+}
+
 }  // namespace varo
 
 int varoGetDnsWS(int* source, varoLib_s_dns* dns) {
-    return varo::answer(__func__, [&] {
-        int& wanted = varo::required(source);
-        varoLib_s_dns& record = varo::required(dns);
-        const auto opened = varo::Library::instance().opened();
-        varo::readBySource(opened->store, varo::dnsGroup(), wanted, record, varo::namesAnything);
-    });
+    return varo::dnsSetting().read(__func__, source, dns);
 }
 
 int varoUpdateDnsWS(int source, varoLib_s_dns* dns) {
-    return varo::update(__func__, varo::dnsGroup(), source, dns);
+    return varo::dnsSetting().update(__func__, source, dns);
 }
 
 int varoDefDnsWS(int source, varoLib_s_dns* dns) {
-    return varo::fillFactory(__func__, varo::dnsGroup(), source, dns);
+    return varo::dnsSetting().fillFactory(__func__, source, dns);
 }
 
 int varoGetDns6(int* source, varoLib_s_dns6* dns) {
-    return varo::answer(__func__, [&] {
-        int& wanted = varo::required(source);
-        varoLib_s_dns6& record = varo::required(dns);
-        const auto opened = varo::Library::instance().opened();
-        varo::readBySource(opened->store, varo::dns6Group(), wanted, record, varo::namesAnything);
-    });
+    return varo::dns6Setting().read(__func__, source, dns);
 }
 
 int varoUpdateDns6(int source, varoLib_s_dns6* dns) {
-    return varo::update(__func__, varo::dns6Group(), source, dns);
+    return varo::dns6Setting().update(__func__, source, dns);
 }
 
 int varoDefDns6(int source, varoLib_s_dns6* dns) {
-    return varo::fillFactory(__func__, varo::dns6Group(), source, dns);
+    return varo::dns6Setting().fillFactory(__func__, source, dns);
 }

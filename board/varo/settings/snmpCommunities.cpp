@@ -1,15 +1,20 @@
-#include "board/varo/settings/checks.h"
-#include "board/varo/settings/groupsSnmp.h"
-#include "board/varo/settings/singleRecord.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/entries.h"
+#include "board/varo/settings/valueChecks.h"
 #include "varo/varoLib.h"
 
-#include <algorithm>
+#include <fmt/format.h>
+
 #include <iterator>
 #include <string_view>
+#include <type_traits>
 
 namespace varo {
 
 namespace {
+
+using Communities = varoLib_s_snmpCommunity;
+using Community = std::remove_extent_t<decltype(Communities::communities)>;
 
 constexpr std::string_view readOnly = "ro";
 constexpr std::string_view readWrite = "rw";
@@ -18,7 +23,7 @@ constexpr std::string_view readWrite = "rw";
 
 std::string_view checkedName(const char* name) {
     const std::string_view text = &required(name);
-    checkWord("name", text, sizeof(SnmpCommunity::name) - 1);
+    checkWord("name", text, sizeof(Community::name) - 1);
     return text;
 }
 
@@ -27,32 +32,25 @@ std::string_view accessText(int access) {
     return access == 1 ? readOnly : readWrite;
 }
 
-bool isEmpty(const SnmpCommunity& community) { return community.name[0] == '\0'; }
-
-SnmpCommunity* find(varoLib_s_snmpCommunity& all, std::string_view name) {
-    const auto found = std::find_if(std::begin(all.communities), std::end(all.communities),
-                                    [&](const SnmpCommunity& each) { return name == each.name; });
-    return found == std::end(all.communities) ? nullptr : found;
+auto isNamed(std::string_view name) {
+    return [=](const Community& each) { return name == each.name; };
 }
 
-SnmpCommunity& existing(varoLib_s_snmpCommunity& all, std::string_view name) {
-    SnmpCommunity* const found = find(all, name);
-    if (found == nullptr) {
-        throw Failure(notThere, "there is no community of that name");
-    }
-    return *found;
+Community& existing(Communities& all, std::string_view name) {
+    return requiredEntry(all.communities, isNamed(name), notThere,
+                         "there is no community of that name");
 }
 
-void checkIsNew(varoLib_s_snmpCommunity& all, std::string_view name) {
-    if (find(all, name) != nullptr) {
+void checkIsNew(Communities& all, std::string_view name) {
+    if (findEntry(all.communities, isNamed(name)) != nullptr) {
         throw Failure(alreadyThere, "there is a community of that name");
     }
 }
 
-void checkCommunities(const varoLib_s_snmpCommunity& all) {
-    varoLib_s_snmpCommunity seen{};
+void check(const Communities& all) {
+    Communities seen{};
     auto place = std::begin(seen.communities);
-    for (const SnmpCommunity& community : all.communities) {
+    for (const Community& community : all.communities) {
         const std::string_view name = textIn("name", community.name);
         const std::string_view access = textIn("access", community.access);
         if (name.empty() && access.empty()) {
@@ -67,26 +65,47 @@ void checkCommunities(const varoLib_s_snmpCommunity& all) {
     }
 }
 
+void add(Communities& all, std::string_view name, std::string_view access) {
+    checkIsNew(all, name);
+    Community& place =
+        requiredEntry(all.communities, isNamed(""), tableFull,
+                      fmt::format("there are {} communities already", std::size(all.communities)));
+    copyInto(place.name, name);
+    copyInto(place.access, access);
+}
+
 }  // namespace
 
-void applySnmpCommunities(RecordStore& store, const Configuration& configuration) {
-    apply(configuration.appliers.snmpCommunities, "SNMP community",
-          [&] { return store.session().read(snmpCommunitiesGroup()); });
+const Setting<varoLib_s_snmpCommunity>& snmpCommunitiesSetting() {
+    static const auto& setting = *new Setting<Communities>({
+        .group = {"snmp_communities",
+                  Rows::single,
+                  {},
+                  {
+                      entries("community", &Communities::communities,
+                              {
+                                  column("name", &Community::name),
+                                  column("access", &Community::access),
+                              }),
+                  }},
+        .check = check,
+        .apply = toHost("SNMP community", &Appliers::snmpCommunities),
+    });
+    return setting;
 }
 
 }  // namespace varo
 
 int varoGetSnmpCommunity(varoLib_s_snmpCommunity* communities) {
-    return varo::readSingle(__func__, varo::snmpCommunitiesGroup(), communities);
+    return varo::snmpCommunitiesSetting().read(__func__, communities);
 }
 
 int varoUpdateSnmpCommunity(varoLib_s_snmpCommunity* communities) {
-    return varo::updateSingle(__func__, varo::snmpCommunitiesGroup(), communities,
-                              varo::checkCommunities, varo::applySnmpCommunities);
+    return varo::snmpCommunitiesSetting().update(__func__, communities);
 }
 
 int varoDefSnmpCommunity(varoLib_s_snmpCommunity* communities) {
-    return varo::fillFactory(__func__, varo::snmpCommunitiesGroup(), communities);
+    return varo::snmpCommunitiesSetting().fillFactory(__func__, communities);
 }
 
 /// Takes the first empty entry; the others keep their places.
@@ -94,20 +113,8 @@ int varoAddSnmpCommunity(const char* name, int access) {
     return varo::answer(__func__, [&] {
         const std::string_view text = varo::checkedName(name);
         const std::string_view right = varo::accessText(access);
-        varo::changeSingle(
-            varo::snmpCommunitiesGroup(), varo::applySnmpCommunities,
-            [&](varoLib_s_snmpCommunity& all) {
-                varo::checkIsNew(all, text);
-                const auto place = std::find_if(std::begin(all.communities),
-                                                std::end(all.communities), varo::isEmpty);
-                if (place == std::end(all.communities)) {
-                    throw varo::Failure(varo::tableFull, fmt::format("there are {} communities "
-                                                                     "already",
-                                                                     std::size(all.communities)));
-                }
-                varo::copyInto(place->name, text);
-                varo::copyInto(place->access, right);
-            });
+        varo::snmpCommunitiesSetting().change(
+            [&](varoLib_s_snmpCommunity& all) { varo::add(all, text, right); });
     });
 }
 
@@ -115,8 +122,8 @@ int varoAddSnmpCommunity(const char* name, int access) {
 int varoDeleteSnmpCommunity(const char* name, int) {
     return varo::answer(__func__, [&] {
         const std::string_view text = varo::checkedName(name);
-        varo::changeSingle(varo::snmpCommunitiesGroup(), varo::applySnmpCommunities,
-                           [&](varoLib_s_snmpCommunity& all) { varo::existing(all, text) = {}; });
+        varo::snmpCommunitiesSetting().change(
+            [&](varoLib_s_snmpCommunity& all) { varo::existing(all, text) = {}; });
     });
 }
 
@@ -124,9 +131,8 @@ int varoChangeSnmpCommunity(const char* name, int access) {
     return varo::answer(__func__, [&] {
         const std::string_view text = varo::checkedName(name);
         const std::string_view right = varo::accessText(access);
-        varo::changeSingle(varo::snmpCommunitiesGroup(), varo::applySnmpCommunities,
-                           [&](varoLib_s_snmpCommunity& all) {
-                               varo::copyInto(varo::existing(all, text).access, right);
-                           });
+        varo::snmpCommunitiesSetting().change([&](varoLib_s_snmpCommunity& all) {
+            varo::copyInto(varo::existing(all, text).access, right);
+        });
     });
 }

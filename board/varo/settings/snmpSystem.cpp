@@ -1,8 +1,8 @@
-#include "board/varo/settings/checks.h"
-#include "board/varo/settings/groupsSnmp.h"
-#include "board/varo/settings/singleRecord.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/valueChecks.h"
 #include "varo/varoLib.h"
 
+#include <iterator>
 #include <string_view>
 
 namespace varo {
@@ -23,7 +23,7 @@ constexpr Text texts[] = {
     {"name", &varoLib_s_snmpSystem::name},
 };
 
-void checkSystem(const varoLib_s_snmpSystem& system) {
+void check(const varoLib_s_snmpSystem& system) {
     for (const Text& text : texts) {
         checkLine(text.name, textIn(text.name, system.*text.member), textSize - 1);
     }
@@ -31,24 +31,35 @@ void checkSystem(const varoLib_s_snmpSystem& system) {
 
 }  // namespace
 
-void applySnmpSystem(RecordStore& store, const Configuration& configuration) {
-    apply(configuration.appliers.snmpSystem, "SNMP system",
-          [&] { return store.session().read(snmpSystemGroup()); });
+const Setting<varoLib_s_snmpSystem>& snmpSystemSetting() {
+    using Record = varoLib_s_snmpSystem;
+    static const auto& setting = *new Setting<Record>({
+        .group = {"snmp_system",
+                  Rows::single,
+                  {},
+                  {
+                      column("contact", &Record::contact),
+                      column("location", &Record::location),
+                      column("name", &Record::name),
+                  }},
+        .check = check,
+        .apply = toHost("SNMP system", &Appliers::snmpSystem),
+    });
+    return setting;
 }
 
 }  // namespace varo
 
 int varoGetSnmpSystem(varoLib_s_snmpSystem* system) {
-    return varo::readSingle(__func__, varo::snmpSystemGroup(), system);
+    return varo::snmpSystemSetting().read(__func__, system);
 }
 
 int varoUpdateSnmpSystem(varoLib_s_snmpSystem* system) {
-    return varo::updateSingle(__func__, varo::snmpSystemGroup(), system, varo::checkSystem,
-                              varo::applySnmpSystem);
+    return varo::snmpSystemSetting().update(__func__, system);
 }
 
 int varoDefSnmpSystem(varoLib_s_snmpSystem* system) {
-    return varo::fillFactory(__func__, varo::snmpSystemGroup(), system);
+    return varo::snmpSystemSetting().fillFactory(__func__, system);
 }
 
 int varoChangeSnmpSystem(const char* text, int selector) {
@@ -57,8 +68,7 @@ int varoChangeSnmpSystem(const char* text, int selector) {
         varo::checkRange("selector", selector, 1, std::size(varo::texts));
         const varo::Text& selected = varo::texts[selector - 1];
         varo::checkLine(selected.name, given, varo::textSize - 1);
-        varo::changeSingle(
-            varo::snmpSystemGroup(), varo::applySnmpSystem,
+        varo::snmpSystemSetting().change(
             [&](varoLib_s_snmpSystem& system) { varo::copyInto(system.*selected.member, given); });
     });
 }

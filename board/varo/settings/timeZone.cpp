@@ -1,7 +1,8 @@
-#include "board/varo/settings/checks.h"
-#include "board/varo/settings/groupsTime.h"
-#include "board/varo/settings/singleRecord.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/valueChecks.h"
 #include "varo/varoLib.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <string_view>
@@ -68,7 +69,7 @@ void checkName(const TimeZone& zone) {
     }
 }
 
-void checkZone(const TimeZone& zone) {
+void check(const TimeZone& zone) {
     checkName(zone);
     checkRange("offset", zone.offset, westmost, eastmost);
     checkRange("daylight-saving offset", zone.dstOffset, -largestDstOffset, largestDstOffset);
@@ -82,45 +83,67 @@ bool equal(const SwitchDate& left, const SwitchDate& right) {
 }
 
 bool isFactory(const TimeZone& zone) {
-    const TimeZone& factory = timeZoneGroup().factory();
+    const TimeZone& factory = timeZoneSetting().factory();
     return std::string_view(zone.name) == factory.name && zone.offset == factory.offset &&
            zone.dstOffset == factory.dstOffset && equal(startOf(zone), startOf(factory)) &&
            equal(endOf(zone), endOf(factory));
 }
 
-TimeZone storedZone(RecordStore& store) {
-    TimeZone zone = store.session().read(timeZoneGroup());
-    zone.preset = isFactory(zone) ? 1 : 0;
-    return zone;
-}
-
 }  // namespace
 
-void applyTimeZone(RecordStore& store, const Configuration& configuration) {
-    apply(configuration.appliers.timeZone, "time zone", [&] { return storedZone(store); });
+const Setting<varoLib_s_sntpTimeZone>& timeZoneSetting() {
+    static const auto& setting = *new Setting<TimeZone>({
+        .group = {"time_zone",
+                  Rows::single,
+                  {
+                      .name = "NONE",
+                      .offset = 0,
+                      .dstOffset = 0,
+                      .dstSMonth = 3,
+                      .dstSWeek = 4,
+                      .dstSDayInWeek = 7,
+                      .dstSTime = 200,
+                      .dstEMonth = 10,
+                      .dstEWeek = 5,
+                      .dstEDayInWeek = 7,
+                      .dstETime = 200,
+                      .preset = 0,
+                  },
+                  {
+                      column("name", &TimeZone::name),
+                      column("offset_minutes", &TimeZone::offset),
+                      column("dst_minutes", &TimeZone::dstOffset),
+                      column("start_month", &TimeZone::dstSMonth),
+                      column("start_week", &TimeZone::dstSWeek),
+                      column("start_day", &TimeZone::dstSDayInWeek),
+                      column("start_time", &TimeZone::dstSTime),
+                      column("end_month", &TimeZone::dstEMonth),
+                      column("end_week", &TimeZone::dstEWeek),
+                      column("end_day", &TimeZone::dstEDayInWeek),
+                      column("end_time", &TimeZone::dstETime),
+                  }},
+        .check = check,
+        .complete = [](TimeZone& zone) { zone.preset = isFactory(zone) ? 1 : 0; },
+        .apply = toHost("time zone", &Appliers::timeZone),
+    });
+    return setting;
 }
 
 }  // namespace varo
 
 int varoGetSntpTimeZone(varoLib_s_sntpTimeZone* zone) {
-    return varo::answer(__func__, [&] {
-        varoLib_s_sntpTimeZone& read = varo::required(zone);
-        const auto opened = varo::Library::instance().opened();
-        read = varo::storedZone(opened->store);
-    });
+    return varo::timeZoneSetting().read(__func__, zone);
 }
 
 int varoUpdateSntpTimeZone(varoLib_s_sntpTimeZone* zone) {
-    return varo::updateSingle(__func__, varo::timeZoneGroup(), zone, varo::checkZone,
-                              varo::applyTimeZone);
+    return varo::timeZoneSetting().update(__func__, zone);
 }
 
 int varoUpdateSntpTimeZoneAlt(varoLib_s_sntpTimeZone* zone) {
     return varo::answer(__func__, [&] {
         const varoLib_s_sntpTimeZone& given = varo::required(zone);
         varo::checkName(given);
-        varo::changeSingle(
-            varo::timeZoneGroup(), varo::applyTimeZone,
+        varo::timeZoneSetting().change(
             [&](varoLib_s_sntpTimeZone& stored) { varo::copyInto(stored.name, given.name); });
     });
 }

@@ -1,69 +1,69 @@
-#include "board/varo/settings/checks.h"
-#include "board/varo/settings/groupsSnmp.h"
-#include "board/varo/settings/singleRecord.h"
+#include "board/varo/settings/allSettings.h"
+#include "board/varo/settings/entries.h"
+#include "board/varo/settings/valueChecks.h"
 #include "varo/varoLib.h"
 
-#include <algorithm>
+#include <fmt/format.h>
+
 #include <iterator>
 #include <string_view>
+#include <type_traits>
 
 namespace varo {
 
 namespace {
 
+using Agent = varoLib_s_subag;
+using Manager = std::remove_extent_t<decltype(Agent::managers)>;
+
+constexpr std::int32_t factoryPort = 162;  // of the IANA registry, snmptrap
+
 /// A manager is known by its address and community together: one host may listen for two.
 struct Key {
     std::string_view community;
     std::uint32_t address;
+
+    bool operator()(const Manager& manager) const {
+        return manager.ipAddress == address && community == manager.community;
+    }
 };
 
 Key checkedKey(const char* community, std::uint32_t address) {
     const std::string_view text = &required(community);
-    checkWord("community", text, sizeof(TrapManager::community) - 1);
+    checkWord("community", text, sizeof(Manager::community) - 1);
     if (address == 0) {
         throw Failure(invalidValue, "address: 0.0.0.0 is none of a manager");
     }
     return {text, address};
 }
 
-bool isEmpty(const TrapManager& manager) { return manager.ipAddress == 0; }
-
-TrapManager* find(varoLib_s_subag& agent, const Key& key) {
-    const auto found = std::find_if(
-        std::begin(agent.managers), std::end(agent.managers), [&](const TrapManager& each) {
-            return each.ipAddress == key.address && key.community == each.community;
-        });
-    return found == std::end(agent.managers) ? nullptr : found;
-}
+bool isEmpty(const Manager& manager) { return manager.ipAddress == 0; }
 
 // The lines below leave the community out: it is as good as a password.
 
-TrapManager& existing(varoLib_s_subag& agent, const Key& key) {
-    TrapManager* const found = find(agent, key);
-    if (found == nullptr) {
-        throw Failure(notThere, fmt::format("there is no trap manager {} with that community",
-                                            ipv4Text(key.address)));
-    }
-    return *found;
+Manager& existing(Agent& agent, const Key& key) {
+    return requiredEntry(
+        agent.managers, key, notThere,
+        fmt::format("there is no trap manager {} with that community", ipv4Text(key.address)));
 }
 
-void checkIsNew(varoLib_s_subag& agent, const Key& key) {
-    if (find(agent, key) != nullptr) {
+void checkIsNew(Agent& agent, const Key& key) {
+    if (findEntry(agent.managers, key) != nullptr) {
         throw Failure(alreadyThere, fmt::format("there is a trap manager {} with that community",
                                                 ipv4Text(key.address)));
     }
 }
 
-void set(TrapManager& manager, const Key& key) {
+void set(Manager& manager, const Key& key) {
     manager.ipAddress = key.address;
     copyInto(manager.community, key.community);
 }
 
-void checkManagers(const varoLib_s_subag& agent) {
+void check(const Agent& agent) {
     checkPort(agent.port);
-    varoLib_s_subag seen{};
+    Agent seen{};
     auto place = std::begin(seen.managers);
-    for (const TrapManager& manager : agent.managers) {
+    for (const Manager& manager : agent.managers) {
         const std::string_view community = textIn("community", manager.community);
         if (isEmpty(manager) && community.empty()) {
             continue;
@@ -74,44 +74,53 @@ void checkManagers(const varoLib_s_subag& agent) {
     }
 }
 
+void add(Agent& agent, const Key& key) {
+    checkIsNew(agent, key);
+    set(requiredEntry(agent.managers, isEmpty, tableFull,
+                      fmt::format("there are {} trap managers already", std::size(agent.managers))),
+        key);
+}
+
 }  // namespace
 
-void applyTrapManagers(RecordStore& store, const Configuration& configuration) {
-    apply(configuration.appliers.trapManagers, "trap manager",
-          [&] { return store.session().read(trapManagersGroup()); });
+const Setting<varoLib_s_subag>& trapManagersSetting() {
+    static const auto& setting = *new Setting<Agent>({
+        .group = {"trap_managers",
+                  Rows::single,
+                  {.port = factoryPort, .managers = {}},
+                  {
+                      column("port", &Agent::port),
+                      entries("manager", &Agent::managers,
+                              {
+                                  ipv4Column("address", &Manager::ipAddress),
+                                  column("community", &Manager::community),
+                              }),
+                  }},
+        .check = check,
+        .apply = toHost("trap manager", &Appliers::trapManagers),
+    });
+    return setting;
 }
 
 }  // namespace varo
 
 int varoGetSubag(varoLib_s_subag* agent) {
-    return varo::readSingle(__func__, varo::trapManagersGroup(), agent);
+    return varo::trapManagersSetting().read(__func__, agent);
 }
 
 int varoUpdateSubag(varoLib_s_subag* agent) {
-    return varo::updateSingle(__func__, varo::trapManagersGroup(), agent, varo::checkManagers,
-                              varo::applyTrapManagers);
+    return varo::trapManagersSetting().update(__func__, agent);
 }
 
 int varoDefSubag(varoLib_s_subag* agent) {
-    return varo::fillFactory(__func__, varo::trapManagersGroup(), agent);
+    return varo::trapManagersSetting().fillFactory(__func__, agent);
 }
 
 /// Takes the first empty entry; the others keep their places.
 int varoAddSubag(const char* community, unsigned int ipAddress) {
     return varo::answer(__func__, [&] {
         const varo::Key key = varo::checkedKey(community, ipAddress);
-        varo::changeSingle(
-            varo::trapManagersGroup(), varo::applyTrapManagers, [&](varoLib_s_subag& agent) {
-                varo::checkIsNew(agent, key);
-                const auto place = std::find_if(std::begin(agent.managers),
-                                                std::end(agent.managers), varo::isEmpty);
-                if (place == std::end(agent.managers)) {
-                    throw varo::Failure(varo::tableFull,
-                                        fmt::format("there are {} trap managers already",
-                                                    std::size(agent.managers)));
-                }
-                varo::set(*place, key);
-            });
+        varo::trapManagersSetting().change([&](varoLib_s_subag& agent) { varo::add(agent, key); });
     });
 }
 
@@ -119,8 +128,8 @@ int varoAddSubag(const char* community, unsigned int ipAddress) {
 int varoDeleteSubag(const char* community, unsigned int ipAddress) {
     return varo::answer(__func__, [&] {
         const varo::Key key = varo::checkedKey(community, ipAddress);
-        varo::changeSingle(varo::trapManagersGroup(), varo::applyTrapManagers,
-                           [&](varoLib_s_subag& agent) { varo::existing(agent, key) = {}; });
+        varo::trapManagersSetting().change(
+            [&](varoLib_s_subag& agent) { varo::existing(agent, key) = {}; });
     });
 }
 
@@ -130,21 +139,19 @@ int varoChangeSubag(const char* oldCommunity, unsigned int oldAddress, const cha
     return varo::answer(__func__, [&] {
         const varo::Key from = varo::checkedKey(oldCommunity, oldAddress);
         const varo::Key to = varo::checkedKey(newCommunity, newAddress);
-        varo::changeSingle(varo::trapManagersGroup(), varo::applyTrapManagers,
-                           [&](varoLib_s_subag& agent) {
-                               auto& manager = varo::existing(agent, from);
-                               manager = {};
-                               varo::checkIsNew(agent, to);
-                               varo::set(manager, to);
-                           });
+        varo::trapManagersSetting().change([&](varoLib_s_subag& agent) {
+            auto& manager = varo::existing(agent, from);
+            manager = {};
+            varo::checkIsNew(agent, to);
+            varo::set(manager, to);
+        });
     });
 }
 
 int varoChangePortSubag(unsigned int port) {
     return varo::answer(__func__, [&] {
         varo::checkPort(port);
-        varo::changeSingle(
-            varo::trapManagersGroup(), varo::applyTrapManagers,
+        varo::trapManagersSetting().change(
             [&](varoLib_s_subag& agent) { agent.port = static_cast<std::int32_t>(port); });
     });
 }

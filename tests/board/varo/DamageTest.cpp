@@ -1,4 +1,4 @@
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/store/RecordStore.h"
 #include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
@@ -18,7 +18,7 @@ using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
 using testing::StartsWith;
-using varo::dnsGroup;
+using varo::dnsSetting;
 
 constexpr const char* asideName = "varo\\.db\\.damaged-[0-9]{8}T[0-9]{6}Z";
 
@@ -28,7 +28,7 @@ protected:
     RecordStoreFile() {
         varoLib_s_dns record{};
         setText(record.domain, "example.net");
-        open().session().write(dnsGroup(), 2, record);
+        open().session().write(dnsSetting().group(), 2, record);
         log.take();
     }
 
@@ -39,7 +39,7 @@ protected:
         const std::string damaged = readFile(file);
         {
             auto store = open();
-            EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+            EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
         }
         auto files = filesIn(directory.path());
         // SQLite may have made an empty log and its index while the file was checked.
@@ -113,7 +113,7 @@ TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
         auto store = open();
         varoLib_s_dns record{};
         setText(record.domain, "in the log only");
-        store.session().write(dnsGroup(), 2, record);
+        store.session().write(dnsSetting().group(), 2, record);
         wal = readFile(file.string() + "-wal");
     }
     ASSERT_THAT(wal, HasSubstr("in the log only"));
@@ -122,7 +122,7 @@ TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
     writeFile(file.string() + "-wal", wal.substr(1));
     writeFile(file.string() + "-shm", "shared memory");
     auto store = open();
-    EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+    EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
     std::string asideLog;
     for (const std::string& name : filesIn(directory.path())) {
         if (name.starts_with("varo.db.damaged-") && name.ends_with("Z-wal")) {
@@ -141,7 +141,7 @@ TEST_F(RecordStoreFile, IsNotNeededForItsLogToBeSetAside) {
         }
         writeFile(file.string() + "-wal", "the last values");
         auto store = open();
-        EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+        EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
         EXPECT_THAT(log.take()[0], HasSubstr("its write-ahead log is there"));
         std::vector<std::string> kept;
         for (const std::string& name : filesIn(directory.path())) {
@@ -171,7 +171,7 @@ TEST_F(RecordStoreFile, SetAsideTwiceInASecondGetsTwoNames) {
 TEST_F(RecordStoreFile, IsUsedWithOneLineWhenItIsEmpty) {
     writeFile(file, "");
     auto store = open();
-    EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "");
+    EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
     EXPECT_THAT(log.lines(),
                 ElementsAre("6 made " + file.string(),
                             "3 " + file.string() + " was empty: factory values are used"));

@@ -1,4 +1,4 @@
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/store/RecordStore.h"
 #include "tests/board/varo/SyncedImage.h"
 #include "tests/board/varo/VaroTest.h"
@@ -110,7 +110,7 @@ TEST_F(Durability, WhatWasAcknowledgedSurvivesALossOfPower) {
         std::filesystem::copy(image, afterwards.path());
         LogLines lines;
         varo::RecordStore store(afterwards.path() / "varo.db", varo::schema(), lines.receiver());
-        EXPECT_EQ(store.session().read(varo::dnsGroup(), 2).ip_pri, value);
+        EXPECT_EQ(store.session().read(varo::dnsSetting().group(), 2).ip_pri, value);
         EXPECT_THAT(lines.lines(), testing::IsEmpty());
     }
 }

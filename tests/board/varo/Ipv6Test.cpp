@@ -1,6 +1,6 @@
 // IPv6 texts, and the calls where there is no interface to act on: they keep what is set.
 
-#include "board/varo/settings/ipv6.h"
+#include "board/varo/link/ipv6Prefix.h"
 #include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
 

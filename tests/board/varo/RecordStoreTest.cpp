@@ -1,4 +1,4 @@
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/store/RecordStore.h"
 #include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
@@ -12,8 +12,8 @@ namespace {
 using namespace varotest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using varo::dnsGroup;
-using varo::internalConfigGroup;
+using varo::dnsSetting;
+using varo::internalConfigSetting;
 
 varoLib_s_dns dnsOf(const std::string& domain, std::uint32_t primary) {
     varoLib_s_dns record{};
@@ -33,8 +33,8 @@ protected:
 
 TEST_F(RecordStore, ReadsFactoryValuesWhereNothingWasWritten) {
     auto store = open();
-    EXPECT_EQ(store.session().read(internalConfigGroup()).severity, 3);
-    const varoLib_s_dns dns = store.session().read(dnsGroup(), 2);
+    EXPECT_EQ(store.session().read(internalConfigSetting().group()).severity, 3);
+    const varoLib_s_dns dns = store.session().read(dnsSetting().group(), 2);
     EXPECT_STREQ(dns.domain, "");
     EXPECT_EQ(dns.ip_pri, 0U);
     EXPECT_EQ(dns.ip_sec, 0U);
@@ -48,24 +48,24 @@ TEST_F(RecordStore, SaysThatItMadeTheFile) {
 }
 
 TEST_F(RecordStore, KeepsRecordsWhenItIsOpenedAgain) {
-    open().session().write(dnsGroup(), 2, dnsOf("example.net", 0xC0000201));
-    const varoLib_s_dns read = open().session().read(dnsGroup(), 2);
+    open().session().write(dnsSetting().group(), 2, dnsOf("example.net", 0xC0000201));
+    const varoLib_s_dns read = open().session().read(dnsSetting().group(), 2);
     EXPECT_STREQ(read.domain, "example.net");
     EXPECT_EQ(read.ip_pri, 0xC0000201);
 }
 
 TEST_F(RecordStore, KeepsTheRowsOfSourcesApart) {
     auto store = open();
-    store.session().write(dnsGroup(), 1, dnsOf("dhcp.example.net", 1));
-    store.session().write(dnsGroup(), 2, dnsOf("cli.example.net", 2));
-    EXPECT_STREQ(store.session().read(dnsGroup(), 1).domain, "dhcp.example.net");
-    EXPECT_STREQ(store.session().read(dnsGroup(), 2).domain, "cli.example.net");
+    store.session().write(dnsSetting().group(), 1, dnsOf("dhcp.example.net", 1));
+    store.session().write(dnsSetting().group(), 2, dnsOf("cli.example.net", 2));
+    EXPECT_STREQ(store.session().read(dnsSetting().group(), 1).domain, "dhcp.example.net");
+    EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "cli.example.net");
 }
 
 TEST_F(RecordStore, ShowsPeopleWhatItHolds) {
     auto store = open();
     auto record = dnsOf("example.net", 0xC0000201);
-    store.session().write(dnsGroup(), 2, record);
+    store.session().write(dnsSetting().group(), 2, record);
     EXPECT_EQ(sql(file, "SELECT * FROM dns"), "2|example.net|192.0.2.1|");
     EXPECT_EQ(sql(file, "PRAGMA user_version"), "1");
 }
@@ -73,7 +73,7 @@ TEST_F(RecordStore, ShowsPeopleWhatItHolds) {
 TEST_F(RecordStore, TakesWhatPeopleWriteIntoIt) {
     auto store = open();
     sql(file, "INSERT INTO dns VALUES (2, 'example.net', '192.0.2.1', '255.255.255.255')");
-    const varoLib_s_dns read = store.session().read(dnsGroup(), 2);
+    const varoLib_s_dns read = store.session().read(dnsSetting().group(), 2);
     EXPECT_EQ(read.ip_pri, 0xC0000201);
     EXPECT_EQ(read.ip_sec, 0xFFFFFFFF);
 }
@@ -82,17 +82,17 @@ TEST_F(RecordStore, WritesNothingWhenNothingChanges) {
     auto store = open();
     const std::string walFile = file.string() + "-wal";
     const auto written = dnsOf("example.net", 0xC0000201);
-    store.session().write(dnsGroup(), 2, written);
+    store.session().write(dnsSetting().group(), 2, written);
     const std::string before = readFile(walFile);
-    store.session().write(dnsGroup(), 2, written);
+    store.session().write(dnsSetting().group(), 2, written);
     EXPECT_EQ(readFile(walFile), before);
-    store.session().write(dnsGroup(), 2, dnsOf("example.net", 0xC0000202));
+    store.session().write(dnsSetting().group(), 2, dnsOf("example.net", 0xC0000202));
     EXPECT_NE(readFile(walFile), before);
 }
 
 TEST_F(RecordStore, CanBeReadByItsOwnerOnly) {
     auto store = open();
-    store.session().write(dnsGroup(), 2, dnsOf("example.net", 1));
+    store.session().write(dnsSetting().group(), 2, dnsOf("example.net", 1));
     for (const char* suffix : {"", "-wal", "-shm"}) {
         struct stat status{};
         ASSERT_EQ(::stat((file.string() + suffix).c_str(), &status), 0) << suffix;
@@ -102,11 +102,11 @@ TEST_F(RecordStore, CanBeReadByItsOwnerOnly) {
 
 TEST_F(RecordStore, LeavesOneFileWhenItIsClosed) {
     auto store = open();
-    store.session().write(dnsGroup(), 2, dnsOf("example.net", 1));
+    store.session().write(dnsSetting().group(), 2, dnsOf("example.net", 1));
     store.close();
     EXPECT_THAT(filesIn(directory.path()), ElementsAre("varo.db"));
     try {
-        store.session().read(dnsGroup(), 2);
+        store.session().read(dnsSetting().group(), 2);
         ADD_FAILURE() << "a closed store was read";
     } catch (const varo::Failure& failure) {
         EXPECT_EQ(failure.code(), varo::notOpen);

@@ -1,4 +1,4 @@
-#include "board/varo/settings/groups.h"
+#include "board/varo/settings/allSettings.h"
 #include "board/varo/store/RecordStore.h"
 #include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
@@ -172,12 +172,12 @@ TEST_F(Upgrade, ReadsAFileOfVersion1) {
     sql(file, version1File);
     auto store = open(varo::schema());
     auto session = store.session();
-    EXPECT_EQ(session.read(varo::internalConfigGroup()).severity, 6);
-    EXPECT_STREQ(session.read(varo::dnsGroup(), 1).domain, "dhcp.example.net");
-    EXPECT_EQ(session.read(varo::dnsGroup(), 1).ip_pri, 0xC0000201);
-    EXPECT_EQ(session.read(varo::dnsGroup(), 1).ip_sec, 0U);
-    EXPECT_EQ(session.read(varo::dnsGroup(), 2).ip_sec, 0xC0000203);
-    EXPECT_STREQ(session.read(varo::dns6Group(), 2).ipv6_sec, "2001:db8::2");
+    EXPECT_EQ(session.read(varo::internalConfigSetting().group()).severity, 6);
+    EXPECT_STREQ(session.read(varo::dnsSetting().group(), 1).domain, "dhcp.example.net");
+    EXPECT_EQ(session.read(varo::dnsSetting().group(), 1).ip_pri, 0xC0000201);
+    EXPECT_EQ(session.read(varo::dnsSetting().group(), 1).ip_sec, 0U);
+    EXPECT_EQ(session.read(varo::dnsSetting().group(), 2).ip_sec, 0xC0000203);
+    EXPECT_STREQ(session.read(varo::dns6Setting().group(), 2).ipv6_sec, "2001:db8::2");
 }
 
 TEST_F(Upgrade, RefusesADatabaseThatIsNoStore) {

@@ -2,7 +2,6 @@
 
 #include "board/varo/Library.h"
 #include "board/varo/link/Netlink.h"
-#include "varo/records.h"
 
 #include <syslog.h>
 
@@ -16,12 +15,15 @@ namespace varo {
 /// The interface. Throws Failure (noSuchInterface), which is logged at the given level.
 Netlink::Link requiredLink(Netlink& netlink, const std::string& name, int level = LOG_ERR);
 
-/// The interface name of a record. Throws Failure (invalidValue) when it is not terminated.
-std::string interfaceName(const varoLib_s_interface& record);
-
 /// Index of the management interface; 0, which stands for any, where none is configured. Throws
 /// Failure (noSuchInterface).
 int managementIndex(Netlink& netlink, const Configuration& configuration);
+
+/// Adds the address beside those that are there. Throws Failure with the kernel's reason.
+void putAddress(Netlink& netlink, const std::string& name, int index, const Ipv4Prefix& prefix,
+                std::uint32_t lifetime = Netlink::forever);
+/// False when it was not there. Throws Failure with the kernel's reason.
+bool removeAddress(Netlink& netlink, const std::string& name, int index, const Ipv4Prefix& prefix);
 
 /// Leaves exactly this address on the interface, its primary one. Routes by way of the networks of
 /// addresses that go may go with them. Throws Failure; the kernel's refusal of the new address

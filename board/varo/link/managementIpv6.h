@@ -2,7 +2,7 @@
 
 #include "board/varo/link/Lease6.h"
 #include "board/varo/link/Netlink.h"
-#include "board/varo/settings/ipv6.h"
+#include "board/varo/link/ipv6Prefix.h"
 
 #include <string>
 
@@ -25,6 +25,13 @@ void removeAddress(Netlink& netlink, const std::string& name, int index, const I
 /// neighbours (RFC 5942). Throws Failure.
 void putLeasedAddress(Netlink& netlink, const std::string& name, int index, const Lease6& lease);
 void removeLeasedAddresses(Netlink& netlink, const std::string& name, int index);
+
+/// Makes the gateway the one that is set by hand, which has to be in a network of the interface
+/// unless it is a neighbour. Throws Failure with the kernel's reason.
+void putRoute(Netlink& netlink, const std::string& name, int index, const Ipv6Address& gateway,
+              bool isNeighbour);
+/// One that is not there is removed with success. Throws Failure.
+void removeRoute(Netlink& netlink, const std::string& name, int index, const Ipv6Address& gateway);
 
 /// Puts stored settings into force. The gateway was a neighbour when it was set, and is taken for
 /// one: the network that it is in may be known later only. Throws Failure.

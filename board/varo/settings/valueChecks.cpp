@@ -1,4 +1,4 @@
-#include "board/varo/settings/checks.h"
+#include "board/varo/settings/valueChecks.h"
 
 #include "board/varo/varoCodes.h"
 
