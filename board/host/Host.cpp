@@ -9,7 +9,6 @@
 #include "board/host/descriptorLimit.h"
 #include "board/host/dhcpIdentity.h"
 #include "board/host/loadLibrary.h"
-#include "board/host/serviceOptions.h"
 #include "board/host/stateDirectory.h"
 #include "board/host/words.h"
 #include "board/switchboard/switchConfiguration.h"
@@ -66,12 +65,8 @@ void configureFramework(const Options& options) {
 }
 
 /// The name of the management interface serves the registry and the configuration library alike.
-void configureBoard(const Options& options, NetworkServices& services) {
+void configureBoard(const Options& options, BoardServices& services) {
     framework::nameManagementPort(options.managementInterface);
-    varo::Appliers appliers;
-    addServiceAppliers(appliers, options.services, options.managementInterface);
-    services.supply(options.networkServices, options.stateDirectory, options.managementInterface,
-                    appliers);
     varo::configure({
         .stateDirectory = options.stateDirectory,
         .resolverFile = options.resolverFile,
@@ -84,7 +79,8 @@ void configureBoard(const Options& options, NetworkServices& services) {
         .dhcpVendorClass = options.dhcpVendorClass,
         .acsPidFile = options.acsPidFile,
         .boardPosition = options.boardPosition,
-        .appliers = std::move(appliers),
+        .appliers =
+            services.supply(options.services, options.stateDirectory, options.managementInterface),
     });
     reportDhcpIdentity(options.dhcpVendorClass);
 }

@@ -3,7 +3,7 @@
 #include "board/framework/ManagerLoop.h"
 #include "board/host/EndRequest.h"
 #include "board/host/Options.h"
-#include "board/host/networkServices.h"
+#include "board/host/boardServices.h"
 
 namespace host {
 
@@ -30,7 +30,7 @@ private:
     const Options options;
     const EndRequest endRequest;
     framework::ManagerLoop mainLoop;
-    NetworkServices services;
+    BoardServices services;
     void* library = nullptr;  ///< as dlopen returned it
 };
 

@@ -155,7 +155,6 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
         ->capture_default_str();
     addPlatformOptions(app, options.platform);
     addServiceOptions(app, options.services);
-    addNetworkServiceOptions(app, options.networkServices);
     const Seconds stopTimeout(app, "--stop-timeout",
                               "Time for an orderly end; entities that need longer are left behind",
                               options.stopTimeout);

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "board/host/networkServices.h"
+#include "board/host/boardServices.h"
 #include "board/host/platformOptions.h"
-#include "board/host/serviceOptions.h"
 #include "framework/Log.h"
 
 #include <chrono>
@@ -26,7 +25,6 @@ struct Options {
     std::uint32_t boardPosition = 1;
     PlatformOptions platform;
     ServiceOptions services;
-    NetworkServiceOptions networkServices;
     std::chrono::milliseconds stopTimeout{6'000};
     std::chrono::milliseconds lockTimeout{10'000};
     LogImpl::logLevel_t logLevel = LogImpl::levelInfo;

@@ -7,8 +7,10 @@
 
 namespace varo {
 
-/// What puts the settings of services into force that the library itself only keeps. The host
-/// supplies each for which the machine has a service; an empty one: the values are stored only.
+/// What puts the settings of services into force that the library itself only keeps: it knows no
+/// service, and includes none. The host, which knows both, supplies a function for each setting
+/// that the machine has a service for (board/host/boardServices); an empty one: the values are
+/// stored only. The setting's own file names the function that its records go to.
 ///
 /// They are called with every valid record that was stored, and with the stored or factory one
 /// when the store is opened: one at a time, in the order of the changes. An exception, whose text
