@@ -7,6 +7,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <future>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -100,9 +102,28 @@ TEST_F(Board, RefusesAPidFileThatNamesNoProcess) {
     }
 }
 
+TEST_F(Board, ReportsAProcessThatCannotBeSignalled) {
+    // A thread that is not its process's first is nothing that a signal can be sent to.
+    std::promise<pid_t> id;
+    std::promise<void> end;
+    std::thread thread([&] {
+        id.set_value(::gettid());
+        end.get_future().wait();
+    });
+    const pid_t other = id.get_future().get();
+    writeFile(pidFile, std::to_string(other));
+    EXPECT_EQ(varoSendSigToAcs(SIGUSR1), varo::systemFailed);
+    EXPECT_THAT(log.lines(), ElementsAre(testing::StartsWith(fmt::format(
+                                 "3 varoSendSigToAcs: cannot signal process {}: ", other))));
+    end.set_value();
+    thread.join();
+}
+
 TEST_F(Board, RefusesSignalsThatThereAreNot) {
     for (const int signal : {-1, 0, 65, 1000}) {
         EXPECT_EQ(varoSendSigToAcs(signal), varo::invalidValue) << signal;
+        EXPECT_THAT(log.take(),
+                    ElementsAre(fmt::format("3 varoSendSigToAcs: there is no signal {}", signal)));
     }
 }
 

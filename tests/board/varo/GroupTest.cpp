@@ -182,6 +182,7 @@ TEST_F(RecordGroup, IsUnknownToAStoreWhoseSchemaDoesNotListIt) {
         ADD_FAILURE() << "it was read";
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.code(), internalError);
+        EXPECT_STREQ(failure.what(), "group unlisted is not in the schema");
     }
 }
 

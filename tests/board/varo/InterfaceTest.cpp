@@ -8,6 +8,7 @@
 #include <net/if.h>
 #include <sched.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include <cstring>
@@ -16,6 +17,7 @@
 namespace {
 
 using namespace varotest;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// Sets the address or the mask of an interface.
@@ -92,8 +94,7 @@ TEST_F(Interface, ThatDoesNotExistIsLoggedAtTheDebugLevelOnly) {
     varoLib_s_internalConfig config{.severity = 7};
     ASSERT_EQ(varoUpdateInternalConfig(&config, 7), varo::success);
     read("nosuch0");
-    EXPECT_THAT(log.lines(),
-                testing::ElementsAre("7 varoGetInterface: there is no interface \"nosuch0\""));
+    EXPECT_THAT(log.lines(), ElementsAre("7 varoGetInterface: there is no interface \"nosuch0\""));
 }
 
 TEST_F(Interface, WithoutANameDoesNotExist) {
@@ -104,6 +105,22 @@ TEST_F(Interface, RefusesANameThatIsNotTerminated) {
     varoLib_s_interface record{};
     std::memset(record.name, 'x', sizeof record.name);
     EXPECT_EQ(varoGetInterface(&record), varo::invalidValue);
+    EXPECT_THAT(log.lines(), ElementsAre("3 varoGetInterface: the interface name is not terminated "
+                                         "within its field"));
+}
+
+TEST_F(Interface, CannotBeReadWithoutDescriptors) {
+    const std::string lines = inOwnNamespaces(0, [&] {
+        const rlimit none{0, 0};
+        ::setrlimit(RLIMIT_NOFILE, &none);
+        unsigned char mac[6];
+        EXPECT_EQ(read("lo"), fmt::format("result {:d}", int{varo::systemFailed}));
+        EXPECT_EQ(varoGetIfcMAC("lo", mac), varo::systemFailed);
+        return fmt::format("{}", fmt::join(log.lines(), "\n"));
+    });
+    EXPECT_EQ(lines,
+              "3 varoGetInterface: cannot open a socket: Too many open files\n"
+              "3 varoGetIfcMAC: cannot talk to the kernel about interfaces: Unspecific failure");
 }
 
 }  // namespace

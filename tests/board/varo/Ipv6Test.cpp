@@ -4,12 +4,15 @@
 #include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
 
+#include <gmock/gmock.h>
+
 #include <array>
 #include <functional>
 
 namespace {
 
 using namespace varotest;
+using testing::ElementsAre;
 
 std::string refusal(const std::function<void()>& body) {
     try {
@@ -147,6 +150,7 @@ TEST_F(Ipv6WithoutInterface, DhcpSwitchIsOnAtFirstAndKept) {
     EXPECT_EQ(varoGetDhcp6(&record), varo::success);
     EXPECT_EQ(record.dhcpEnabled, 1U);
     EXPECT_EQ(varoUpdateDhcp6(&record), varo::invalidValue);
+    EXPECT_THAT(log.take(), ElementsAre("3 varoUpdateDhcp6: there is no update 0"));
     record = {2, 0};
     EXPECT_EQ(varoUpdateDhcp6(&record), varo::success);
     ASSERT_EQ(restart(), varo::success);

@@ -10,7 +10,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using varo::BadReport;
 using varo::DhcpEvent;
@@ -89,9 +88,9 @@ TEST(Lease, WithAnAddressOrTimeThatIsNoneIsRefused) {
               "the mask 255.255.0.255 has holes");
     EXPECT_EQ(refusal({"bound", "ip=192.0.2.7", "subnet=24", "lease=60"}),
               "the mask \"24\" is none");
-    for (const char* lease : {"lease=", "lease=0", "lease=-1", "lease=60s", "lease=4294967296"}) {
-        EXPECT_THAT(refusal({"bound", "ip=192.0.2.7", lease}), HasSubstr("the lease time"))
-            << lease;
+    for (const std::string time : {"", "0", "-1", "60s", "4294967296"}) {
+        EXPECT_EQ(refusal({"bound", "ip=192.0.2.7", "lease=" + time}),
+                  "the lease time \"" + time + "\" is none");
     }
 }
 

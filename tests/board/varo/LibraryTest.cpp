@@ -53,6 +53,21 @@ int firstUse() {
     return readDns() == varo::notOpen ? 0 : 6;
 }
 
+/// The same; what cannot be put into force is logged, and the call is answered.
+int firstUseWithoutResolverFile() {
+    const TemporaryDirectory directory;
+    LogLines log;
+    varo::configure({directory.path(), directory.path() / "no" / "such", log.receiver()});
+    if (readDns() != varo::success || log.lines().size() != 1) {
+        return 1;
+    }
+    return log.lines()[0].starts_with(
+               "3 opening on first use: the resolver settings are stored, "
+               "but not in force: ")
+               ? 0
+               : 2;
+}
+
 int useWithoutConfiguration() {
     varoLib_s_dns record{};
     setText(record.domain, "before");
@@ -67,6 +82,11 @@ int useWithoutConfiguration() {
 TEST(LibraryDeathTest, AnswersCallsMadeBeforeInit) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(std::_Exit(firstUse()), testing::ExitedWithCode(0), "");
+}
+
+TEST(LibraryDeathTest, AnswersCallsEvenIfNotAllIsInForce) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::_Exit(firstUseWithoutResolverFile()), testing::ExitedWithCode(0), "");
 }
 
 TEST(LibraryDeathTest, FailsWithoutAConfiguration) {

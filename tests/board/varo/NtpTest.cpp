@@ -28,19 +28,8 @@ protected:
     static int store(int source, Hosts config) { return varoUpdateNtpHost(source, &config); }
     static int store(int source, Addresses config) { return varoUpdateNtpWS(source, &config); }
 
-    static Hosts readHosts(int source) {
-        Hosts config;
-        std::memset(&config, 0x55, sizeof config);
-        EXPECT_EQ(varoGetNtpHost(&source, &config), varo::success);
-        return config;
-    }
-
-    static Addresses readAddresses(int source) {
-        Addresses config;
-        std::memset(&config, 0x55, sizeof config);
-        EXPECT_EQ(varoGetNtpWS(&source, &config), varo::success);
-        return config;
-    }
+    static Hosts readHosts(int source) { return readBy(varoGetNtpHost, source); }
+    static Addresses readAddresses(int source) { return readBy(varoGetNtpWS, source); }
 
     /// "host version priority type" of the entries.
     static std::vector<std::string> shown(const Hosts& config) {
@@ -70,9 +59,7 @@ TEST_F(Ntp, IsOffAndHasNoServersFromTheFactory) {
         EXPECT_THAT(shown(readHosts(source)), ElementsAre(" 0 0 0", " 0 0 0", " 0 0 0", " 0 0 0"));
         EXPECT_THAT(shown(readAddresses(source)), ElementsAre("0 0 0", "0 0 0", "0 0 0"));
     }
-    Hosts config;
-    std::memset(&config, 0x55, sizeof config);
-    EXPECT_EQ(varoDefNtpHost(2, &config), varo::success);
+    Hosts config = readBy(varoDefNtpHost, 2);
     EXPECT_EQ(config.mode, 0);
     EXPECT_EQ(store(2, config), varo::success);
     EXPECT_EQ(store(1, config), varo::success);
@@ -227,19 +214,8 @@ protected:
         ASSERT_EQ(varoLibInit(), varo::success);
     }
 
-    static rpcSntpInfoHost hostInfo(int& source) {
-        rpcSntpInfoHost info;
-        std::memset(&info, 0x55, sizeof info);
-        EXPECT_EQ(varoGetNtpHostStats(&source, &info), varo::success);
-        return info;
-    }
-
-    static rpcSntpInfo addressInfo(int& source) {
-        rpcSntpInfo info;
-        std::memset(&info, 0x55, sizeof info);
-        EXPECT_EQ(varoGetNtpStatsWS(&source, &info), varo::success);
-        return info;
-    }
+    static rpcSntpInfoHost hostInfo(int& source) { return readBy(varoGetNtpHostStats, source); }
+    static rpcSntpInfo addressInfo(int& source) { return readBy(varoGetNtpStatsWS, source); }
 
     /// A client that is synchronised to the second server.
     static rpcSntpInfoHost synchronised(const rpcSntpConfigHost& config) {

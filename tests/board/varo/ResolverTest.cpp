@@ -44,12 +44,7 @@ protected:
         ASSERT_EQ(Family::update(source, &record), varo::success);
     }
 
-    static Record read(int source) {
-        Record record;
-        std::memset(&record, 0x55, sizeof record);
-        EXPECT_EQ(Family::get(&source, &record), varo::success);
-        return record;
-    }
+    static Record read(int source) { return readBy(Family::get, source); }
 
     /// The source that the library chooses.
     static int chosen() {

@@ -1,5 +1,6 @@
 #include "tests/board/varo/VaroTest.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,25 +12,20 @@ using namespace varotest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// The values of a record, in its order.
+std::string shown(const varoLib_s_telnetSrv& server) {
+    return fmt::format("{} {} {}", server.enabled, server.maxSessions, server.idleTimeout);
+}
+std::string shown(const varoLib_s_sshSrv& server) {
+    return fmt::format("{} {}", server.enabled, server.port);
+}
+std::string shown(const varoLib_s_ftpSrv& server) { return fmt::format("{}", server.state); }
+
 class Services : public VaroTest {
 protected:
-    static varoLib_s_telnetSrv telnet() {
-        varoLib_s_telnetSrv record{-1, 99, 99};
-        EXPECT_EQ(varoGetTelnetSrv(&record), varo::success);
-        return record;
-    }
-
-    static varoLib_s_sshSrv ssh() {
-        varoLib_s_sshSrv record{-1, 99};
-        EXPECT_EQ(varoGetSshSrv(&record), varo::success);
-        return record;
-    }
-
-    static int ftp() {
-        varoLib_s_ftpSrv record{-1};
-        EXPECT_EQ(varoGetFtpSrv(&record), varo::success);
-        return record.state;
-    }
+    static std::string telnet() { return shown(readBy(varoGetTelnetSrv)); }
+    static std::string ssh() { return shown(readBy(varoGetSshSrv)); }
+    static std::string ftp() { return shown(readBy(varoGetFtpSrv)); }
 
     static int setTelnet(int enabled, unsigned int sessions, unsigned int minutes) {
         varoLib_s_telnetSrv record{enabled, sessions, minutes};
@@ -48,12 +44,9 @@ protected:
 };
 
 TEST_F(Services, OffersEncryptedTerminalsOnlyFromTheFactory) {
-    EXPECT_EQ(telnet().enabled, 0);
-    EXPECT_EQ(telnet().maxSessions, 5U);
-    EXPECT_EQ(telnet().idleTimeout, 10U);
-    EXPECT_EQ(ssh().enabled, 1);
-    EXPECT_EQ(ssh().port, 22U);
-    EXPECT_EQ(ftp(), 0);
+    EXPECT_EQ(telnet(), "0 5 10");
+    EXPECT_EQ(ssh(), "1 22");
+    EXPECT_EQ(ftp(), "0");
 }
 
 TEST_F(Services, KeepsWhatIsSetOverARestart) {
@@ -61,12 +54,9 @@ TEST_F(Services, KeepsWhatIsSetOverARestart) {
     EXPECT_EQ(setSsh(0, 65535), varo::success);
     EXPECT_EQ(setFtp(1), varo::success);
     ASSERT_EQ(restart(), varo::success);
-    EXPECT_EQ(telnet().enabled, 1);
-    EXPECT_EQ(telnet().maxSessions, 64U);
-    EXPECT_EQ(telnet().idleTimeout, 0U);
-    EXPECT_EQ(ssh().enabled, 0);
-    EXPECT_EQ(ssh().port, 65535U);
-    EXPECT_EQ(ftp(), 1);
+    EXPECT_EQ(telnet(), "1 64 0");
+    EXPECT_EQ(ssh(), "0 65535");
+    EXPECT_EQ(ftp(), "1");
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -91,9 +81,7 @@ TEST_F(Services, RefusesTelnetValuesOutOfRangeAndKeepsTheOldOnes) {
                             "3 varoUpdateTelnetSrv: maximum sessions: 65 is not in 1 to 64",
                             "3 varoUpdateTelnetSrv: maximum sessions: 4294967295 is not in 1 to 64",
                             "3 varoUpdateTelnetSrv: idle timeout: 1441 is not in 0 to 1440"));
-    EXPECT_EQ(telnet().enabled, 1);
-    EXPECT_EQ(telnet().maxSessions, 7U);
-    EXPECT_EQ(telnet().idleTimeout, 20U);
+    EXPECT_EQ(telnet(), "1 7 20");
 }
 
 TEST_F(Services, RefusesSshAndFtpValuesOutOfRangeAndKeepsTheOldOnes) {
@@ -105,29 +93,20 @@ TEST_F(Services, RefusesSshAndFtpValuesOutOfRangeAndKeepsTheOldOnes) {
                                          "3 varoUpdateSshSrv: port: 0 is not in 1 to 65535",
                                          "3 varoUpdateSshSrv: port: 65536 is not in 1 to 65535",
                                          "3 varoUpdateFtpSrv: state: 2 is not in 0 to 1"));
-    EXPECT_EQ(ssh().enabled, 1);
-    EXPECT_EQ(ssh().port, 22U);
-    EXPECT_EQ(ftp(), 0);
+    EXPECT_EQ(ssh(), "1 22");
+    EXPECT_EQ(ftp(), "0");
 }
 
 TEST_F(Services, FillsFactoryValuesAndStoresNothing) {
     ASSERT_EQ(setTelnet(1, 7, 20), varo::success);
     ASSERT_EQ(setSsh(0, 2222), varo::success);
     ASSERT_EQ(setFtp(1), varo::success);
-    varoLib_s_telnetSrv telnetRecord{1, 9, 9};
-    varoLib_s_sshSrv sshRecord{0, 9};
-    varoLib_s_ftpSrv ftpRecord{1};
-    EXPECT_EQ(varoDefTelnetSrv(&telnetRecord), varo::success);
-    EXPECT_EQ(varoDefSshSrv(&sshRecord), varo::success);
-    EXPECT_EQ(varoDefFtpSrv(&ftpRecord), varo::success);
-    EXPECT_EQ(telnetRecord.enabled, 0);
-    EXPECT_EQ(telnetRecord.maxSessions, 5U);
-    EXPECT_EQ(sshRecord.enabled, 1);
-    EXPECT_EQ(sshRecord.port, 22U);
-    EXPECT_EQ(ftpRecord.state, 0);
-    EXPECT_EQ(telnet().maxSessions, 7U);
-    EXPECT_EQ(ssh().port, 2222U);
-    EXPECT_EQ(ftp(), 1);
+    EXPECT_EQ(shown(readBy(varoDefTelnetSrv)), "0 5 10");
+    EXPECT_EQ(shown(readBy(varoDefSshSrv)), "1 22");
+    EXPECT_EQ(shown(readBy(varoDefFtpSrv)), "0");
+    EXPECT_EQ(telnet(), "1 7 20");
+    EXPECT_EQ(ssh(), "0 2222");
+    EXPECT_EQ(ftp(), "1");
 }
 
 TEST_F(Services, RefusesNullRecords) {
@@ -164,8 +143,8 @@ protected:
 
 TEST_F(Acs, IsOffFromTheFactoryForEachSource) {
     for (const int source : {1, 2}) {
-        varoLib_s_acs record{7, 7};
-        EXPECT_EQ(varoDefAcs(&record, source), varo::success);
+        auto record =
+            filledBy<varoLib_s_acs>([&](auto& filled) { return varoDefAcs(&filled, source); });
         EXPECT_EQ(record.enabled, 0);
         EXPECT_EQ(record.source, source);
         EXPECT_EQ(varoUpdateAcs(&record, source), varo::success);

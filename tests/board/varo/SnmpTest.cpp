@@ -11,17 +11,10 @@ using testing::IsEmpty;
 
 class Communities : public VaroTest {
 protected:
-    static varoLib_s_snmpCommunity read() {
-        varoLib_s_snmpCommunity record;
-        std::memset(&record, 0x55, sizeof record);
-        EXPECT_EQ(varoGetSnmpCommunity(&record), varo::success);
-        return record;
-    }
-
     /// The entries that are not empty, as "place name access".
     static std::vector<std::string> entries() {
         std::vector<std::string> all;
-        const varoLib_s_snmpCommunity record = read();
+        const auto record = readBy(varoGetSnmpCommunity);
         for (int place = 0; place < 6; ++place) {
             const auto& community = record.communities[place];
             if (community.name[0] != '\0') {
@@ -37,9 +30,7 @@ protected:
 
 TEST_F(Communities, AreNoneFromTheFactory) {
     EXPECT_THAT(entries(), IsEmpty());
-    varoLib_s_snmpCommunity record;
-    std::memset(&record, 0x55, sizeof record);
-    EXPECT_EQ(varoDefSnmpCommunity(&record), varo::success);
+    auto record = readBy(varoDefSnmpCommunity);
     EXPECT_STREQ(record.communities[5].name, "");
     EXPECT_EQ(varoUpdateSnmpCommunity(&record), varo::success);
 }
@@ -136,19 +127,14 @@ TEST_F(Communities, AreReplacedByAWholeRecordOrNotAtAll) {
 class SnmpSystem : public VaroTest {
 protected:
     static std::vector<std::string> texts() {
-        varoLib_s_snmpSystem record;
-        std::memset(&record, 0x55, sizeof record);
-        EXPECT_EQ(varoGetSnmpSystem(&record), varo::success);
+        const auto record = readBy(varoGetSnmpSystem);
         return {record.contact, record.location, record.name};
     }
 };
 
 TEST_F(SnmpSystem, IsEmptyFromTheFactory) {
     EXPECT_THAT(texts(), ElementsAre("", "", ""));
-    varoLib_s_snmpSystem record;
-    std::memset(&record, 0x55, sizeof record);
-    EXPECT_EQ(varoDefSnmpSystem(&record), varo::success);
-    EXPECT_STREQ(record.location, "");
+    EXPECT_STREQ(readBy(varoDefSnmpSystem).location, "");
 }
 
 TEST_F(SnmpSystem, KeepsTheTextOfEachSelectorOverARestart) {

@@ -125,8 +125,11 @@ TEST_F(StorageFailure, InAReadOnlyDirectoryDoesNotLoseADamagedFile) {
         return fmt::format("{} {}\n{}", opened, readFile(file) == std::string(8192, 'x'),
                            logText());
     });
-    EXPECT_THAT(result, testing::MatchesRegex(fmt::format("{} true\n3 varoLibInit: [^\n]*\n",
-                                                          int{varo::storageFailed})));
+    EXPECT_THAT(result,
+                testing::MatchesRegex(fmt::format(
+                    "{} true\n3 varoLibInit: {} is damaged \\(file is not a database\\) and "
+                    "cannot be set aside: [^\n]*\n",
+                    int{varo::storageFailed}, file.string())));
 }
 
 /// Another process' connection, as far as SQLite is concerned.

@@ -14,28 +14,13 @@ using Zone = varoLib_s_sntpTimeZone;
 
 class TimeZone : public VaroTest {
 protected:
-    static Zone read() {
-        Zone zone;
-        std::memset(&zone, 0x55, sizeof zone);
-        EXPECT_EQ(varoGetSntpTimeZone(&zone), varo::success);
-        return zone;
-    }
+    static Zone read() { return readBy(varoGetSntpTimeZone); }
 
     static Zone factory() { return named("NONE", 0, 0); }
 
     static Zone named(const std::string& name, std::int32_t offset, std::int32_t dstOffset) {
-        Zone zone{};
+        Zone zone{"", offset, dstOffset, 3, 4, 7, 200, 10, 5, 7, 200, 0};
         setText(zone.name, name);
-        zone.offset = offset;
-        zone.dstOffset = dstOffset;
-        zone.dstSMonth = 3;
-        zone.dstSWeek = 4;
-        zone.dstSDayInWeek = 7;
-        zone.dstSTime = 200;
-        zone.dstEMonth = 10;
-        zone.dstEWeek = 5;
-        zone.dstEDayInWeek = 7;
-        zone.dstETime = 200;
         return zone;
     }
 

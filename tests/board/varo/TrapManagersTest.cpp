@@ -17,12 +17,7 @@ constexpr std::uint32_t firstHost = 0xC0000201;  // 192.0.2.1
 
 class TrapManagers : public VaroTest {
 protected:
-    static varoLib_s_subag read() {
-        varoLib_s_subag record;
-        std::memset(&record, 0x55, sizeof record);
-        EXPECT_EQ(varoGetSubag(&record), varo::success);
-        return record;
-    }
+    static varoLib_s_subag read() { return readBy(varoGetSubag); }
 
     /// The entries that are not empty, as "place community address".
     static std::vector<std::string> entries() {
@@ -50,9 +45,7 @@ protected:
 TEST_F(TrapManagers, AreNoneFromTheFactoryAndThePortIs162) {
     EXPECT_THAT(entries(), IsEmpty());
     EXPECT_EQ(read().port, 162);
-    varoLib_s_subag record;
-    std::memset(&record, 0x55, sizeof record);
-    EXPECT_EQ(varoDefSubag(&record), varo::success);
+    const auto record = readBy(varoDefSubag);
     EXPECT_EQ(record.port, 162);
     EXPECT_EQ(record.managers[9].ipAddress, 0U);
 }

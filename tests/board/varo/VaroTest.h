@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 
 namespace varotest {
@@ -48,5 +49,26 @@ protected:
         return varoLibInit();
     }
 };
+
+/// What a call fills into a record, whatever that held before.
+template <class Record, class Fill>
+Record filledBy(Fill fill) {
+    Record record;
+    std::memset(&record, 0x55, sizeof record);
+    EXPECT_EQ(fill(record), varo::success);
+    return record;
+}
+template <class Record>
+Record readBy(int (*call)(Record*)) {
+    return filledBy<Record>([&](Record& record) { return call(&record); });
+}
+template <class Record>
+Record readBy(int (*call)(int*, Record*), int& source) {
+    return filledBy<Record>([&](Record& record) { return call(&source, &record); });
+}
+template <class Record>
+Record readBy(int (*call)(int, Record*), int source) {
+    return filledBy<Record>([&](Record& record) { return call(source, &record); });
+}
 
 }  // namespace varotest

@@ -75,7 +75,12 @@ TEST_F(Address, ThatNoHostCanHaveIsRefusedAndChangesNothing) {
         EXPECT_EQ(addresses(), "192.0.2.7/24");
     }
     EXPECT_EQ(lines.count("3 varoAttachIpToIntf: "), static_cast<int>(refused.size()));
-    EXPECT_EQ(lines.count("varoAttachIpToIntf: the mask 255.0.255.0 has holes"), 1);
+    for (const char* const reason :
+         {"the mask 255.0.255.0 has holes", "the mask 0.0.0.0 leaves no network",
+          "192.0.2.0/24 is the address of the network itself",
+          "192.0.2.255/24 is the broadcast address of its network"}) {
+        EXPECT_EQ(lines.count(std::string("3 varoAttachIpToIntf: ") + reason), 1) << reason;
+    }
 }
 
 TEST_F(Address, MayHaveAMaskWithoutRoomForNetworkAndBroadcast) {
@@ -98,6 +103,9 @@ TEST_F(Address, RecordIsChecked) {
     varoLib_s_interface record{};
     std::memset(record.name, 'x', sizeof record.name);
     EXPECT_EQ(varoAttachIpToIntf(&record), varo::invalidValue);
+    EXPECT_EQ(lines.count("3 varoAttachIpToIntf: the interface name is not terminated within its "
+                          "field"),
+              1);
 }
 
 TEST_F(Address, IsDetachedAndForgotten) {
@@ -196,6 +204,10 @@ TEST_F(Address, OfTheHardwareIsRead) {
     std::array<unsigned char, 6> mac{};
     EXPECT_EQ(varoGetIfcMAC("mng0", mac.data()), varo::success);
     EXPECT_EQ(mac, (std::array<unsigned char, 6>{2, 0, 0, 0x12, 0x34, 0x56}));
+    shell("ip tuntap add dev tun0 mode tun");
+    EXPECT_EQ(varoGetIfcMAC("tun0", mac.data()), varo::notThere);
+    EXPECT_EQ(lines.count("3 varoGetIfcMAC: the interface tun0 has no MAC address"), 1);
+    shell("ip link delete tun0");
     EXPECT_EQ(varoGetIfcMAC("nosuch0", mac.data()), varo::noSuchInterface);
     EXPECT_EQ(varoGetIfcMAC("", mac.data()), varo::noSuchInterface);
     EXPECT_EQ(varoGetIfcMAC("a name of more than 15 bytes", mac.data()), varo::noSuchInterface);

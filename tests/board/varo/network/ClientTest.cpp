@@ -72,12 +72,13 @@ TEST_F(Client, GatewaySetByHandServesALeaseWithoutRouter) {
 TEST_F(Client, ReportThatIsNotUsableChangesNothing) {
     openWith(
         std::string(lease) +
-        "\"$REPORT\" bound\nsubnet=255.0.255.0 \"$REPORT\" renew\n"
+        "dns='192.0.2.53 x'\n\"$REPORT\" bound\nsubnet=255.0.255.0 \"$REPORT\" renew\n"
         "ip=224.0.0.1 \"$REPORT\" renew\nip=x \"$REPORT\" renew\nlease=soon \"$REPORT\" renew\n"
         "\"$REPORT\" nonsense\n\"$REPORT\" nak\n" +
         rest);
     EXPECT_TRUE(lines.await("5 the DHCP server has refused the request"));
     EXPECT_EQ(lines.count("3 a report of the DHCP client is not usable: "), 5) << lines.all();
+    EXPECT_EQ(lines.count("4 left out of the DHCP lease: dns \"x\""), 1) << lines.all();
     EXPECT_EQ(addresses(), "192.0.2.60/24 dynamic");
     EXPECT_EQ(gateways(), "192.0.2.1");
 }

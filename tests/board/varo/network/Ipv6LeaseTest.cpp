@@ -22,6 +22,24 @@ protected:
         ASSERT_EQ(switchDhcp6(true), varo::success);
         ASSERT_TRUE(eventually([] { return globalAddresses() == lease; })) << globalAddresses();
     }
+
+    void startClient(const std::vector<std::string>& command) {
+        close();
+        configuration.dhcp6Client = command;
+        configure();
+        open();
+        ASSERT_EQ(switchDhcp6(true), varo::success);
+    }
+
+    /// Runs this shell script as the client from now on; say NAME=VALUE... in it reports.
+    void runClient(const std::string& steps) {
+        const std::string script = (directory.path() / "client6").string();
+        // dhclient's arguments: -6 -d --no-pid -cf FILE -lf FILE -sf SCRIPT -e VARIABLE INTERFACE.
+        writeFile(script,
+                  "say() { env -i \"VARO_DHCP_EVENTS=9\" \"$@\" \"$SCRIPT\"; }\nSCRIPT=$9\n" +
+                      steps + "while :; do sleep 1; done\n");
+        startClient({"sh", script});
+    }
 };
 
 TEST_F(Ipv6Lease, IsObtainedAndReachedByWayOfTheAdvertisedNetwork) {
@@ -128,56 +146,35 @@ TEST_F(Ipv6Lease, ClientWaitsForTheCarrier) {
 }
 
 TEST_F(Ipv6Lease, ReportThatIsNotUsableChangesNothing) {
-    const auto script = directory.path() / "client6";
-    // dhclient's arguments: -6 -d --no-pid -cf FILE -lf FILE -sf SCRIPT -e VARIABLE INTERFACE.
-    writeFile(script,
-              "say() { env -i \"VARO_DHCP_EVENTS=9\" \"$@\" \"$SCRIPT\"; }\nSCRIPT=$9\n"
-              "say reason=BOUND6 new_ip6_address=2001:db8::100 new_max_life=60 "
-              "new_preferred_life=60\n"
-              "say reason=RENEW6 new_ip6_address=ff02::1 new_max_life=60 new_preferred_life=60\n"
-              "say reason=RENEW6 new_ip6_address=2001:db8::101 new_max_life=soon\n"
-              "say reason=NONSENSE\n"
-              "say reason=EXPIRE6 old_ip6_address=2001:db8::99\n"
-              "while :; do sleep 1; done\n");
-    close();
-    configuration.dhcp6Client = {"sh", script.string()};
-    configure();
-    open();
-    ASSERT_EQ(switchDhcp6(true), varo::success);
+    runClient(
+        "say reason=BOUND6 new_ip6_address=2001:db8::100 new_max_life=60 new_preferred_life=60 "
+        "new_dhcp6_name_servers=x\n"
+        "say reason=RENEW6 new_ip6_address=ff02::1 new_max_life=60 new_preferred_life=60\n"
+        "say reason=RENEW6 new_ip6_address=2001:db8::101 new_max_life=soon\n"
+        "say reason=NONSENSE\n"
+        "say reason=EXPIRE6 old_ip6_address=2001:db8::99\n");
     EXPECT_TRUE(lines.await("4 the DHCPv6 lease of 2001:db8::99 has ended")) << lines.all();
     EXPECT_EQ(lines.count("3 a report of the DHCPv6 client is not usable: "), 3) << lines.all();
+    EXPECT_EQ(lines.count("4 left out of the DHCPv6 lease: name server \"x\""), 1) << lines.all();
     EXPECT_EQ(globalAddresses(), lease);
 }
 
 TEST_F(Ipv6Lease, ThatEndsGoesWithItsResolverValues) {
-    const auto script = directory.path() / "client6";
-    writeFile(script,
-              "say() { env -i \"VARO_DHCP_EVENTS=9\" \"$@\" \"$SCRIPT\"; }\nSCRIPT=$9\n"
-              "say reason=BOUND6 new_ip6_address=2001:db8::100 new_max_life=60 "
-              "new_preferred_life=60 new_dhcp6_name_servers=2001:db8::53\n"
-              "while [ ! -e " +
-                  (directory.path() / "end").string() +
-                  " ]; do sleep 0.05; done\n"
-                  "say reason=EXPIRE6 old_ip6_address=2001:db8::100\n"
-                  "while :; do sleep 1; done\n");
-    close();
-    configuration.dhcp6Client = {"sh", script.string()};
-    configure();
-    open();
-    ASSERT_EQ(switchDhcp6(true), varo::success);
+    const std::string end = (directory.path() / "end").string();
+    runClient(
+        "say reason=BOUND6 new_ip6_address=2001:db8::100 new_max_life=60 new_preferred_life=60 "
+        "new_dhcp6_name_servers=2001:db8::53\n"
+        "while [ ! -e " +
+        end + " ]; do sleep 0.05; done\nsay reason=EXPIRE6 old_ip6_address=2001:db8::100\n");
     ASSERT_TRUE(eventually([] { return globalAddresses() == lease; })) << lines.all();
     EXPECT_EQ(resolver6(), "1 2001:db8::53  ");
-    writeFile(directory.path() / "end", "");
+    writeFile(end, "");
     EXPECT_TRUE(eventually([] { return globalAddresses().empty(); }));
     EXPECT_TRUE(eventually([] { return resolver6() == nothingLearnt; }));
 }
 
 TEST_F(Ipv6Lease, ClientThatCannotBeRunIsNamed) {
-    close();
-    configuration.dhcp6Client = {"no-such-client"};
-    configure();
-    open();
-    ASSERT_EQ(switchDhcp6(true), varo::success);
+    startClient({"no-such-client"});
     EXPECT_TRUE(
         lines.await("the DHCPv6 client has ended with status 127: cannot run no-such-client: No "
                     "such file or directory"));

@@ -127,8 +127,11 @@ TEST_F(LeaseInForce, NamesVendorClassAndCircuitIdWhenTold) {
 
     varoLib_s_dhcp record{};
     ASSERT_EQ(varoGetDhcp(&record), varo::success);
-    record.updateSelector = 2;
+    record.updateSelector = 3;
     record.vendorClassEnabled = 1;
+    EXPECT_EQ(varoUpdateDhcp(&record), varo::invalidValue);
+    EXPECT_EQ(lines.count("3 varoUpdateDhcp: there is no update 3"), 1);
+    record.updateSelector = 2;
     record.option82Enabled = 1;
     setText(record.circuitId, "shelf 3:");
     ASSERT_EQ(varoUpdateDhcp(&record), varo::success);

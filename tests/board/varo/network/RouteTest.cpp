@@ -98,6 +98,11 @@ TEST_F(Route, RecordIsChecked) {
     EXPECT_EQ(varoDeleteRoute(&record), varo::invalidValue);
     EXPECT_EQ(varoGetRouteByDst(&record), varo::notThere);
     EXPECT_EQ(record.gateway, ipv4("192.0.2.1"));
+    EXPECT_EQ(lines.count("3 varoAddRoute: only the default route is kept, none to 198.51.100.0"),
+              1);
+    EXPECT_EQ(lines.count("7 varoGetRouteByDst: there is no route to 198.51.100.0"), 1);
+    EXPECT_EQ(route(), notThere);
+    EXPECT_EQ(lines.count("7 varoGetRouteByDst: there is no route to everywhere"), 1);
 }
 
 TEST_F(Route, DeletedStaysSoAfterARestart) {
