@@ -14,8 +14,6 @@
 
 namespace {
 
-int resultOf(int status) { return resultOf(status); }
-
 /// Copies a text into a field that is cleared; what does not fit the smaller of the two is cut.
 template <std::size_t fieldSize, std::size_t textSize>
 void copyText(char (&field)[fieldSize], const char (&text)[textSize]) {

@@ -12,8 +12,6 @@
 
 namespace {
 
-int resultOf(int status) { return resultOf(status); }
-
 // What CZuUtil::getIpAddrType tells of a text.
 constexpr int ipv4Text = 1;
 constexpr int ipv6Text = 2;
