@@ -2,7 +2,6 @@
 #include "mngctl/commands/networks.h"
 #include "mngctl/commands/snmp.h"
 #include "mngctl/commands/texts.h"
-#include "mngctl/commands/trapTest.h"
 #include "mngctl/outcome.h"
 
 #include <fmt/format.h>

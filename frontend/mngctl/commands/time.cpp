@@ -4,7 +4,6 @@
 #include "mngctl/outcome.h"
 #include "mngctl/wire/values.h"
 #include "mngctl/zone/civilTime.h"
-#include "mngctl/zone/zoneDatabase.h"
 #include "mngctl/zone/zoneSettings.h"
 
 #include <fmt/format.h>

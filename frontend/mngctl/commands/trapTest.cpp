@@ -1,5 +1,4 @@
-#include "mngctl/commands/trapTest.h"
-
+#include "mngctl/commands/snmp.h"
 #include "mngctl/outcome.h"
 
 #include <fcntl.h>

@@ -1,15 +1,16 @@
 #include "mngctl/events/eventChannel.h"
 
-#include "mngctl/events/interrupt.h"
 #include "mngctl/outcome.h"
 #include "mngctl/rpc/rpcHandle.h"
 #include "mngctl/wire/values.h"
 
 #include <curl/curl.h>
 #include <fmt/format.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -22,6 +23,51 @@ constexpr const char* eventPath = "/sse-event";
 constexpr const char* eventStreamType = "text/event-stream";
 /// The server sends a comment every ten seconds where it has nothing else to say.
 constexpr long longestSilence = 30;  // seconds
+
+/// While it lives, Ctrl-C ends nothing but makes a descriptor readable.
+class Interrupt {
+public:
+    /// Throws std::system_error.
+    Interrupt();
+    ~Interrupt();
+    Interrupt(const Interrupt&) = delete;
+    Interrupt& operator=(const Interrupt&) = delete;
+
+    int descriptor() const { return signals; }
+
+    /// Whether Ctrl-C came since the last look.
+    bool take();
+
+private:
+    sigset_t before{};
+    int signals = -1;
+};
+
+Interrupt::Interrupt() {
+    sigset_t interrupt;
+    ::sigemptyset(&interrupt);
+    ::sigaddset(&interrupt, SIGINT);
+    signals = ::signalfd(-1, &interrupt, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (signals < 0) {
+        throw std::system_error(errno, std::generic_category(), "signalfd");
+    }
+    ::pthread_sigmask(SIG_BLOCK, &interrupt, &before);
+}
+
+Interrupt::~Interrupt() {
+    take();
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    ::close(signals);
+}
+
+bool Interrupt::take() {
+    signalfd_siginfo signal{};
+    bool came = false;
+    while (::read(signals, &signal, sizeof signal) == static_cast<ssize_t>(sizeof signal)) {
+        came = true;
+    }
+    return came;
+}
 
 struct FreeMulti {
     void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }

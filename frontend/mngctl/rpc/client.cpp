@@ -1,7 +1,7 @@
 #include "mngctl/rpc/client.h"
 
 #include "mngctl/outcome.h"
-#include "mngctl/rpc/portMapper.h"
+#include "mngctl/rpc/rpcHandle.h"
 
 #include <fmt/format.h>
 #include <netdb.h>

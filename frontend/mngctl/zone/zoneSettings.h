@@ -62,4 +62,8 @@ struct Outlook {
 };
 Outlook outlook(const ZoneSettings& zone, LocalTime now, std::size_t count);
 
+/// The rule that holds from now on in a zone of this machine's zone database (tzfile(5)), in
+/// /usr/share/zoneinfo or the directory that TZDIR names. Throws UsageError when there is none.
+std::string ruleOfZone(const std::string& name);
+
 }  // namespace mngctl
