@@ -55,7 +55,11 @@ Netlink::Netlink() : socket(checkedObject(nl_socket_alloc())) {
     }
 }
 
-int Netlink::request(nl_msg* built) {
+int Netlink::request(const char* doing, const std::function<int(nl_msg**)>& build) {
+    nl_msg* built = nullptr;
+    if (const int error = build(&built); error < 0) {
+        failNetlink(doing, error);
+    }
     const NetlinkMessage message(built);
     const NetlinkCallbacks callbacks = checkedObject(NetlinkCallbacks(nl_cb_alloc(NL_CB_DEFAULT)));
     int result = 0;
@@ -101,12 +105,9 @@ int Netlink::bringUp(int index) {
     const LinkObject change = checkedObject(LinkObject(rtnl_link_alloc()));
     rtnl_link_set_ifindex(now.get(), index);
     rtnl_link_set_flags(change.get(), IFF_UP);
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_link_build_change_request(now.get(), change.get(), 0, &message);
-        error < 0) {
-        failNetlink("ask for an interface to be brought up", error);
-    }
-    return request(message);
+    return request("ask for an interface to be brought up", [&](nl_msg** built) {
+        return rtnl_link_build_change_request(now.get(), change.get(), 0, built);
+    });
 }
 
 std::vector<Ipv4Prefix> Netlink::addresses(int index) {
@@ -119,40 +120,28 @@ std::vector<Ipv4Prefix> Netlink::addresses(int index) {
 }
 
 int Netlink::requestAddition(rtnl_addr* address) {
-    nl_msg* message = nullptr;
-    if (const int error =
-            rtnl_addr_build_add_request(address, NLM_F_CREATE | NLM_F_REPLACE, &message);
-        error < 0) {
-        failNetlink("ask for an address", error);
-    }
-    return request(message);
+    return request("ask for an address", [&](nl_msg** built) {
+        return rtnl_addr_build_add_request(address, NLM_F_CREATE | NLM_F_REPLACE, built);
+    });
 }
 
 int Netlink::requestRemoval(rtnl_addr* address) {
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_addr_build_delete_request(address, 0, &message); error < 0) {
-        failNetlink("ask for an address to be removed", error);
-    }
-    return request(message);
+    return request("ask for an address to be removed", [&](nl_msg** built) {
+        return rtnl_addr_build_delete_request(address, 0, built);
+    });
 }
 
 int Netlink::requestAddition(rtnl_route* route, int flags) {
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_route_build_add_request(route, NLM_F_CREATE | flags, &message);
-        error < 0) {
-        failNetlink("ask for a route", error);
-    }
-    return request(message);
+    return request("ask for a route", [&](nl_msg** built) {
+        return rtnl_route_build_add_request(route, NLM_F_CREATE | flags, built);
+    });
 }
 
 int Netlink::requestRemoval(rtnl_route* route) {
     // Whoever has added it.
     rtnl_route_set_protocol(route, RTPROT_UNSPEC);
-    nl_msg* message = nullptr;
-    if (const int error = rtnl_route_build_del_request(route, 0, &message); error < 0) {
-        failNetlink("ask for a route to be removed", error);
-    }
-    return request(message);
+    return request("ask for a route to be removed",
+                   [&](nl_msg** built) { return rtnl_route_build_del_request(route, 0, built); });
 }
 
 int Netlink::putAddress(int index, const Ipv4Prefix& prefix, std::uint32_t lifetime) {

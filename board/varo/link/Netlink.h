@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -89,7 +90,8 @@ private:
     };
     std::unique_ptr<nl_sock, Close> socket;
 
-    int request(nl_msg* message);
+    /// Sends what `build` makes and returns the kernel's error number. Throws as the others.
+    int request(const char* doing, const std::function<int(nl_msg**)>& build);
     int requestAddition(rtnl_addr* address);
     int requestRemoval(rtnl_addr* address);
     int requestAddition(rtnl_route* route, int flags);
