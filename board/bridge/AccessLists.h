@@ -4,7 +4,7 @@
 #include "board/bridge/FilterTable.h"
 #include "board/bridge/RuleStore.h"
 #include "board/bridge/bridgeConfiguration.h"
-#include "board/framework/RuleCounter.h"
+#include "board/framework/Framework.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "board/bridge/aclChecks.h"
 
 #include "board/bridge/bridgeCodes.h"
-#include "board/bridge/ipv4Text.h"
+#include "board/support/addresses.h"
 
 #include <fmt/format.h>
 
@@ -50,7 +50,7 @@ void checkCondition(const zubridge_acl_condition& condition) {
 
 std::string describe(const SavedRule& rule) {
     return fmt::format("{} {}, wildcard {}", rule.permit ? "permit" : "deny",
-                       ipv4Text(rule.address), ipv4Text(rule.wildcard));
+                       support::ipv4Text(rule.address), support::ipv4Text(rule.wildcard));
 }
 
 }  // namespace bridge

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/support/Failure.h"
+#include "board/support/answer.h"
 
 namespace bridge {
 

@@ -1,6 +1,6 @@
 #include "board/bridge/filterRules.h"
 
-#include "board/bridge/ipv4Text.h"
+#include "board/support/addresses.h"
 
 #include <fmt/format.h>
 
@@ -33,19 +33,19 @@ json isFrom(const zubridge_acl_condition& condition) {
         return isIpv4();
     }
     if (mask == allBits) {
-        return matchOn(source, ipv4Text(condition.address));
+        return matchOn(source, support::ipv4Text(condition.address));
     }
-    return matchOn({{"&", json::array({source, ipv4Text(mask)})}},
-                   ipv4Text(condition.address & mask));
+    return matchOn({{"&", json::array({source, support::ipv4Text(mask)})}},
+                   support::ipv4Text(condition.address & mask));
 }
 
 FilterRule filterRule(const AccessRule& rule, const zubridge_acl_condition& condition) {
     const std::string counter = counterName(rule.id);
     const char* const verdict = rule.permit ? "accept" : "drop";
-    return {fmt::format("rule {}: {} {} {}", rule.id, rule.permit ? "permit" : "deny",
-                        ipv4Text(condition.address), ipv4Text(condition.wildcard)),
-            json::array({isFrom(condition), {{"counter", counter}}, {{verdict, nullptr}}}),
-            counter};
+    return {
+        fmt::format("rule {}: {} {} {}", rule.id, rule.permit ? "permit" : "deny",
+                    support::ipv4Text(condition.address), support::ipv4Text(condition.wildcard)),
+        json::array({isFrom(condition), {{"counter", counter}}, {{verdict, nullptr}}}), counter};
 }
 
 bool isPlain(char character) {

@@ -1,6 +1,6 @@
 #include "board/bridge/rulesDocument.h"
 
-#include "board/bridge/ipv4Text.h"
+#include "board/support/addresses.h"
 
 #include <nlohmann/json.hpp>
 
@@ -28,13 +28,13 @@ constexpr const char* denyAction = "deny";
 
 json toJson(const SavedRule& rule) {
     return {{actionMember, rule.permit ? permitAction : denyAction},
-            {addressMember, ipv4Text(rule.address)},
-            {wildcardMember, ipv4Text(rule.wildcard)}};
+            {addressMember, support::ipv4Text(rule.address)},
+            {wildcardMember, support::ipv4Text(rule.wildcard)}};
 }
 
 unsigned int addressIn(const json& rule, const char* member) {
     const auto text = rule.at(member).get<std::string>();
-    const auto address = parseIpv4(text);
+    const auto address = support::parsedIpv4(text);
     if (!address) {
         throw std::runtime_error(std::string(member) + " \"" + text + "\" is not an IPv4 address");
     }

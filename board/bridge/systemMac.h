@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/support/ethernetAddress.h"
+#include "board/support/addresses.h"
 
 #include <optional>
 #include <string_view>

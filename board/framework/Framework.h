@@ -2,7 +2,6 @@
 
 #include "board/framework/EntityRegistry.h"
 #include "board/framework/ReentrantSharedLock.h"
-#include "board/framework/RuleCounter.h"
 #include "board/framework/Settings.h"
 #include "board/framework/ThreadNames.h"
 #include "board/support/LogChannel.h"
@@ -14,6 +13,15 @@
 #include <vector>
 
 namespace framework {
+
+/// A rule of the remote-access list and what it has matched. Addresses are in host byte order.
+struct RuleCounter {
+    unsigned int address;
+    unsigned int netmask;
+    bool permit;
+    unsigned long long packets;
+    unsigned long long bytes;
+};
 
 /// The state behind the framework's classes, one for the process.
 struct Framework {

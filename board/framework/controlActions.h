@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/framework/RuleCounter.h"
+#include "board/framework/Framework.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "framework/relayAgents.h"
 
 #include "board/framework/Framework.h"
-#include "board/framework/systemTexts.h"
+#include "board/framework/boardIdentity.h"
 
 #include <mutex>
 

@@ -1,6 +1,6 @@
 #include "board/host/EndRequest.h"
 
-#include "board/host/exitStatus.h"
+#include "board/host/Options.h"
 
 #include <poll.h>
 #include <signal.h>

@@ -2,15 +2,12 @@
 
 #include "board/bridge/bridgeConfiguration.h"
 #include "board/framework/Framework.h"
+#include "board/framework/boardIdentity.h"
 #include "board/framework/callWithin.h"
-#include "board/framework/managementPort.h"
+#include "board/framework/reporters.h"
+#include "board/host/Options.h"
 #include "board/host/PortMapper.h"
-#include "board/host/StartFailure.h"
-#include "board/host/descriptorLimit.h"
-#include "board/host/dhcpIdentity.h"
-#include "board/host/loadLibrary.h"
-#include "board/host/stateDirectory.h"
-#include "board/host/words.h"
+#include "board/host/surroundings.h"
 #include "board/switchboard/switchConfiguration.h"
 #include "board/varo/varoConfiguration.h"
 #include "control.h"
@@ -28,9 +25,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,6 +63,17 @@ void configureFramework(const Options& options) {
     }
 }
 
+/// What the DHCP client is told to send; the vendor class is that which it was configured with.
+framework::DhcpIdentity readIdentity(const std::string& vendorClass) {
+    varoLib_s_dhcp dhcp{};
+    if (const int result = varoGetDhcp(&dhcp); result != 0) {
+        throw std::runtime_error("the DHCP settings cannot be read: result " +
+                                 std::to_string(result));
+    }
+    return {dhcp.vendorClassEnabled != 0, vendorClass, dhcp.option82Enabled != 0,
+            std::string(dhcp.circuitId, strnlen(dhcp.circuitId, sizeof dhcp.circuitId))};
+}
+
 /// The name of the management interface serves the registry and the configuration library alike.
 void configureBoard(const Options& options, BoardServices& services) {
     framework::nameManagementPort(options.managementInterface);
@@ -82,7 +92,8 @@ void configureBoard(const Options& options, BoardServices& services) {
         .appliers =
             services.supply(options.services, options.stateDirectory, options.managementInterface),
     });
-    reportDhcpIdentity(options.dhcpVendorClass);
+    framework::dhcpIdentityReporter().set(
+        [vendorClass = options.dhcpVendorClass] { return readIdentity(vendorClass); });
 }
 
 std::optional<std::string> nameOfPort(int portId) {

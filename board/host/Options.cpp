@@ -1,7 +1,7 @@
 #include "board/host/Options.h"
 
-#include "board/framework/managementPort.h"
-#include "board/host/exitStatus.h"
+#include "board/bridge/systemMac.h"
+#include "board/framework/boardIdentity.h"
 
 #include <CLI/CLI.hpp>
 
@@ -123,6 +123,23 @@ void addManagementOptions(CLI::App& app, Options& options) {
         ->type_name("PATH");
 }
 
+std::string objectionToMac(const std::string& text) {
+    return bridge::parseMac(text) ? ""
+                                  : "not the MAC address of a station, six bytes such as "
+                                    "00:1b:21:3c:4d:5e: " +
+                                        text;
+}
+
+void addPlatformOptions(CLI::App& app, PlatformOptions& options) {
+    app.add_option("--software-version-file", options.softwareVersionFile,
+                   "File whose first line is the version of the system software as a whole")
+        ->type_name("PATH");
+    app.add_option("--system-mac", options.systemMac,
+                   "MAC address of the system; without it, that of the management port")
+        ->type_name("ADDRESS")
+        ->check(objectionToMac);
+}
+
 /// The process leaves its working directory.
 void makePathsAbsolute(Options& options) {
     options.library = std::filesystem::absolute(options.library);
@@ -179,6 +196,13 @@ std::variant<Options, int> readOptions(int argumentCount, const char* const* arg
     options.lockTimeout = lockTimeout.get();
     options.logLevel = static_cast<LogImpl::logLevel_t>(logLevel);
     return options;
+}
+
+void configurePlatform(const PlatformOptions& options) {
+    framework::setSoftwareVersionFile(options.softwareVersionFile.empty()
+                                          ? options.softwareVersionFile
+                                          : std::filesystem::absolute(options.softwareVersionFile));
+    bridge::setSystemMac(bridge::parseMac(options.systemMac));
 }
 
 }  // namespace host

@@ -1,6 +1,6 @@
 #include "board/host/PortMapper.h"
 
-#include "board/host/StartFailure.h"
+#include "board/host/surroundings.h"
 #include "rte/BLL/core/rpcDispatch.h"
 
 #include <netinet/in.h>

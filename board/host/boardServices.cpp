@@ -1,10 +1,10 @@
 #include "board/host/boardServices.h"
 
 #include "board/framework/Framework.h"
-#include "board/host/words.h"
+#include "board/host/Options.h"
 #include "board/ntp/NtpClient.h"
 #include "board/services/SessionServers.h"
-#include "board/services/timeZoneFiles.h"
+#include "board/services/timeZone.h"
 #include "board/snmp/Agent.h"
 #include "board/support/LogChannel.h"
 

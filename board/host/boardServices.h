@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/varo/hostAppliers.h"
+#include "board/varo/varoConfiguration.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,8 +1,7 @@
 #include "board/framework/Framework.h"
 #include "board/host/Host.h"
 #include "board/host/Options.h"
-#include "board/host/StartFailure.h"
-#include "board/host/exitStatus.h"
+#include "board/host/surroundings.h"
 #include "board/varo/link/dhcpEvent.h"
 
 #include <unistd.h>

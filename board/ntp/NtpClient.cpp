@@ -3,7 +3,7 @@
 #include "board/ntp/chronyConfiguration.h"
 #include "board/ntp/status.h"
 #include "board/process/Command.h"
-#include "board/support/replaceFile.h"
+#include "board/support/wholeFile.h"
 
 #include <chrono>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "board/snmp/Agent.h"
 
-#include "board/support/replaceFile.h"
+#include "board/support/wholeFile.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,6 @@
 #include "board/support/StateFile.h"
 
-#include "board/support/readFile.h"
-#include "board/support/setAside.h"
+#include "board/support/wholeFile.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

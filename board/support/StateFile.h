@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/support/LogChannel.h"
-#include "board/support/replaceFile.h"
+#include "board/support/wholeFile.h"
 
 #include <nlohmann/json_fwd.hpp>
 

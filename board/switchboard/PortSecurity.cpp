@@ -1,6 +1,6 @@
 #include "framework/PortSecurity.h"
 
-#include "board/support/ethernetAddress.h"
+#include "board/support/addresses.h"
 #include "board/switchboard/Switch.h"
 
 #include <fmt/format.h>

@@ -66,4 +66,7 @@ int answer(const char* call, Body body) noexcept {
 /// Throws Failure (noSuchDatabase) for the handle of another database than the default one.
 void checkHandle(const zuHandle_t& handle);
 
+/// The state of the switch in `switch.json`: a JSON document, one line.
+extern const support::StateFormat<VlanDatabase> switchFormat;
+
 }  // namespace switchboard

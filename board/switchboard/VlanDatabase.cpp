@@ -1,6 +1,5 @@
 #include "board/switchboard/VlanDatabase.h"
 
-#include "board/switchboard/ports.h"
 #include "board/switchboard/switchCodes.h"
 
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-#include "board/switchboard/switchDocument.h"
+#include "board/switchboard/Switch.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,5 +1,3 @@
-// The VLAN database and the persisted management VLAN.
-
 #include "platform/vlan.h"
 
 #include "board/switchboard/Switch.h"
@@ -9,10 +7,13 @@
 #include <cstring>
 #include <functional>
 
+// The VLAN database, the persisted management VLAN, the default VLAN, and what the uplink admits.
+
 using switchboard::answer;
 using switchboard::checkHandle;
 using switchboard::Switch;
 using switchboard::VlanDatabase;
+using switchboard::VlanState;
 
 namespace {
 
@@ -28,6 +29,18 @@ int change(const char* call, const zuHandle_t& handle,
         checkHandle(handle);
         Switch::instance().change(body);
     });
+}
+
+/// The state for a call that answers a value and has no code for a failure: this is logged, and the
+/// factory value answered.
+template <class Value>
+Value valueOf(const char* call, Value VlanState::* member) {
+    Value value = VlanState::factory().*member;
+    answer(call, [&] {
+        value = Switch::instance().read(
+            [&](const VlanDatabase& database) { return database.state().*member; });
+    });
+    return value;
 }
 
 }  // namespace
@@ -69,5 +82,30 @@ int vlanMngWrite(std::uint32_t vlanId) {
     return answer(__func__, [&] {
         Switch::instance().change(
             [&](VlanDatabase& database) { database.persistManagement(vlanId); });
+    });
+}
+
+int defConnectCheckUplinkConflict(std::uint32_t vlanId, bool native) {
+    return answer(__func__, [&] {
+        Switch::instance().read(
+            [&](const VlanDatabase& database) { database.checkUplinkConflict(vlanId, native); });
+    });
+}
+
+int defConnectReconfigureDefVlan(std::uint32_t vlanId, bool native) {
+    return answer(__func__, [&] {
+        Switch::instance().change(
+            [&](VlanDatabase& database) { database.setDefault(vlanId, native); });
+    });
+}
+
+std::uint32_t defConnectGetDefVid() { return valueOf(__func__, &VlanState::defaultVlan); }
+
+int defConnectGetDefModeNative() { return valueOf(__func__, &VlanState::defaultNative) ? 1 : 0; }
+
+int mngConnectCheckVlanProfileUplinkNative(std::uint32_t vlanId) {
+    return answer(__func__, [&] {
+        Switch::instance().read(
+            [&](const VlanDatabase& database) { database.checkManagement(vlanId); });
     });
 }

@@ -4,6 +4,7 @@
 #include "board/varo/link/Ipv6Keeper.h"
 #include "board/varo/settings/allSettings.h"
 #include "board/varo/store/schema.h"
+#include "varo/varoLib.h"
 
 #include <functional>
 #include <utility>
@@ -148,3 +149,14 @@ void configure(Configuration configuration) {
 }
 
 }  // namespace varo
+
+/// Opens the store, unless a call made before has done so, and applies what is stored. With result
+/// varo::applyFailed the library is open nevertheless, and answers calls.
+int varoLibInit() {
+    return varo::guarded(__func__, [] { varo::Library::instance().open(); });
+}
+
+/// Waits for the calls that are under way, and closes the file with everything in it.
+void varoLibDestroy() {
+    varo::guarded(__func__, [] { varo::Library::instance().close(); });
+}

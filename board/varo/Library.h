@@ -1,7 +1,6 @@
 #pragma once
 
 #include "board/support/answer.h"
-#include "board/varo/link/Keepers.h"
 #include "board/varo/store/RecordStore.h"
 #include "board/varo/varoCodes.h"
 #include "board/varo/varoConfiguration.h"
@@ -12,6 +11,15 @@
 #include <utility>
 
 namespace varo {
+
+class Ipv4Keeper;
+class Ipv6Keeper;
+
+/// What looks after the management interface. Null: there is none to look after yet.
+struct Keepers {
+    std::shared_ptr<Ipv4Keeper> ipv4;
+    std::shared_ptr<Ipv6Keeper> ipv6;
+};
 
 /// The one instance of the library in the process: its configuration, its open store, its log.
 ///

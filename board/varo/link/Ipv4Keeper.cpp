@@ -1,7 +1,7 @@
 #include "board/varo/link/Ipv4Keeper.h"
 
 #include "board/varo/link/dhcpProgram.h"
-#include "board/varo/link/managementIpv4.h"
+#include "board/varo/link/management.h"
 #include "board/varo/settings/allSettings.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,7 @@
 #include "board/varo/link/Ipv6Keeper.h"
 
 #include "board/varo/link/dhcpProgram.h"
-#include "board/varo/link/managementIpv4.h"
-#include "board/varo/link/managementIpv6.h"
+#include "board/varo/link/management.h"
 #include "board/varo/settings/allSettings.h"
 #include "board/varo/settings/valueChecks.h"
 

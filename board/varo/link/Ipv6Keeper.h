@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/varo/link/InterfaceKeeper.h"
-#include "board/varo/link/Lease6.h"
+#include "board/varo/link/Lease.h"
 #include "board/varo/varoConfiguration.h"
 
 #include <cstdint>

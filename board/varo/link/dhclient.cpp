@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 namespace varo {
@@ -59,13 +58,10 @@ Ipv6Address readAddress(std::string_view text) {
 }
 
 std::uint32_t readSeconds(std::string_view what, std::string_view text) {
-    std::uint32_t seconds = 0;
-    const char* const end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, seconds);
-    if (read.ec != std::errc() || read.ptr != end) {
-        throw BadReport(fmt::format("the {} {} is none", what, quoted(text)));
+    if (const auto seconds = parsedSeconds(text)) {
+        return *seconds;
     }
-    return seconds;
+    throw BadReport(fmt::format("the {} {} is none", what, quoted(text)));
 }
 
 void readServers(Lease6& lease, std::string_view texts, std::vector<std::string>& leftOut) {

@@ -2,7 +2,6 @@
 
 #include "board/process/Command.h"
 #include "board/varo/link/Lease.h"
-#include "board/varo/link/Lease6.h"
 #include "board/varo/varoConfiguration.h"
 #include "varo/records.h"
 

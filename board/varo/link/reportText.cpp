@@ -5,11 +5,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 
 namespace varo {
 
-std::string quoted(std::string_view text) {
-    constexpr std::size_t longest = 80;
+std::string quoted(std::string_view text, std::size_t longest) {
     std::string result = "\"";
     for (const char c : text.substr(0, longest)) {
         const auto byte = static_cast<unsigned char>(c);
@@ -52,14 +52,16 @@ ReportParts readParts(std::string_view message) {
     return report;
 }
 
+std::optional<std::uint32_t> parsedSeconds(std::string_view text) {
+    std::uint32_t seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, seconds);
+    return read.ec == std::errc() && read.ptr == end ? std::optional(seconds) : std::nullopt;
+}
+
 bool isDomainWord(std::string_view text) {
-    return text.size() < sizeof(varoLib_s_dns::domain) && std::all_of(
-                                                              text.begin(), text.end(),
-                                                              [](char c) {
-                                                                  const auto byte =
-                                                                      static_cast<unsigned char>(c);
-                                                                  return byte > ' ' && byte < 0x7f;
-                                                              });
+    const auto isVisible = [](char c) { return c > ' ' && c < 0x7f; };
+    return text.size() < sizeof(varoLib_s_dns::domain) && std::ranges::all_of(text, isVisible);
 }
 
 }  // namespace varo

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -19,7 +22,7 @@ public:
 };
 
 /// Makes what cannot be printed visible, and keeps it short: it comes from outside.
-std::string quoted(std::string_view text);
+std::string quoted(std::string_view text, std::size_t longest = 80);
 
 /// The parts of a text that are not empty.
 std::vector<std::string_view> split(std::string_view text, char separator);
@@ -47,6 +50,9 @@ Event eventAmong(std::span<const std::pair<std::string_view, Event>> events,
     }
     throw BadReport("there is no event " + quoted(parts.event));
 }
+
+/// A number of seconds that is all of the text.
+std::optional<std::uint32_t> parsedSeconds(std::string_view text);
 
 /// A domain name as it can stand in a resolver file: one word of visible ASCII that fits into a
 /// record.

@@ -1,14 +1,13 @@
 // BusyBox's udhcpc: how it is run, and what it reports.
 
+#include "board/support/addresses.h"
 #include "board/varo/link/dhcpProgram.h"
 #include "board/varo/link/reportText.h"
 #include "board/varo/store/Column.h"
 #include "board/varo/varoCodes.h"
 
-#include <arpa/inet.h>
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cstring>
 #include <initializer_list>
 #include <optional>
@@ -52,16 +51,8 @@ constexpr std::pair<std::string_view, DhcpEvent> events[] = {
     {"leasefail", DhcpEvent::leasefail},
 };
 
-std::optional<std::uint32_t> parsedAddress(std::string_view text) {
-    in_addr address{};
-    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1) {
-        return std::nullopt;
-    }
-    return ntohl(address.s_addr);
-}
-
 std::optional<std::uint32_t> hostAddress(std::string_view text) {
-    const auto address = parsedAddress(text);
+    const auto address = parsedIpv4(text);
     return address && isHostAddress(*address) ? address : std::nullopt;
 }
 
@@ -72,12 +63,12 @@ std::uint32_t classMask(std::uint32_t address) {
 
 Ipv4Prefix readPrefix(const ReportParts& values) {
     const std::string_view text = values["ip"];
-    const auto address = parsedAddress(text);
+    const auto address = parsedIpv4(text);
     if (!address) {
         throw BadReport(fmt::format("the address {} is none", quoted(text)));
     }
     const std::string_view maskText = values["subnet"];
-    const auto mask = maskText.empty() ? classMask(*address) : parsedAddress(maskText);
+    const auto mask = maskText.empty() ? classMask(*address) : parsedIpv4(maskText);
     if (!mask) {
         throw BadReport(fmt::format("the mask {} is none", quoted(maskText)));
     }
@@ -126,20 +117,13 @@ std::string readDomain(const ReportParts& values, std::vector<std::string>& left
     return {};
 }
 
-std::uint32_t readSeconds(const ReportParts& values) {
-    const std::string_view text = values["lease"];
-    std::uint32_t seconds = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || seconds == 0) {
-        throw BadReport(fmt::format("the lease time {} is none", quoted(text)));
-    }
-    return seconds;
-}
-
 Lease readLease(const ReportParts& values, std::vector<std::string>& leftOut) {
     Lease lease;
     lease.prefix = readPrefix(values);
-    lease.seconds = readSeconds(values);
+    lease.seconds = parsedSeconds(values["lease"]).value_or(0);
+    if (lease.seconds == 0) {
+        throw BadReport(fmt::format("the lease time {} is none", quoted(values["lease"])));
+    }
     lease.router = readRouter(values, lease.prefix, leftOut);
     const auto servers = readAddresses(values, "dns", leftOut);
     if (!servers.empty()) {

@@ -1,13 +1,22 @@
 #pragma once
 
 #include "board/varo/Library.h"
-#include "board/varo/settings/sources.h"
 #include "board/varo/store/Group.h"
 
 #include <functional>
 #include <utility>
 
 namespace varo {
+
+/// Configuration sources, as they are passed in calls and stored as keys.
+enum Source : int {
+    libraryChooses = 0,  ///< in reads only
+    fromDhcp = 1,        ///< what the DHCP client was told
+    fromCli = 2,         ///< what the management front ends have set
+};
+
+/// The source when it is one that records are stored for. Throws Failure (noSuchSource).
+int storedSource(int source);
 
 /// What the library has to know of a setting, whatever its record is: see allSettings.
 struct AnySetting {

@@ -1,6 +1,6 @@
 #include "board/varo/link/Ipv4Keeper.h"
 #include "board/varo/link/dhcpProgram.h"
-#include "board/varo/link/managementIpv4.h"
+#include "board/varo/link/management.h"
 #include "board/varo/settings/allSettings.h"
 #include "board/varo/settings/clientSwitch.h"
 #include "varo/varoLib.h"

@@ -1,4 +1,4 @@
-#include "board/varo/link/managementIpv4.h"
+#include "board/varo/link/management.h"
 #include "board/varo/settings/allSettings.h"
 #include "varo/varoLib.h"
 

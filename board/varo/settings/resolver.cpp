@@ -1,4 +1,4 @@
-#include "board/support/replaceFile.h"
+#include "board/support/wholeFile.h"
 #include "board/varo/settings/allSettings.h"
 #include "board/varo/settings/resolverFile.h"
 #include "varo/varoLib.h"

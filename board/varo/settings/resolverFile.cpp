@@ -1,5 +1,6 @@
 #include "board/varo/settings/resolverFile.h"
 
+#include "board/varo/link/reportText.h"
 #include "board/varo/store/Column.h"
 
 #include <arpa/inet.h>
@@ -36,18 +37,6 @@ bool isIpv6Address(std::string_view text) {
     return !zone.empty() && zone.size() < IF_NAMESIZE && isOneWord(zone);
 }
 
-/// Makes what cannot be printed visible in a log line.
-std::string quoted(std::string_view text) {
-    std::string result = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        result += byte < ' ' || byte >= 0x7f || c == '"' || c == '\\'
-                      ? fmt::format("\\x{:02x}", byte)
-                      : std::string(1, c);
-    }
-    return result + '"';
-}
-
 }  // namespace
 
 ResolverText resolverText(const varoLib_s_dns& dns, const varoLib_s_dns6& dns6) {
@@ -57,7 +46,8 @@ ResolverText resolverText(const varoLib_s_dns& dns, const varoLib_s_dns6& dns6) 
         if (isOneWord(domain)) {
             search += fmt::format(" {}", domain);
         } else {
-            text.leftOut.push_back(fmt::format("domain {} is not one word", quoted(domain)));
+            text.leftOut.push_back(
+                fmt::format("domain {} is not one word", quoted(domain, domain.size())));
         }
     };
     std::string servers;
@@ -74,7 +64,7 @@ ResolverText resolverText(const varoLib_s_dns& dns, const varoLib_s_dns6& dns6) 
             servers += fmt::format("nameserver {}\n", address);
         } else {
             text.leftOut.push_back(
-                fmt::format("server {} is not an IPv6 address", quoted(address)));
+                fmt::format("server {} is not an IPv6 address", quoted(address, address.size())));
         }
     };
 

@@ -1,6 +1,5 @@
 #include "board/varo/store/Column.h"
 
-#include <arpa/inet.h>
 #include <fmt/format.h>
 
 #include <cstring>
@@ -63,20 +62,11 @@ std::uint32_t fetchIpv4(const sqlite::Statement& statement, int column) {
     if (text.empty()) {
         return 0;
     }
-    in_addr address{};
-    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1) {
+    const auto address = parsedIpv4(text);
+    if (!address) {
         throw BadValue("the stored text is not a dotted IPv4 address");
     }
-    return ntohl(address.s_addr);
+    return *address;
 }
 
 }  // namespace varo::detail
-
-namespace varo {
-
-std::string ipv4Text(std::uint32_t address) {
-    return fmt::format("{}.{}.{}.{}", address >> 24, address >> 16 & 0xff, address >> 8 & 0xff,
-                       address & 0xff);
-}
-
-}  // namespace varo

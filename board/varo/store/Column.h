@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/support/addresses.h"
 #include "board/varo/store/Sqlite.h"
 
 #include <cstddef>
@@ -15,8 +16,8 @@
 
 namespace varo {
 
-/// Dotted form of an IPv4 address in host byte order.
-std::string ipv4Text(std::uint32_t address);
+using support::ipv4Text;
+using support::parsedIpv4;
 
 /// How a column is declared in the table of its group.
 struct ColumnDefinition {

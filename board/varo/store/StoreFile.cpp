@@ -1,6 +1,6 @@
 #include "board/varo/store/StoreFile.h"
 
-#include "board/support/setAside.h"
+#include "board/support/wholeFile.h"
 
 #include <fmt/format.h>
 #include <sys/stat.h>

@@ -1,8 +1,8 @@
 // Access lists on the kernel's packet filter, with packets.
 
 #include "FilterFixture.h"
-#include "board/bridge/ipv4Text.h"
 #include "board/framework/Framework.h"
+#include "board/support/addresses.h"
 
 #include <gmock/gmock.h>
 
@@ -31,8 +31,8 @@ FilterFixture::~FilterFixture() { run("nft flush ruleset"); }
 std::vector<std::string> FilterFixture::counters() {
     std::vector<std::string> lines;
     for (const framework::RuleCounter& rule : framework::framework().ruleCounters()) {
-        lines.push_back((rule.permit ? "permit " : "deny ") + bridge::ipv4Text(rule.address) + " " +
-                        bridge::ipv4Text(rule.netmask) + " " + std::to_string(rule.packets) +
+        lines.push_back((rule.permit ? "permit " : "deny ") + support::ipv4Text(rule.address) +
+                        " " + support::ipv4Text(rule.netmask) + " " + std::to_string(rule.packets) +
                         " packets " + std::to_string(rule.bytes) + " bytes");
     }
     return lines;

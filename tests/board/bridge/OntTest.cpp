@@ -3,7 +3,7 @@
 #include "../framework/doubles.h"
 #include "board/bridge/systemMac.h"
 #include "board/framework/Framework.h"
-#include "board/framework/managementPort.h"
+#include "board/framework/boardIdentity.h"
 #include "board/support/Descriptor.h"
 #include "platform/zubridge.h"
 #include "support/files.h"

@@ -1,7 +1,7 @@
 #include "RemoteAccess.h"
 
 #include "BridgeTest.h"
-#include "board/bridge/ipv4Text.h"
+#include "board/support/addresses.h"
 
 namespace test {
 
@@ -66,8 +66,8 @@ std::vector<std::string> RemoteAccess::rules() const {
         EXPECT_EQ(acls.getACLRule(name, id, rule), 0);
         std::string text = rule.permit ? "permit" : "deny";
         for (const zubridge_acl_condition& condition : rule.conditions) {
-            text += " " + bridge::ipv4Text(condition.address) + " " +
-                    bridge::ipv4Text(condition.wildcard);
+            text += " " + support::ipv4Text(condition.address) + " " +
+                    support::ipv4Text(condition.wildcard);
         }
         result.push_back(text);
     }

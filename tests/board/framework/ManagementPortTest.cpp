@@ -1,4 +1,4 @@
-#include "board/framework/managementPort.h"
+#include "board/framework/boardIdentity.h"
 #include "platform/interfaces.h"
 
 #include <gtest/gtest.h>

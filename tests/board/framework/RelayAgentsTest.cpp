@@ -1,4 +1,4 @@
-#include "board/framework/systemTexts.h"
+#include "board/framework/boardIdentity.h"
 #include "doubles.h"
 #include "framework/relayAgents.h"
 

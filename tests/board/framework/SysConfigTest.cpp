@@ -1,4 +1,4 @@
-#include "board/framework/softwareVersion.h"
+#include "board/framework/boardIdentity.h"
 #include "doubles.h"
 #include "platform/sysConfig.h"
 #include "support/files.h"

@@ -1,5 +1,4 @@
-#include "board/services/timeZoneFiles.h"
-#include "board/services/timeZoneRule.h"
+#include "board/services/timeZone.h"
 #include "support/files.h"
 #include "tests/board/services/zones.h"
 

@@ -1,4 +1,4 @@
-#include "board/services/timeZoneRule.h"
+#include "board/services/timeZone.h"
 #include "tests/board/services/zones.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "board/support/replaceFile.h"
+#include "board/support/wholeFile.h"
 #include "support/files.h"
 #include "support/privateNamespaces.h"
 #include "tests/board/varo/storage.h"

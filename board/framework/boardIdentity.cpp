@@ -1,7 +1,8 @@
-#include "platform/sysConfig.h"
+#include "board/framework/boardIdentity.h"
 
 #include "board/framework/Framework.h"
-#include "board/framework/softwareVersion.h"
+#include "platform/interfaces.h"
+#include "platform/sysConfig.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,6 +13,12 @@
 namespace framework {
 
 namespace {
+
+/// Never destroyed, so that calls are answered while the process ends.
+std::string& linuxName() {
+    static std::string& name = *new std::string("mng0");
+    return name;
+}
 
 /// Bytes that callers have room for, the terminator included.
 constexpr std::size_t versionSize = 300;
@@ -68,6 +75,8 @@ int softwareVersion(char* version) {
 
 }  // namespace
 
+void nameManagementPort(const std::string& name) { linuxName() = name; }
+
 void setSoftwareVersionFile(const std::filesystem::path& file) {
     VersionFile& configured = versionFile();
     const std::lock_guard guard(configured.mutex);
@@ -75,6 +84,24 @@ void setSoftwareVersionFile(const std::filesystem::path& file) {
 }
 
 }  // namespace framework
+
+int interfaceMngGet(int* portId) {
+    if (portId == nullptr) {
+        return -1;
+    }
+    *portId = framework::managementPort;
+    return 0;
+}
+
+int interfaceLinuxnameGet(int portId, int size, char* name) {
+    const std::string& known = framework::linuxName();
+    if (portId != framework::managementPort || name == nullptr || size < 0 ||
+        known.size() >= static_cast<std::size_t>(size)) {
+        return -1;
+    }
+    name[known.copy(name, known.size())] = '\0';
+    return 0;
+}
 
 // The version needs no table to be queried; the object stands for the right to ask.
 zuOMTable::zuOMTable() = default;

@@ -1,7 +1,9 @@
-#include "board/support/ethernetAddress.h"
+#include "board/support/addresses.h"
 
 #include "board/support/Descriptor.h"
 
+#include <arpa/inet.h>
+#include <fmt/format.h>
 #include <net/if.h>
 #include <net/if_arp.h>
 #include <sys/ioctl.h>
@@ -30,6 +32,19 @@ std::optional<MacAddress> ethernetAddress(const std::string& interface, const st
     MacAddress address;
     std::memcpy(address.data(), request.ifr_hwaddr.sa_data, address.size());
     return address;
+}
+
+std::string ipv4Text(std::uint32_t address) {
+    return fmt::format("{}.{}.{}.{}", address >> 24, address >> 16 & 0xff, address >> 8 & 0xff,
+                       address & 0xff);
+}
+
+std::optional<std::uint32_t> parsedIpv4(std::string_view text) {
+    in_addr address{};
+    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1) {
+        return std::nullopt;
+    }
+    return ntohl(address.s_addr);
 }
 
 }  // namespace support

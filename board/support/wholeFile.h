@@ -1,9 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace support {
+
+/// The whole content of a file. Throws std::system_error.
+std::string readFile(const std::filesystem::path& file);
 
 /// What to do where a file cannot take the place of another one: something is mounted on it, or its
 /// directory may not be written.
@@ -24,5 +28,10 @@ void replaceFile(const std::filesystem::path& file, std::string_view content,
 
 /// The same, but writes in any case: so it fails now where a change would fail later.
 void rewriteFile(const std::filesystem::path& file, std::string_view content);
+
+/// Renames a damaged file, and what SQLite keeps beside a database, to `<name>.damaged-<UTC time>`,
+/// so that a new one can be made and nothing is lost. Overwrites nothing; the write-ahead log of a
+/// database stays the log of the renamed file. Returns the new name. Throws std::system_error.
+std::filesystem::path setAside(const std::filesystem::path& file);
 
 }  // namespace support

@@ -1,8 +1,12 @@
-#include "board/host/stateDirectory.h"
+#include "board/host/surroundings.h"
 
-#include "board/host/StartFailure.h"
 #include "board/support/Descriptor.h"
 
+#include <dlfcn.h>
+#include <sys/resource.h>
+#include <sys/select.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +14,18 @@
 #include <system_error>
 
 namespace host {
+
+void limitDescriptors() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0) {
+        limit.rlim_cur = std::min<rlim_t>(FD_SETSIZE, limit.rlim_max);
+        if (setrlimit(RLIMIT_NOFILE, &limit) == 0) {
+            return;
+        }
+    }
+    throw StartFailure(std::string("cannot limit the number of descriptors: ") +
+                       std::strerror(errno) + ".");
+}
 
 void checkStateDirectory(const std::filesystem::path& directory) {
     const std::string name = "the state directory " + directory.string();
@@ -28,6 +44,18 @@ void checkStateDirectory(const std::filesystem::path& directory) {
                            "); give this user write access to it or name another one.");
     }
     std::filesystem::remove(probe, error);
+}
+
+void* loadLibrary(const std::filesystem::path& file) {
+    // Bound at once, so that a missing name is found here and not in the middle of an operation.
+    void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        const char* const cause = dlerror();
+        throw StartFailure("the library " + file.string() + " cannot be loaded (" +
+                           (cause == nullptr ? "unknown cause" : cause) +
+                           "); name one that was built for this board with --library.");
+    }
+    return library;
 }
 
 }  // namespace host

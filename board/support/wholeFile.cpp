@@ -1,13 +1,17 @@
-#include "board/support/replaceFile.h"
+#include "board/support/wholeFile.h"
 
 #include "board/support/Descriptor.h"
-#include "board/support/readFile.h"
 
 #include <fcntl.h>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
 
 namespace support {
@@ -22,6 +26,29 @@ constexpr mode_t fileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
     throw std::system_error(errno, std::generic_category(),
                             std::string("cannot ") + doing + " " + file.string());
 }
+
+}  // namespace
+
+std::string readFile(const std::filesystem::path& file) {
+    const Descriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!opened) {
+        fail("read", file);
+    }
+    std::string content;
+    std::array<char, 65536> buffer;
+    for (;;) {
+        const ssize_t count = ::read(opened.get(), buffer.data(), buffer.size());
+        if (count > 0) {
+            content.append(buffer.data(), static_cast<std::size_t>(count));
+        } else if (count == 0) {
+            return content;
+        } else if (errno != EINTR) {
+            fail("read", file);
+        }
+    }
+}
+
+namespace {
 
 bool holds(const fs::path& file, std::string_view content) {
     try {
@@ -141,6 +168,50 @@ void replaceFile(const fs::path& file, std::string_view content, Irreplaceable o
 
 void rewriteFile(const fs::path& file, std::string_view content) {
     rewrite(targetOf(file), content, Irreplaceable::fail);
+}
+
+namespace {
+
+/// The file itself comes first: should the process end in between, the next opening finds the log
+/// without its file, which is a damage that it sees.
+constexpr std::array<const char*, 4> suffixes{"", "-wal", "-journal", "-shm"};
+
+fs::path withSuffix(const fs::path& file, const char* suffix) { return file.string() + suffix; }
+
+/// A name that overwrites nothing.
+fs::path freeName(const fs::path& file) {
+    const std::string base = fmt::format(
+        "{}.damaged-{:%Y%m%dT%H%M%SZ}", file.string(),
+        fmt::gmtime(std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())));
+    const auto taken = [](const fs::path& name) {
+        return std::any_of(suffixes.begin(), suffixes.end(), [&](const char* suffix) {
+            return fs::exists(fs::symlink_status(withSuffix(name, suffix)));
+        });
+    };
+    fs::path name = base;
+    for (int number = 2; taken(name); ++number) {
+        name = fmt::format("{}.{}", base, number);
+    }
+    return name;
+}
+
+}  // namespace
+
+fs::path setAside(const fs::path& file) {
+    fs::path name = freeName(file);
+    for (const char* suffix : suffixes) {
+        std::error_code error;
+        fs::rename(withSuffix(file, suffix), withSuffix(name, suffix), error);
+        if (error && error != std::errc::no_such_file_or_directory) {
+            throw std::system_error(error, "cannot rename " + withSuffix(file, suffix).string());
+        }
+    }
+    // Not every file system lets a directory be synchronised; the renaming stands without it.
+    if (const Descriptor directory(::open(file.parent_path().c_str(), O_RDONLY | O_CLOEXEC));
+        directory) {
+        ::fsync(directory.get());
+    }
+    return name;
 }
 
 }  // namespace support
