@@ -131,13 +131,7 @@ TEST_F(Defaults, TimeZoneThatCannotBeWrittenIsReported) {
     EXPECT_JOURNAL(groups.all());
 }
 
-/// A group of settings, and the names of its calls.
-struct Group {
-    std::string name;
-    Entries Groups::* entries;
-};
-
-class DefaultsGroup : public Defaults, public testing::WithParamInterface<Group> {};
+class DefaultsGroup : public Defaults, public testing::WithParamInterface<NamedGroup> {};
 
 TEST_P(DefaultsGroup, WithoutFactoryValuesIsNotWritten) {
     readComponents();
@@ -169,14 +163,8 @@ TEST_P(DefaultsGroup, ThatCannotBeWrittenIsReported) {
     EXPECT_JOURNAL(groups.all());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Groups, DefaultsGroup,
-    testing::Values(Group{"TelnetSrv", &Groups::telnet}, Group{"SshSrv", &Groups::ssh},
-                    Group{"FtpSrv", &Groups::ftp}, Group{"Subag", &Groups::managers},
-                    Group{"SnmpCommunity", &Groups::communities},
-                    Group{"SnmpSystem", &Groups::system}, Group{"DnsWS", &Groups::dns},
-                    Group{"Dns6", &Groups::dns6}, Group{"Acs", &Groups::acs}),
-    [](const auto& group) { return group.param.name; });
+INSTANTIATE_TEST_SUITE_P(Groups, DefaultsGroup, testing::ValuesIn(groupsToldByCall),
+                         [](const auto& group) { return group.param.name; });
 
 TEST_F(Defaults, TimeServersWithoutFactoryValuesAreNotWritten) {
     readComponents();
@@ -242,27 +230,18 @@ TEST_F(Defaults, FirstFailedWriteOfASourceDoesNotStopTheSecond) {
 
 TEST_F(Defaults, EverythingFailingIsReportedGroupByGroup) {
     readComponents();
-    for (const char* const group : {"TelnetSrv", "SshSrv", "FtpSrv", "Subag", "SnmpCommunity",
-                                    "SnmpSystem", "NtpHost", "DnsWS", "Dns6", "Acs"}) {
-        platform.fail(std::string("varoDef") + group, 9);
-    }
     platform.fail("varoUpdateSntpTimeZone", 9);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
-    for (const auto& [name, entries] : {std::pair{"varoUpdateSntpTimeZone", &Groups::timeZone},
-                                        {"varoDefTelnetSrv", &Groups::telnet},
-                                        {"varoDefSshSrv", &Groups::ssh},
-                                        {"varoDefFtpSrv", &Groups::ftp},
-                                        {"varoDefSubag", &Groups::managers},
-                                        {"varoDefSnmpCommunity", &Groups::communities},
-                                        {"varoDefSnmpSystem", &Groups::system},
-                                        {"varoDefNtpHost", &Groups::ntp},
-                                        {"varoDefDnsWS", &Groups::dns},
-                                        {"varoDefDns6", &Groups::dns6},
-                                        {"varoDefAcs", &Groups::acs}}) {
+    groups.timeZone = {failing(groups.timeZone[0], 9), failed("varoUpdateSntpTimeZone", 9)};
+    std::vector<NamedGroup> filled = groupsToldByCall;
+    filled.push_back({"NtpHost", &Groups::ntp});
+    for (const auto& [name, entries] : filled) {
+        const std::string call = "varoDef" + name;
+        platform.fail(call, 9);
         Entries& group = groups.*entries;
-        group = {failing(group[0], 9), failed(name, 9)};
+        group = {failing(group[0], 9), failed(call, 9)};
     }
+    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     EXPECT_JOURNAL(groups.all());
 }
 

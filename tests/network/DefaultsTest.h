@@ -4,6 +4,7 @@
 #include "network/journals.h"
 
 #include <string>
+#include <vector>
 
 inline const std::string ntpFactory = R"({mode=15 {"factory.example" 16 17 18}})";
 inline const std::string dnsFactory = R"({domain="factory.example" pri=192.0.2.19 sec=192.0.2.20})";
@@ -53,6 +54,23 @@ struct Groups {
                         question, dns, dns6, acs, webServer);
     }
 };
+
+/// A group of which a record with factory values is asked for first, and the name in its calls.
+struct NamedGroup {
+    std::string name;
+    Entries Groups::* entries;
+};
+
+/// Those whose failures are told by call alone; time servers are told by source, too.
+inline const std::vector<NamedGroup> groupsToldByCall = {{"TelnetSrv", &Groups::telnet},
+                                                         {"SshSrv", &Groups::ssh},
+                                                         {"FtpSrv", &Groups::ftp},
+                                                         {"Subag", &Groups::managers},
+                                                         {"SnmpCommunity", &Groups::communities},
+                                                         {"SnmpSystem", &Groups::system},
+                                                         {"DnsWS", &Groups::dns},
+                                                         {"Dns6", &Groups::dns6},
+                                                         {"Acs", &Groups::acs}};
 
 inline std::string failed(const std::string& call, int code) {
     return error("applyDefaultSettings: " + call +
