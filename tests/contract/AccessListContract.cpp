@@ -2,15 +2,12 @@
 
 #include "contract/Environment.h"
 #include "platform/acl.h"
-
-#include <gmock/gmock.h>
+#include "support/matchers.h"
 
 #include <string>
 #include <vector>
 
 namespace {
-
-using testing::ElementsAre;
 
 constexpr int managementPort = 1;
 

@@ -2,9 +2,9 @@
 // one, "mng0", without an address at first.
 
 #include "contract/Environment.h"
+#include "support/matchers.h"
 #include "varo/varoLib.h"
 
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 
 #include <algorithm>

@@ -5,10 +5,9 @@
 #include "framework/Interfaces.h"
 #include "framework/Log.h"
 #include "platform/zubridge.h"
+#include "support/matchers.h"
 
 #include <boost/bind/bind.hpp>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <list>
 #include <sstream>
@@ -20,7 +19,6 @@ namespace {
 
 using Exclusive = BLLManager::exclusiveLock_t;
 using Shared = BLLManager::sharedLock_t;
-using testing::ElementsAre;
 
 class FrameworkContract : public testing::Test {
 protected:
@@ -151,7 +149,7 @@ TEST_F(FrameworkContract, BridgeAndInterfacesAreEntitiesThatDependOnNothing) {
         names.push_back(entity->getName());
         std::list<std::string> dependencies = {"left over"};
         entity->getDependencies(dependencies);
-        EXPECT_THAT(dependencies, testing::IsEmpty());
+        EXPECT_THAT(dependencies, IsEmpty());
         EXPECT_EQ(entity->start(), 1);
         EXPECT_EQ(entity->stop(), 1);
     }

@@ -2,10 +2,9 @@
 // zone.
 
 #include "contract/Environment.h"
+#include "support/matchers.h"
 #include "support/setText.h"
 #include "varo/varoLib.h"
-
-#include <gtest/gtest.h>
 
 #include <string>
 

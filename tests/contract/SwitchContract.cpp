@@ -5,8 +5,7 @@
 #include "platform/interfaces.h"
 #include "platform/vlan.h"
 #include "platform/zubridge.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <string>
 

@@ -1,10 +1,10 @@
 // What every implementation of the configuration library keeps.
 
 #include "contract/Environment.h"
+#include "support/matchers.h"
 #include "support/setText.h"
 #include "varo/varoLib.h"
 
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 
 #include <cstring>

@@ -4,8 +4,6 @@
 #include "load/symbolLists.h"
 #include "support/privateNamespaces.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <sys/wait.h>
@@ -18,9 +16,6 @@
 #include <vector>
 
 namespace {
-
-using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 /// A library that is loaded says so on a message queue of the system's: on one of this process's
 /// and its children's, which goes with them.
@@ -100,8 +95,8 @@ TEST(Load, TellsTheWebManagerOfTheRestart) {
         }
         EXPECT_EQ(run(command).status, 0);
         const std::string event = nextEvent();
-        EXPECT_THAT(event, testing::StartsWith("events={\n  \"ietf-restconf:notification\": {\n"));
-        EXPECT_THAT(event, testing::EndsWith("\"\n    }\n  }\n}"));
+        EXPECT_THAT(event, StartsWith("events={\n  \"ietf-restconf:notification\": {\n"));
+        EXPECT_THAT(event, EndsWith("\"\n    }\n  }\n}"));
         EXPECT_EQ(nextEvent(), "");
     }
 }
@@ -154,10 +149,10 @@ TEST(Symbols, VirtualTableOfTheEntityHas89Slots) {
 
 TEST(Symbols, CallTheFortifiedSystemLogAndTheGuardedCopy) {
     const std::vector<std::string> names = symbols("--undefined-only", "U");
-    EXPECT_THAT(names, testing::Contains(testing::StartsWith("__vsyslog_chk@")));
-    EXPECT_THAT(names, testing::Contains(testing::StartsWith("__strcpy_chk@")));
-    EXPECT_THAT(names, testing::Not(testing::Contains(testing::StartsWith("vsyslog@"))));
-    EXPECT_THAT(names, testing::Not(testing::Contains(testing::StartsWith("strcpy@"))));
+    EXPECT_THAT(names, Contains(StartsWith("__vsyslog_chk@")));
+    EXPECT_THAT(names, Contains(StartsWith("__strcpy_chk@")));
+    EXPECT_THAT(names, Not(Contains(StartsWith("vsyslog@"))));
+    EXPECT_THAT(names, Not(Contains(StartsWith("strcpy@"))));
 }
 
 #endif

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <algorithm>
 #include <fstream>

@@ -3,13 +3,9 @@
 #include "BridgeTest.h"
 #include "board/framework/Framework.h"
 
-#include <gmock/gmock.h>
-
 using test::from;
 using test::ip;
 using test::slash24;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -114,15 +110,13 @@ TEST_F(AccessListTest, AListIsUnknownUntilItIsMadeAndAfterItWasDeleted) {
                                 acls().getACLRule(name, id, rule),
                                 acls().deleteACL(name)};
     };
-    EXPECT_THAT(refusals("other"),
-                testing::AllOf(testing::SizeIs(9), testing::Each(bridge::unknownList)));
+    EXPECT_THAT(refusals("other"), AllOf(SizeIs(9), Each(bridge::unknownList)));
     EXPECT_EQ(made, 7U);
-    EXPECT_THAT(newMessages(),
-                testing::AllOf(testing::SizeIs(9),
-                               testing::Contains(
-                                   "assignACL of access list \"other\": there is no such list")));
+    EXPECT_THAT(
+        newMessages(),
+        AllOf(SizeIs(9), Contains("assignACL of access list \"other\": there is no such list")));
     EXPECT_EQ(acls().deleteACL(list), 0);
-    EXPECT_THAT(refusals(list), testing::Each(bridge::unknownList));
+    EXPECT_THAT(refusals(list), Each(bridge::unknownList));
 }
 
 TEST_F(AccessListTest, RulesAndConditionsThatDoNotExistAreRefused) {

@@ -5,8 +5,7 @@
 #include "board/bridge/bridgeConfiguration.h"
 #include "platform/acl.h"
 #include "support/files.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <optional>
 #include <string>

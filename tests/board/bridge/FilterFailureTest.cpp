@@ -4,7 +4,6 @@
 #include "board/bridge/rulesDocument.h"
 #include "platform/zubridge.h"
 
-#include <gmock/gmock.h>
 #include <linux/capability.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -18,12 +17,6 @@
 
 using bridge::SavedRule;
 using test::from;
-using test::ip;
-using test::run;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 
@@ -155,7 +148,8 @@ TEST_F(FilterFailureTest, CountersThatCannotBeReadAreAnError) {
 }
 
 TEST_F(FilterFailureTest, WhatAFormerProcessHasLeftIsReplaced) {
-    run("nft -f - <<'EOF'\n"
+    shell(
+        "nft -f - <<'EOF'\n"
         "table inet networkble_acl {\n"
         "  counter rule999 { }\n"
         "  chain acl1_RA_mng0 { drop\n }\n"
@@ -175,7 +169,7 @@ TEST_F(FilterFailureTest, WhatAFormerProcessHasLeftIsReplaced) {
 TEST_F(FilterFailureTest, ATableThatSomeoneElseRemovedIsMadeAnew) {
     product.start();
     EXPECT_EQ(product.add(lan, mask24, true), 0);
-    run("nft flush ruleset");
+    shell("nft flush ruleset");
     EXPECT_EQ(product.add(office, hostMask, true), 0);
     EXPECT_THAT(probe.taken({"192.0.2.2", "198.51.100.7", "203.0.113.9"}),
                 ElementsAre("192.0.2.2", "198.51.100.7"));
@@ -194,9 +188,9 @@ TEST_F(FilterFailureTest, ATableThatSomeoneElseChangedIsPutRightWithItsCounters)
         "inet networkble_acl acl$(nft list table inet networkble_acl | "
         "sed -n 's/.*chain acl\\(.*\\) {/\\1/p')";
     // The catch-all is gone, in front of which the next rule goes.
-    run("nft flush chain " + chain +
-        " && nft insert rule inet networkble_acl input drop && "
-        "nft add chain inet networkble_acl foreign");
+    shell("nft flush chain " + chain +
+          " && nft insert rule inet networkble_acl input drop && "
+          "nft add chain inet networkble_acl foreign");
     EXPECT_EQ(product.add(office, hostMask, true), 0);
     EXPECT_THAT(probe.taken({"192.0.2.2", "198.51.100.7", "203.0.113.9"}),
                 ElementsAre("192.0.2.2", "198.51.100.7"));
@@ -211,7 +205,7 @@ TEST_F(FilterFailureTest, FactorySettingsLeaveTheFilter) {
     EXPECT_EQ(product.add(office, hostMask, true), 0);
     EXPECT_EQ(singleton<zubridge>::instance().applyDefaultSettings(), 1);
     EXPECT_FALSE(probe.takes("192.0.2.2"));
-    EXPECT_THAT(counters(), testing::SizeIs(2));
+    EXPECT_THAT(counters(), SizeIs(2));
 }
 
 TEST_F(FilterFailureTest, AClearedConfigurationTakesTheFilterOff) {

@@ -3,6 +3,7 @@
 #include "BridgeTest.h"
 #include "FilterNetwork.h"
 #include "RemoteAccess.h"
+#include "support/privateNamespaces.h"
 
 #include <string>
 #include <vector>
@@ -13,14 +14,14 @@ namespace test {
 class FilterFixture : public BridgeTest {
 protected:
     FilterFixture();
-    ~FilterFixture() override;
+    void TearDown() override;
 
     /// What the framework is told of the rules: "permit 192.0.2.0 255.255.255.0 3 packets" ...
     static std::vector<std::string> counters();
 
     /// The rules of the list's chain as nft(8) prints them, with handles.
     static std::vector<std::string> chain();
-    static std::string ruleset() { return run("nft -a list ruleset"); }
+    static std::string ruleset() { return shell("nft -a list ruleset"); }
 
     static constexpr unsigned int hostMask = 0xffffffff;
     static constexpr unsigned int mask24 = 0xffffff00;

@@ -1,10 +1,11 @@
 #include "FilterNetwork.h"
 
 #include "board/support/Descriptor.h"
+#include "support/matchers.h"
+#include "support/privateNamespaces.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sched.h>
@@ -13,8 +14,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
-#include <memory>
 #include <system_error>
 
 namespace test {
@@ -69,13 +68,15 @@ void makeNetwork() {
     boardNamespace = newNamespace();
     hostNamespace = newNamespace();
     enter(boardNamespace);
-    run("ip link set lo up && ip link add mng0 type veth peer name host0 && "
+    shell(
+        "ip link set lo up && ip link add mng0 type veth peer name host0 && "
         "ip link set host0 netns /proc/" +
         std::to_string(getpid()) + "/fd/" + std::to_string(hostNamespace) +
         " && ip address add 192.0.2.1/24 dev mng0 && ip link set mng0 up && "
         "ip route add default via 192.0.2.2");
     onHost([] {
-        run("ip link set lo up && ip link set host0 up && ip address add 192.0.2.2/24 dev host0 && "
+        shell(
+            "ip link set lo up && ip link set host0 up && ip address add 192.0.2.2/24 dev host0 && "
             "ip address add 192.0.2.3/24 dev host0 && ip address add 198.51.100.7/32 dev host0 && "
             "ip address add 203.0.113.9/32 dev host0");
     });
@@ -90,19 +91,6 @@ void onHost(const std::function<void()>& work) {
         throw;
     }
     enter(boardNamespace);
-}
-
-std::string run(const std::string& command) {
-    const auto close = [](FILE* stream) { return pclose(stream); };
-    std::unique_ptr<FILE, decltype(close)> output(popen((command + " 2>&1").c_str(), "re"), close);
-    check(output != nullptr, "popen");
-    std::string text;
-    std::array<char, 4096> part{};
-    while (const std::size_t size = fread(part.data(), 1, part.size(), output.get())) {
-        text.append(part.data(), size);
-    }
-    EXPECT_EQ(pclose(output.release()), 0) << command << "\n" << text;
-    return text;
 }
 
 UdpSocket::UdpSocket(const std::string& address, unsigned short port)

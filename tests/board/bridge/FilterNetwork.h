@@ -15,9 +15,6 @@ void makeNetwork();
 /// Runs something in the namespace of the host; sockets that it makes stay there.
 void onHost(const std::function<void()>& work);
 
-/// Runs a shell command; returns what it printed. It must succeed.
-std::string run(const std::string& command);
-
 /// A datagram socket; its address is in the namespace where it was made.
 class UdpSocket {
 public:

@@ -4,20 +4,13 @@
 #include "board/framework/Framework.h"
 #include "board/support/addresses.h"
 
-#include <gmock/gmock.h>
-
 #include <sstream>
 
 using test::FilterFixture;
 using test::from;
 using test::ip;
 using test::onHost;
-using test::run;
 using test::UdpSocket;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace test {
 
@@ -26,7 +19,7 @@ FilterFixture::FilterFixture() {
     restart();
 }
 
-FilterFixture::~FilterFixture() { run("nft flush ruleset"); }
+void FilterFixture::TearDown() { shell("nft flush ruleset"); }
 
 std::vector<std::string> FilterFixture::counters() {
     std::vector<std::string> lines;
@@ -40,8 +33,8 @@ std::vector<std::string> FilterFixture::counters() {
 
 std::vector<std::string> FilterFixture::chain() {
     std::istringstream text(
-        run("nft -a list table inet networkble_acl | "
-            "sed -n '/chain acl/,/}/{s/^\\t\\t//p}'"));
+        shell("nft -a list table inet networkble_acl | "
+              "sed -n '/chain acl/,/}/{s/^\\t\\t//p}'"));
     std::vector<std::string> lines;
     for (std::string line; std::getline(text, line);) {
         lines.push_back(line);
@@ -234,7 +227,8 @@ TEST_F(FilterTest, ListsAreGoneWithTheirContainer) {
 }
 
 TEST_F(FilterTest, TablesOfOthersAreLeftAlone) {
-    run("nft add table inet other && nft add chain inet other input && "
+    shell(
+        "nft add table inet other && nft add chain inet other input && "
         "nft add counter inet other rule1");
     const std::string before = ruleset();
     product.start();

@@ -2,8 +2,6 @@
 
 #include "FilterFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <thread>
 

@@ -7,10 +7,10 @@
 #include "board/support/Descriptor.h"
 #include "platform/zubridge.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <linux/if_tun.h>
 #include <net/if.h>
 #include <net/if_arp.h>
@@ -28,10 +28,6 @@ namespace {
 
 using namespace test;
 using support::Descriptor;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Pair;
 
 constexpr zuHandle_t defaultBridge{};
 

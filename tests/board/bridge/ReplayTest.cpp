@@ -4,16 +4,11 @@
 #include "RemoteAccess.h"
 #include "board/bridge/rulesDocument.h"
 
-#include <gmock/gmock.h>
-
 #include <vector>
 
 using bridge::SavedRule;
 using bridge::SavedRules;
 using test::ip;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 

@@ -1,13 +1,11 @@
 #include "board/bridge/rulesDocument.h"
-
-#include <gmock/gmock.h>
+#include "support/matchers.h"
 
 #include <stdexcept>
 #include <string>
 
 using bridge::SavedRule;
 using bridge::SavedRules;
-using testing::ElementsAre;
 
 namespace {
 

@@ -6,17 +6,12 @@
 #include "board/support/StateFile.h"
 #include "platform/zubridge.h"
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 
 using bridge::SavedRule;
 using bridge::SavedRules;
 using test::from;
 using test::ip;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 

@@ -1,6 +1,6 @@
 #include "board/framework/callWithin.h"
+#include "support/matchers.h"
 
-#include <gtest/gtest.h>
 #include <pthread.h>
 
 #include <array>

@@ -5,9 +5,9 @@
 #include "framework/CliConfig.h"
 #include "framework/sysInfo.h"
 #include "support/files.h"
+#include "support/matchers.h"
 
 #include <boost/bind/bind.hpp>
-#include <gmock/gmock.h>
 
 #include <stdexcept>
 #include <utility>
@@ -16,8 +16,6 @@
 namespace control = framework::control;
 using namespace boost::placeholders;
 using test::Journal;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

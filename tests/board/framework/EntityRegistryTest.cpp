@@ -1,7 +1,6 @@
 #include "board/framework/EntityRegistry.h"
 #include "doubles.h"
-
-#include <gmock/gmock.h>
+#include "support/matchers.h"
 
 #include <chrono>
 #include <latch>
@@ -9,15 +8,11 @@
 #include <stdexcept>
 
 using framework::EntityRegistry;
-using framework::EntityState;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 using test::Journal;
 using test::ScriptedEntity;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::MatchesRegex;
 
 namespace {
 

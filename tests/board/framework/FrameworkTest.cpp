@@ -9,8 +9,8 @@
 #include "platform/features.h"
 #include "platform/zubridge.h"
 #include "support/files.h"
+#include "support/matchers.h"
 
-#include <gmock/gmock.h>
 #include <pthread.h>
 
 #include <array>
@@ -18,9 +18,6 @@
 #include <future>
 #include <optional>
 #include <thread>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -87,15 +84,15 @@ TEST_F(FrameworkTest, RegisteredEntitiesReachTheRegistry) {
     }();
     EXPECT_TRUE(isRegistered);
     const auto status = framework::framework().entities.status();
-    EXPECT_THAT(status, testing::Contains(testing::Field(&framework::EntityRegistry::Status::name,
-                                                         "registered by a test")));
+    EXPECT_THAT(status, Contains(testing::Field(&framework::EntityRegistry::Status::name,
+                                                "registered by a test")));
 
     const test::CapturedLog captured;
     manager().registerEntity(entity);
     EXPECT_THAT(captured.entries(),
-                ElementsAre(testing::Pair(LogImpl::levelError,
-                                          "entity \"registered by a test\" is not registered: "
-                                          "there is one of that name already")));
+                ElementsAre(Pair(LogImpl::levelError,
+                                 "entity \"registered by a test\" is not registered: "
+                                 "there is one of that name already")));
 }
 
 TEST_F(FrameworkTest, ThreadsAreNamedUntilTheyEnd) {

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "board/framework/ReentrantSharedLock.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <chrono>
 #include <cstddef>

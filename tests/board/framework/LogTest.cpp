@@ -2,9 +2,9 @@
 #include "board/framework/stderrLog.h"
 #include "doubles.h"
 #include "framework/Log.h"
+#include "support/matchers.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <array>
@@ -15,10 +15,6 @@
 
 using namespace LogImpl;
 using test::CapturedLog;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -182,6 +178,6 @@ TEST(StandardErrorLog, IsTheSinkUntilToldOtherwise) {
     const ssize_t size = read(ends[0], buffer.data(), buffer.size() - 1);
     close(ends[0]);
     ASSERT_GT(size, 0);
-    EXPECT_THAT(buffer.data(), testing::MatchesRegex("[0-9T:.-]+Z error \\[writer\\]: to standard "
-                                                     "error\n"));
+    EXPECT_THAT(buffer.data(), MatchesRegex("[0-9T:.-]+Z error \\[writer\\]: to standard "
+                                            "error\n"));
 }

@@ -1,7 +1,6 @@
 #include "board/framework/boardIdentity.h"
 #include "platform/interfaces.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 namespace {
 

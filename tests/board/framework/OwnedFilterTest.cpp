@@ -1,7 +1,6 @@
 #include "board/framework/ownedFilter.h"
 #include "control.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <array>
 #include <cstddef>

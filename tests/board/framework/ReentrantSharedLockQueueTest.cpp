@@ -4,8 +4,6 @@
 #include "board/framework/ReentrantSharedLock.h"
 #include "doubles.h"
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <barrier>
 #include <chrono>
@@ -21,7 +19,6 @@ using std::chrono::milliseconds;
 using test::ample;
 using test::brief;
 using test::Journal;
-using testing::ElementsAre;
 
 namespace {
 

@@ -1,15 +1,11 @@
 #include "board/framework/boardIdentity.h"
 #include "doubles.h"
 #include "framework/relayAgents.h"
-
-#include <gmock/gmock.h>
+#include "support/matchers.h"
 
 namespace {
 
 using test::CapturedLog;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
 
 }  // namespace
 

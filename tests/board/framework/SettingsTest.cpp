@@ -2,8 +2,8 @@
 #include "board/support/StateFile.h"
 #include "doubles.h"
 #include "support/files.h"
+#include "support/matchers.h"
 
-#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <syslog.h>
 
@@ -14,12 +14,6 @@
 using framework::Settings;
 using framework::SettingsValues;
 using test::Journal;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::MatchesRegex;
-using testing::StartsWith;
 
 namespace {
 

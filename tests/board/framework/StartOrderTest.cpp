@@ -1,11 +1,7 @@
 #include "board/framework/startOrder.h"
+#include "support/matchers.h"
 
-#include <gmock/gmock.h>
-
-using framework::EntityNeeds;
 using framework::findStartOrder;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(StartOrder, IsTheOrderOfRegistrationWithoutDependencies) {
     const auto result = findStartOrder({{"a", {}}, {"b", {}}, {"c", {}}});

@@ -2,15 +2,11 @@
 #include "doubles.h"
 #include "platform/sysConfig.h"
 #include "support/files.h"
-
-#include <gmock/gmock.h>
+#include "support/matchers.h"
 
 namespace {
 
 using namespace test;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
 
 class SysConfigTest : public testing::Test {
 protected:

@@ -1,16 +1,13 @@
 #include "board/snmp/Agent.h"
 #include "support/LogLines.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/setText.h"
 #include "tests/board/process/scripts.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace {
 
 using namespace daemontest;
-using testing::HasSubstr;
 
 /// An agent that says what snmpd says, and notes the configurations that it reads.
 class AgentTest : public testing::Test {

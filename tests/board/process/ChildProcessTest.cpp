@@ -1,10 +1,9 @@
 #include "board/process/ChildProcess.h"
 #include "board/process/SessionProcess.h"
 #include "board/process/waiting.h"
+#include "support/matchers.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,13 +1,8 @@
 #include "board/ntp/chronyConfiguration.h"
+#include "support/matchers.h"
 #include "support/setText.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 const ntp::Files files("/state/ntp");
 

@@ -1,8 +1,6 @@
 #include "board/ntp/status.h"
+#include "support/matchers.h"
 #include "support/setText.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <ctime>
 

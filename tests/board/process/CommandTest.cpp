@@ -1,7 +1,5 @@
 #include "board/process/Command.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <stdexcept>
 
@@ -28,7 +26,7 @@ TEST(Command, ThatFailsIsToldWithItsLastWords) {
               "sh has ended with status 3: two");
     EXPECT_EQ(failureOf({"sh", "-c", "kill -9 $$"}, seconds(20)), "sh has ended with signal 9");
     EXPECT_THAT(failureOf({"/no/such/program"}, seconds(20)),
-                testing::HasSubstr("cannot run /no/such/program"));
+                HasSubstr("cannot run /no/such/program"));
 }
 
 TEST(Command, ThatTakesTooLongIsEnded) {

@@ -1,10 +1,9 @@
 #include "board/process/Daemon.h"
 #include "support/LogLines.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "tests/board/process/scripts.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 
 #include <fstream>
@@ -14,7 +13,6 @@ namespace {
 
 using namespace daemontest;
 using std::chrono::seconds;
-using testing::HasSubstr;
 
 constexpr seconds patience{20};
 
@@ -89,7 +87,7 @@ TEST_F(DaemonTest, IsNotToldOfAChangeBeforeItUnderstandsIt) {
     configure("second");
     daemon.want(command);
     daemon.await(patience);
-    EXPECT_THAT(contentOf(taken), testing::EndsWith("second\n"));
+    EXPECT_THAT(contentOf(taken), EndsWith("second\n"));
     EXPECT_EQ(linesOf(starts), 1);
     EXPECT_FALSE(lines.contain("has ended"));
 }

@@ -2,18 +2,15 @@
 #include "board/ntp/chronyConfiguration.h"
 #include "support/LogLines.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/setText.h"
 #include "tests/board/process/scripts.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
 namespace {
 
 using namespace daemontest;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 /// With programs in place of chronyd, which notes what it is told at its starts, and its ends, and
 /// of chronyc, which notes what it is asked.

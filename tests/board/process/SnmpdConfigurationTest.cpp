@@ -1,13 +1,8 @@
 #include "board/snmp/snmpdConfiguration.h"
+#include "support/matchers.h"
 #include "support/setText.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 TEST(SnmpdConfiguration, ServesTheInterface) {
     const auto both = snmp::configurationOf({}, "mng0", true);

@@ -1,11 +1,10 @@
 #include "board/services/Listener.h"
+#include "support/loopback.h"
+#include "support/matchers.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <netinet/in.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -45,10 +44,7 @@ void withoutIpv6(unsigned error, const std::function<void()>& action) {
 
 int connectError() {
     const support::Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = loopbackAddress(port);
     return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0
                ? 0
                : errno;

@@ -1,11 +1,11 @@
 #include "board/services/SessionServers.h"
 #include "support/files.h"
+#include "support/loopback.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -22,7 +22,6 @@ namespace {
 
 using services::ServerConfiguration;
 using services::SessionServers;
-using testing::HasSubstr;
 
 constexpr std::uint16_t telnetPort = 23;
 constexpr std::uint16_t sshPort = 22;
@@ -65,10 +64,7 @@ class Client {
 public:
     explicit Client(std::uint16_t port, int family = AF_INET)
         : socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in ipv4{};
-        ipv4.sin_family = AF_INET;
-        ipv4.sin_port = htons(port);
-        ipv4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr_in ipv4 = loopbackAddress(port);
         sockaddr_in6 ipv6{};
         ipv6.sin6_family = AF_INET6;
         ipv6.sin6_port = htons(port);

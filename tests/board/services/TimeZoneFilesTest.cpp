@@ -1,8 +1,7 @@
 #include "board/services/timeZone.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "tests/board/services/zones.h"
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <ctime>

@@ -1,7 +1,6 @@
 #include "board/services/timeZone.h"
+#include "support/matchers.h"
 #include "tests/board/services/zones.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

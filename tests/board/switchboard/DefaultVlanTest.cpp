@@ -3,10 +3,7 @@
 namespace {
 
 using namespace switchboard;
-using switchtest::mng;
 using switchtest::uplink;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class DefaultVlanTest : public switchtest::SwitchTest {
 protected:

@@ -9,8 +9,6 @@ namespace {
 
 using namespace switchboard;
 using switchtest::mng;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class PortSecurityTest : public switchtest::SwitchTest {
 protected:

@@ -9,13 +9,6 @@ namespace {
 using namespace switchboard;
 using switchtest::mng;
 using switchtest::uplink;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::MatchesRegex;
-using testing::StartsWith;
 
 using SwitchStorage = switchtest::SwitchTest;
 

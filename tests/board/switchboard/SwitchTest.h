@@ -6,12 +6,11 @@
 #include "platform/vlan.h"
 #include "support/LogLines.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -37,7 +36,7 @@ protected:
         for (const auto& vlan : framework::vlanReporter().ask().vlans) {
             std::string line = fmt::format("{}:", vlan.id);
             for (const int port : vlan.members) {
-                const bool isPvid = testing::Value(vlan.pvidPorts, testing::Contains(port));
+                const bool isPvid = testing::Value(vlan.pvidPorts, Contains(port));
                 line += fmt::format(" {}{}", port, isPvid ? "*" : "");
             }
             lines.push_back(line);

@@ -9,9 +9,6 @@ namespace {
 using namespace switchboard;
 using switchtest::mng;
 using switchtest::uplink;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 using VlanTest = switchtest::SwitchTest;
 

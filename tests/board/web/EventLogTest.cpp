@@ -1,7 +1,5 @@
 #include "board/web/EventLog.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <thread>
 
@@ -10,7 +8,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-using testing::ElementsAre;
 
 std::vector<std::string> textsOf(const std::vector<Event>& events) {
     std::vector<std::string> texts;
@@ -40,12 +37,12 @@ TEST(EventLog, TellsWhatCameAfterANumber) {
     log.add("one");
     log.add("two");
     EXPECT_THAT(textsOf(log.after(1, milliseconds(0))), ElementsAre("2 message two"));
-    EXPECT_THAT(log.after(2, milliseconds(0)), testing::IsEmpty());
+    EXPECT_THAT(log.after(2, milliseconds(0)), IsEmpty());
 }
 
 TEST(EventLog, TellsEverythingAfterANumberOfAnEarlierLife) {
     EventLog log;
-    EXPECT_THAT(log.after(57, milliseconds(0)), testing::IsEmpty());
+    EXPECT_THAT(log.after(57, milliseconds(0)), IsEmpty());
     log.add("one");
     EXPECT_THAT(textsOf(log.after(57, milliseconds(0))), ElementsAre("1 message one"));
 }

@@ -1,6 +1,5 @@
 #include "board/web/eventStream.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 namespace web {
 namespace {

@@ -3,8 +3,7 @@
 #include "network/rpc/xdrFields.h"
 #include "referenceCharacters.h"
 #include "streams.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <random>
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Record.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 /// Whether bytes of the wire are those of the record; if not, names the first field that differs.
 testing::AssertionResult isEncodingOf(const Record& record, const Bytes& bytes);

@@ -2,7 +2,7 @@
 
 void HassesTest::TearDown() {
     if (!HasFailure()) {
-        EXPECT_THAT(platform.journal.takeAll(), testing::IsEmpty());
+        EXPECT_THAT(platform.journal.takeAll(), IsEmpty());
         EXPECT_EQ(printed(), "");
     }
 }

@@ -3,9 +3,7 @@
 #include "fake/Platform.h"
 #include "rte/required/include/hasses/HassesComm.h"
 #include "support/CapturedOutput.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <string>
 #include <vector>

@@ -8,9 +8,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 const std::vector<std::string> creation = {
     "msgget(1708034, 01666) -> 500",
     "msgctl(500, IPC_STAT) -> 0 qnum=0 qbytes=16384 uid=11 gid=12 mode=0666",

@@ -6,9 +6,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 const std::string opened = R"(open("/var/run/hasses/SSE_EVENT", 1) -> 1000)";
 const std::string wroteHello = R"(write(1000, "hello\x00") -> 6)";
 

@@ -8,9 +8,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 constexpr int key = 1708033;
 constexpr int type = 1001;
 
@@ -66,7 +63,7 @@ TEST_F(Queue, ThatCannotBeAskedIsOne) {
         EXPECT_EQ(sender.msgq_create(), 1);
         EXPECT_EQ(printed(), "  msgctl( IPC_STAT ) - res = -1, errno = 13\n") << flags;
     }
-    EXPECT_THAT(journal(), testing::SizeIs(2 * 8));
+    EXPECT_THAT(journal(), SizeIs(2 * 8));
 }
 
 TEST_F(Queue, ThatCannotBeAskedIsNotChanged) {
@@ -101,7 +98,7 @@ TEST_F(Queue, InitialisationHidesItsFailureAndIsTriedAgain) {
         platform.fail(call, EACCES, 2);
         EXPECT_EQ(sender.msgq_init(), 0);
         EXPECT_EQ(sender.msgq_init(), 0);
-        EXPECT_THAT(journal(), testing::Contains(testing::EndsWith("errno 13")).Times(2)) << call;
+        EXPECT_THAT(journal(), Contains(EndsWith("errno 13")).Times(2)) << call;
     }
     EXPECT_EQ(sender.msgq_init(), 0);
     EXPECT_THAT(journal(), ElementsAre(created, asked, raised));
@@ -119,7 +116,7 @@ TEST_F(Queue, FirstMessageMakesIt) {
 
 TEST_F(Queue, MessagesAreSentWhole) {
     EXPECT_EQ(send("hello"), 0);
-    ASSERT_THAT(messages(), testing::SizeIs(1));
+    ASSERT_THAT(messages(), SizeIs(1));
     EXPECT_EQ(messages()[0].type, 1001);
     EXPECT_EQ(messages()[0].area.size(), 2000U);
     EXPECT_EQ(messages()[0].area.substr(0, 6), std::string("hello\0", 6));
@@ -138,7 +135,7 @@ TEST_F(Queue, TextsAreCutTo1999Characters) {
         EXPECT_EQ(message.area.size(), 2000U);
         EXPECT_NE(message.area.find('\0'), std::string::npos);
     }
-    EXPECT_THAT(messages(), testing::SizeIs(7));
+    EXPECT_THAT(messages(), SizeIs(7));
     journal();
 }
 
@@ -147,7 +144,7 @@ TEST_F(Queue, BytesOfTheTextAreNotLookedAt) {
     sender.printout(1);
     EXPECT_EQ(send(text), 0);
     EXPECT_EQ(messages()[0].text(), text);
-    EXPECT_THAT(printed(), testing::HasSubstr("buf.mtext = '" + text + "', res = 0\n"));
+    EXPECT_THAT(printed(), HasSubstr("buf.mtext = '" + text + "', res = 0\n"));
     journal();
 }
 
@@ -176,7 +173,7 @@ TEST_F(Queue, MessageIsSentThoughTheLimitCannotBeRaised) {
     EXPECT_EQ(printed(),
               "  msgctl( IPC_SET ) - res = -1, errno = 1\n"
               "  msgctl( IPC_SET ) - res = -1, errno = 1\n");
-    ASSERT_THAT(messages(), testing::SizeIs(2));
+    ASSERT_THAT(messages(), SizeIs(2));
     EXPECT_EQ(messages()[1].text(), "two");
     journal();
 }
@@ -187,7 +184,7 @@ TEST_F(Queue, FullOneLosesTheMessage) {
     platform.ipc.queues.at(500).byteLimit = 2000;
     EXPECT_EQ(send("lost"), -1);
     EXPECT_THAT(journal(), ElementsAre(R"(msgsnd(500, 1001 "lost", 2000, 04000) -> errno 11)"));
-    EXPECT_THAT(messages(), testing::SizeIs(1));
+    EXPECT_THAT(messages(), SizeIs(1));
     EXPECT_EQ(printed(), "");
 }
 
@@ -229,7 +226,7 @@ TEST_F(Queue, FlagOneTracesEveryMessage) {
 TEST_F(Queue, TraceShowsTheTextAsItWasCut) {
     sender.printout(1);
     EXPECT_EQ(send(std::string(1999, 'a') + "bcd"), 0);
-    EXPECT_THAT(printed(), testing::EndsWith("aaa', res = 0\n"));
+    EXPECT_THAT(printed(), EndsWith("aaa', res = 0\n"));
     journal();
 }
 

@@ -2,10 +2,9 @@
 
 #include "rte/required/include/hasses/HassesComm.h"
 #include "support/CapturedOutput.h"
+#include "support/matchers.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>

@@ -3,10 +3,9 @@
 #include "rte/required/include/hasses/HassesComm.h"
 #include "support/CapturedOutput.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <sys/ipc.h>
 #include <sys/msg.h>

@@ -1,8 +1,7 @@
 // The system's own queues and pipes, apart from everybody else's.
 
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 #include "ControlClient.h"
 
-#include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
@@ -21,11 +20,6 @@
 using test::ControlClient;
 using test::PowerlessMapper;
 using test::SilentMapper;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 TEST_F(BllhostTest, HelpTellsOptionsExitStatusesAndAnExample) {
     Process process({BLLHOST, "--help"});

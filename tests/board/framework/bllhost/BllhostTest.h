@@ -3,8 +3,7 @@
 #include "mappers.h"
 #include "support/Process.h"
 #include "support/files.h"
-
-#include <gmock/gmock.h>
+#include "support/matchers.h"
 
 #include <optional>
 #include <string>
@@ -37,7 +36,7 @@ protected:
     std::string failedStart(const std::vector<std::string>& command) {
         Process process(command);
         EXPECT_EQ(process.awaitEnd(), 1) << process.output();
-        EXPECT_THAT(process.output(), testing::Not(testing::HasSubstr("bllhost: ready")));
+        EXPECT_THAT(process.output(), Not(HasSubstr("bllhost: ready")));
         return process.output();
     }
 

@@ -1,8 +1,8 @@
 #include "ControlClient.h"
 
 #include "rte/BLL/core/rpcDispatch.h"
+#include "support/loopback.h"
 
-#include <netinet/in.h>
 #include <rpc/pmap_clnt.h>
 #include <sys/time.h>
 
@@ -31,9 +31,7 @@ std::string onOff(bool_t value) { return value != FALSE ? "on" : "off"; }
 
 // Not by clnt_create(3), whose cache of addresses leaks.
 ControlClient::ControlClient(int protocol) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = loopbackAddress();
     address.sin_port = htons(pmap_getport(&address, BLL_CONTROL_PROGRAM, BLL_CONTROL_VERSION,
                                           static_cast<u_int>(protocol)));
     int createOne = RPC_ANYSOCK;

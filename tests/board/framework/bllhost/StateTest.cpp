@@ -7,10 +7,6 @@
 #include <filesystem>
 
 using test::ControlClient;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 TEST_F(BllhostTest, KeepsSettingsAcrossRestarts) {
     startHost();

@@ -1,8 +1,8 @@
 #include "mappers.h"
 
 #include "rte/BLL/core/rpcDispatch.h"
+#include "support/loopback.h"
 
-#include <netinet/in.h>
 #include <rpc/pmap_clnt.h>
 #include <rpc/pmap_prot.h>
 #include <rpc/rpc.h>
@@ -22,10 +22,7 @@ namespace {
 /// A socket on the port mapper's port.
 int mapperSocket() {
     const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(PMAPPORT);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = loopbackAddress(PMAPPORT);
     if (bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         throw std::runtime_error("the port mapper's port cannot be had");
     }
@@ -33,10 +30,7 @@ int mapperSocket() {
 }
 
 bool mapperAnswers() {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(PMAPPORT);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = loopbackAddress(PMAPPORT);
     constexpr timeval patience{1, 0};
     int createOne = RPC_ANYSOCK;
     CLIENT* const client =

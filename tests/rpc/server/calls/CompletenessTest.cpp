@@ -3,8 +3,6 @@
 #include "calls/ProcedureCall.h"
 #include "load/symbolLists.h"
 
-#include <gmock/gmock.h>
-
 #include <set>
 
 namespace {
@@ -16,7 +14,7 @@ TEST(ProcedureCalls, ReachEveryExportedFunction) {
             reached.insert(call.function());
         }
     }
-    EXPECT_THAT(reached, testing::ElementsAreArray(exportedFunctionNames()));
+    EXPECT_THAT(reached, ElementsAreArray(exportedFunctionNames()));
 }
 
 }  // namespace

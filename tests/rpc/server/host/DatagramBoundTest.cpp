@@ -2,9 +2,8 @@
 
 #include "rte/BLL/core/datagramBound.h"
 #include "rte/BLL/core/rpcDispatch.h"
+#include "support/matchers.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
 

@@ -13,7 +13,7 @@ HostTest::HostTest() {
 
 void HostTest::TearDown() {
     if (!HasFailure()) {
-        EXPECT_THAT(platform.journal.takeAll(), testing::IsEmpty())
+        EXPECT_THAT(platform.journal.takeAll(), IsEmpty())
             << "entries that the test did not look at";
     }
 }

@@ -2,9 +2,7 @@
 
 #include "fake/Platform.h"
 #include "rte/BLL/core/rpcProxy.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <functional>
 #include <semaphore>

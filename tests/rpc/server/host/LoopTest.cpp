@@ -12,9 +12,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-
 constexpr const char* loopNames[] = {"BLLManager_mng", "dhcpra_fun"};
 
 const std::string looked = "select(1024, set, none, none, 1.000000 s)";
@@ -319,7 +316,7 @@ TEST_P(NoLoop, EndsAfterTheServicesStart) {
     EXPECT_TRUE(proxy.stop(false));
     std::vector<std::string> entries = journalOf(name);
     ASSERT_EQ(entries.size(), 2U);
-    EXPECT_THAT(entries[0], testing::StartsWith("registerThread("));
+    EXPECT_THAT(entries[0], StartsWith("registerThread("));
     EXPECT_EQ(entries[1], "service starts");
 }
 

@@ -13,9 +13,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-using testing::MatchesRegex;
-
 using Entries = std::vector<std::string>;
 
 constexpr unsigned long program = 0x20000009;

@@ -13,10 +13,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 using Clock = std::chrono::steady_clock;
 
 /// How long isStopped() waits, and how much longer it may take.

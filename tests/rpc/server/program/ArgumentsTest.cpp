@@ -7,10 +7,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-
 std::vector<ProcedureCall> callsWith(bool (*property)(const ProcedureCall&)) {
     std::vector<ProcedureCall> found;
     std::ranges::copy_if(procedureCalls(), std::back_inserter(found), property);

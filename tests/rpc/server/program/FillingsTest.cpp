@@ -6,12 +6,6 @@
 
 namespace {
 
-using testing::Each;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-using testing::Not;
-
 class Fillings : public ProgramTest {
 protected:
     /// The units of an octet run, a text and so on, out of a result.

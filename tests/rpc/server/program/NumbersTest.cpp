@@ -6,9 +6,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 struct NamedNumber {
     unsigned int number;
     std::string name;

@@ -8,8 +8,6 @@
 
 namespace {
 
-using testing::ElementsAreArray;
-
 constexpr int statuses[] = {0, -1, -5, -6, 7, INT_MIN, INT_MAX};
 
 /// What comes back from a call, given how the exported functions behave.

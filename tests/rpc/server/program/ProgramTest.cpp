@@ -11,7 +11,7 @@ ProgramTest::ProgramTest() {
 
 void ProgramTest::TearDown() {
     if (!HasFailure()) {
-        EXPECT_THAT(platform.journal.takeAll(), testing::IsEmpty())
+        EXPECT_THAT(platform.journal.takeAll(), IsEmpty())
             << "entries that the test did not look at";
     }
 }

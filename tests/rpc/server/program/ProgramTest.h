@@ -4,9 +4,7 @@
 #include "exported/ExportedCall.h"
 #include "fake/Platform.h"
 #include "program/FakeTransport.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <string>
 #include <vector>
@@ -36,7 +34,7 @@ protected:
 };
 
 /// What a transport is asked for during a call that is served.
-inline auto servedCall() { return testing::ElementsAre("getargs", "reply SUCCESS", "freeargs"); }
+inline auto servedCall() { return ElementsAre("getargs", "reply SUCCESS", "freeargs"); }
 
 /// The name of a test that is done with a procedure call.
 std::string testName(const testing::TestParamInfo<ProcedureCall>& test);

@@ -9,9 +9,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 
@@ -109,7 +106,7 @@ TEST_F(Replies, AreNotSentWithoutAResultAndTheArgumentIsReleased) {
             transport.events(),
             ElementsAre("getargs", failingReleases != 0 ? "freeargs, not done" : "freeargs"));
         // The library clears the place of a text that it has released.
-        EXPECT_THAT(area, testing::Each(std::byte{0}));
+        EXPECT_THAT(area, Each(std::byte{0}));
         EXPECT_EQ(transport.resultPlace, nullptr);
     }
     EXPECT_THAT(journal(), IsEmpty());

@@ -5,8 +5,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-
 class Start : public ProgramTest {};
 
 TEST_F(Start, RegistersTheProgramOnBothTransportsWhateverItsArgument) {
@@ -34,7 +32,7 @@ TEST_F(Start, RegistersTheSameRoutineOnEveryTransport) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(rpcNetworkStart(nullptr), nullptr);
         EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                    testing::EndsWith("version 1 (24 - Too many open files).\n"));
+                    EndsWith("version 1 (24 - Too many open files).\n"));
         EXPECT_EQ(board.registeredDispatch, &rpcNetworkDispatch);
     }
 }

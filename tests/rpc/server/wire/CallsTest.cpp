@@ -11,8 +11,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Transport = Client::Transport;
 
 class Calls : public ServedTest, public testing::WithParamInterface<Transport> {

@@ -1,6 +1,6 @@
 #include "wire/Client.h"
 
-#include <netinet/in.h>
+#include "support/loopback.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -28,10 +28,7 @@ bool_t filterUnits(XDR* xdrs, ...) {
 
 Client::Client(Transport transport, unsigned short port, unsigned long program,
                unsigned long version) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
+    sockaddr_in address = loopbackAddress(port);
     int descriptor = RPC_ANYSOCK;
     handle = transport == Transport::udp
                  ? clntudp_bufcreate(&address, program, version, patience, &descriptor, bufferSize,

@@ -1,6 +1,7 @@
 #include "wire/Connection.h"
 
-#include <netinet/in.h>
+#include "support/loopback.h"
+
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -22,10 +23,7 @@ Connection::Connection(Client::Transport transportKind, unsigned short port)
     : transport(transportKind),
       descriptor(
           socket(AF_INET, transport == Client::Transport::udp ? SOCK_DGRAM : SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
+    sockaddr_in address = loopbackAddress(port);
     if (connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         const int error = errno;
         close(descriptor);

@@ -6,9 +6,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// What the RPC library takes for a datagram at all.
 constexpr std::size_t leastDatagram = 16;
 

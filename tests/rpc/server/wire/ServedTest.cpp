@@ -4,8 +4,8 @@
 
 void ServedTest::TearDown() {
     EXPECT_EQ(server.end(), 0) << server.errorOutput();
-    EXPECT_THAT(server.errorOutput(), testing::StartsWith(printedAtStart()));
-    EXPECT_THAT(server.errorOutput(), testing::EndsWith(printedAtStop()));
+    EXPECT_THAT(server.errorOutput(), StartsWith(printedAtStart()));
+    EXPECT_THAT(server.errorOutput(), EndsWith(printedAtStop()));
 }
 
 void ServedTest::expectAnswer(Client& client, const ProcedureCall& call, int status) {
@@ -13,10 +13,10 @@ void ServedTest::expectAnswer(Client& client, const ProcedureCall& call, int sta
     EXPECT_EQ(client.call(call.number, call.argument.units(), expected.size()), RPC_SUCCESS);
     EXPECT_EQ(difference(expected, client.result()), "");
     if (call.filling == Filling::none) {
-        EXPECT_THAT(server.journal(), testing::IsEmpty());
+        EXPECT_THAT(server.journal(), IsEmpty());
     } else {
         EXPECT_THAT(server.journal(),
-                    testing::ElementsAre(fmt::format("{} -> {}", call.exportedCall, status)));
+                    ElementsAre(fmt::format("{} -> {}", call.exportedCall, status)));
     }
 }
 

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "calls/ProcedureCall.h"
+#include "support/matchers.h"
 #include "wire/Client.h"
 #include "wire/Server.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 

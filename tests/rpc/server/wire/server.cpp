@@ -10,9 +10,9 @@
 #include "network/rpc/networkProgram.h"
 #include "rte/BLL/core/datagramBound.h"
 #include "rte/BLL/core/rpcProxy.h"
+#include "support/loopback.h"
 
 #include <malloc.h>
-#include <netinet/in.h>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -36,9 +36,7 @@ std::binary_semaphore isServing{0};
 /// A transport on a free port of the loopback address, unknown to any port mapper.
 unsigned short serveOver(int type, SVCXPRT* (*create)(int descriptor)) {
     const int descriptor = socket(AF_INET, type, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = loopbackAddress();
     auto* const generic = reinterpret_cast<sockaddr*>(&address);
     socklen_t size = sizeof address;
     const bool isBound = bind(descriptor, generic, size) == 0 &&
