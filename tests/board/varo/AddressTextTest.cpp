@@ -1,6 +1,5 @@
 #include "platform/CZuUtil.h"
-
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <string>
 #include <vector>

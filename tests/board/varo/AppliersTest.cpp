@@ -1,15 +1,10 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// A machine that notes what is put into force on it.
 class Appliers : public ClosedVaroTest {

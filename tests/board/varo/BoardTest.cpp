@@ -1,8 +1,6 @@
 #include "tests/board/varo/VaroTest.h"
 
 #include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,8 +12,6 @@
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Board : public VaroTest {
 protected:
@@ -113,7 +109,7 @@ TEST_F(Board, ReportsAProcessThatCannotBeSignalled) {
     const pid_t other = id.get_future().get();
     writeFile(pidFile, std::to_string(other));
     EXPECT_EQ(varoSendSigToAcs(SIGUSR1), varo::systemFailed);
-    EXPECT_THAT(log.lines(), ElementsAre(testing::StartsWith(fmt::format(
+    EXPECT_THAT(log.lines(), ElementsAre(StartsWith(fmt::format(
                                  "3 varoSendSigToAcs: cannot signal process {}: ", other))));
     end.set_value();
     thread.join();

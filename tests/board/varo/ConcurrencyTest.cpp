@@ -1,8 +1,5 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <barrier>
 #include <thread>
@@ -16,19 +13,12 @@ constexpr std::uint32_t rounds = 60;
 
 /// Every field of a record follows from its value, so that a mixture of two is seen.
 varoLib_s_dns dnsOf(std::uint32_t value) {
-    varoLib_s_dns record{};
-    setText(record.domain, "d" + std::to_string(value));
-    record.ip_pri = value;
-    record.ip_sec = value + 1;
-    return record;
+    return varotest::dnsOf("d" + std::to_string(value), value, value + 1);
 }
 
 varoLib_s_dns6 dns6Of(std::uint32_t value) {
-    varoLib_s_dns6 record{};
-    setText(record.domain, "d" + std::to_string(value));
-    setText(record.ipv6_pri, "2001:db8::" + std::to_string(value));
-    setText(record.ipv6_sec, "2001:db8::1:" + std::to_string(value));
-    return record;
+    const std::string text = std::to_string(value);
+    return varotest::dns6Of("d" + text, "2001:db8::" + text, "2001:db8::1:" + text);
 }
 
 std::uint32_t valueOf(const char* domain) {
@@ -66,23 +56,19 @@ protected:
 TEST_F(Concurrency, KeepsRecordsWholeWhileThreadsWriteSourcesAndGroups) {
     ASSERT_EQ(varoLibInit(), varo::success);
     for (const int source : {1, 2}) {
-        auto dns = dnsOf(1);
-        auto dns6 = dns6Of(1);
-        ASSERT_EQ(varoUpdateDnsWS(source, &dns), varo::success);
-        ASSERT_EQ(varoUpdateDns6(source, &dns6), varo::success);
+        ASSERT_EQ(store(source, dnsOf(1)), varo::success);
+        ASSERT_EQ(store(source, dns6Of(1)), varo::success);
     }
     std::atomic<int> failures{0};
     const auto check = [&](bool holds) { failures += holds ? 0 : 1; };
     const auto writeDns = [&](int source) {
         for (std::uint32_t value = 1; value <= rounds; ++value) {
-            auto record = dnsOf(value);
-            check(varoUpdateDnsWS(source, &record) == varo::success);
+            check(store(source, dnsOf(value)) == varo::success);
         }
     };
     const auto writeDns6 = [&] {
         for (std::uint32_t value = 1; value <= rounds; ++value) {
-            auto record = dns6Of(value);
-            check(varoUpdateDns6(2, &record) == varo::success);
+            check(store(2, dns6Of(value)) == varo::success);
         }
     };
     const auto writeConfig = [&] {
@@ -123,18 +109,13 @@ TEST_F(Concurrency, PutsTheRecordIntoForceThatWasStoredLast) {
     const auto writer = [](std::uint32_t first) {
         return [first] {
             for (std::uint32_t value = first; value < first + 20; ++value) {
-                auto record = dnsOf(value);
-                varoUpdateDnsWS(2, &record);
+                store(2, dnsOf(value));
             }
         };
     };
     for (std::uint32_t round = 0; round < 3; ++round) {
         together({writer(1000), writer(2000), writer(3000)});
-        varoLib_s_dns record{};
-        int source = 2;
-        ASSERT_EQ(varoGetDnsWS(&source, &record), varo::success);
-        EXPECT_THAT(readFile(resolverFile),
-                    testing::HasSubstr("search " + std::string(record.domain)));
+        EXPECT_THAT(readFile(resolverFile), HasSubstr("search " + std::string(storedDns().domain)));
     }
 }
 
@@ -181,8 +162,7 @@ TEST_F(Concurrency, OpensOnceWhenManyThreadsAreFirst) {
     std::atomic<int> failures{0};
     const auto write = [&](int source) {
         return [&failures, source] {
-            auto record = dnsOf(static_cast<std::uint32_t>(source));
-            if (varoUpdateDnsWS(source, &record) != varo::success) {
+            if (store(source, dnsOf(static_cast<std::uint32_t>(source))) != varo::success) {
                 ++failures;
             }
         };

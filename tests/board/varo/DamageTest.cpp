@@ -1,46 +1,39 @@
-#include "board/varo/settings/allSettings.h"
-#include "board/varo/store/RecordStore.h"
-#include "board/varo/varoCodes.h"
-#include "tests/board/varo/VaroTest.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/board/varo/StoreTest.h"
 
 #include <fstream>
 
 namespace {
 
 using namespace varotest;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::MatchesRegex;
-using testing::SizeIs;
-using testing::StartsWith;
 using varo::dnsSetting;
 
 constexpr const char* asideName = "varo\\.db\\.damaged-[0-9]{8}T[0-9]{6}Z";
 
 /// A store's file that gets damaged.
-class RecordStoreFile : public testing::Test {
+class RecordStoreFile : public StoreTest {
 protected:
     RecordStoreFile() {
-        varoLib_s_dns record{};
-        setText(record.domain, "example.net");
-        open().session().write(dnsSetting().group(), 2, record);
+        open().session().write(dnsSetting().group(), 2, dnsOf("example.net"));
         log.take();
     }
 
-    varo::RecordStore open() { return {file, varo::schema(), log.receiver()}; }
+    std::string storedDomain() { return open().session().read(dnsSetting().group(), 2).domain; }
+
+    /// The contents of the files that stand beside the store's, with this end of their name.
+    std::vector<std::string> contentsAside(const std::string& suffix) const {
+        std::vector<std::string> contents;
+        for (const std::string& name : filesIn(directory.path())) {
+            if (name.starts_with("varo.db.damaged-") && name.ends_with(suffix)) {
+                contents.push_back(readFile(directory.path() / name));
+            }
+        }
+        return contents;
+    }
 
     /// The file, being what it is now, is set aside, and factory values are read.
     void expectSetAside(const std::string& reason) {
         const std::string damaged = readFile(file);
-        {
-            auto store = open();
-            EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
-        }
+        EXPECT_EQ(storedDomain(), "");
         auto files = filesIn(directory.path());
         // SQLite may have made an empty log and its index while the file was checked.
         std::erase_if(files, [](const std::string& name) {
@@ -62,10 +55,6 @@ protected:
         stream.seekp(offset);
         stream << bytes;
     }
-
-    TemporaryDirectory directory;
-    const std::filesystem::path file = directory.path() / "varo.db";
-    LogLines log;
 };
 
 TEST_F(RecordStoreFile, IsSetAsideWithAGarbageHeader) {
@@ -112,9 +101,7 @@ TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
     std::string wal;
     {
         auto store = open();
-        varoLib_s_dns record{};
-        setText(record.domain, "in the log only");
-        store.session().write(dnsSetting().group(), 2, record);
+        store.session().write(dnsSetting().group(), 2, dnsOf("in the log only"));
         wal = readFile(file.string() + "-wal");
     }
     ASSERT_THAT(wal, HasSubstr("in the log only"));
@@ -122,16 +109,8 @@ TEST_F(RecordStoreFile, TakesItsLogWithItWhenItIsSetAside) {
     writeFile(file, std::string(8192, 'x'));
     writeFile(file.string() + "-wal", wal.substr(1));
     writeFile(file.string() + "-shm", "shared memory");
-    auto store = open();
-    EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
-    std::string asideLog;
-    for (const std::string& name : filesIn(directory.path())) {
-        if (name.starts_with("varo.db.damaged-") && name.ends_with("Z-wal")) {
-            asideLog = name;
-        }
-    }
-    ASSERT_NE(asideLog, "");
-    EXPECT_EQ(readFile(directory.path() / asideLog), wal.substr(1));
+    EXPECT_EQ(storedDomain(), "");
+    EXPECT_THAT(contentsAside("Z-wal"), ElementsAre(wal.substr(1)));
 }
 
 TEST_F(RecordStoreFile, IsNotNeededForItsLogToBeSetAside) {
@@ -141,19 +120,11 @@ TEST_F(RecordStoreFile, IsNotNeededForItsLogToBeSetAside) {
             writeFile(file, "");
         }
         writeFile(file.string() + "-wal", "the last values");
-        auto store = open();
-        EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
+        EXPECT_EQ(storedDomain(), "");
         EXPECT_THAT(log.take()[0],
                     HasSubstr(file.string() + " is damaged (it is empty or missing, but its "
                                               "write-ahead log is there): it is kept as "));
-        std::vector<std::string> kept;
-        for (const std::string& name : filesIn(directory.path())) {
-            if (name.starts_with("varo.db.damaged-") && name.ends_with("-wal")) {
-                kept.push_back(readFile(directory.path() / name));
-            }
-        }
-        EXPECT_THAT(kept, SizeIs(emptied ? 2 : 1));
-        EXPECT_THAT(kept, testing::Each("the last values"));
+        EXPECT_THAT(contentsAside("-wal"), AllOf(SizeIs(emptied ? 2 : 1), Each("the last values")));
     }
 }
 
@@ -168,13 +139,12 @@ TEST_F(RecordStoreFile, SetAsideTwiceInASecondGetsTwoNames) {
             kept.push_back(readFile(directory.path() / name));
         }
     }
-    EXPECT_THAT(kept, testing::UnorderedElementsAre("first", "second", "third"));
+    EXPECT_THAT(kept, UnorderedElementsAre("first", "second", "third"));
 }
 
 TEST_F(RecordStoreFile, IsUsedWithOneLineWhenItIsEmpty) {
     writeFile(file, "");
-    auto store = open();
-    EXPECT_STREQ(store.session().read(dnsSetting().group(), 2).domain, "");
+    EXPECT_EQ(storedDomain(), "");
     EXPECT_THAT(log.lines(),
                 ElementsAre("6 made " + file.string(),
                             "3 " + file.string() + " was empty: factory values are used"));
@@ -196,8 +166,7 @@ TEST_F(RecordStoreFile, IsMadeAnewAtTheCallAfterTheOneThatFindsItDamaged) {
     EXPECT_EQ(varoGetDnsWS(&source, &record), varo::success);
     EXPECT_STREQ(record.domain, "");
     EXPECT_THAT(log.take(), ElementsAre(HasSubstr("is damaged")));
-    setText(record.domain, "again");
-    EXPECT_EQ(varoUpdateDnsWS(2, &record), varo::success);
+    EXPECT_EQ(store(2, dnsOf("again")), varo::success);
     varoLibDestroy();
     varo::configure({});
     EXPECT_THAT(filesIn(directory.path()),

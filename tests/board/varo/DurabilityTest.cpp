@@ -3,8 +3,6 @@
 #include "tests/board/varo/SyncedImage.h"
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,17 +21,7 @@ protected:
     }
 
     static int update(std::uint32_t value) {
-        varoLib_s_dns record{};
-        setText(record.domain, "d" + std::to_string(value));
-        record.ip_pri = value;
-        return varoUpdateDnsWS(2, &record);
-    }
-
-    static varoLib_s_dns stored() {
-        varoLib_s_dns record{};
-        int source = 2;
-        EXPECT_EQ(varoGetDnsWS(&source, &record), varo::success);
-        return record;
+        return store(2, dnsOf("d" + std::to_string(value), value));
     }
 };
 
@@ -79,18 +67,17 @@ TEST_F(Durability, WhatWasAcknowledgedSurvivesAKill) {
         ASSERT_TRUE(WIFSIGNALED(status)) << status;
 
         // No reader of the resolver file has ever seen a part of one.
-        EXPECT_THAT(readFile(resolverFile), testing::MatchesRegex("#[^\n]*\n"
-                                                                  "search d[0-9]+\n"
-                                                                  "nameserver [0-9.]+\n"));
+        EXPECT_THAT(readFile(resolverFile), MatchesRegex("#[^\n]*\n"
+                                                         "search d[0-9]+\n"
+                                                         "nameserver [0-9.]+\n"));
         ASSERT_EQ(varoLibInit(), varo::success);
-        const varoLib_s_dns record = stored();
-        EXPECT_THAT(record.ip_pri, testing::AllOf(testing::Ge(last), testing::Le(last + 1)));
+        const varoLib_s_dns record = storedDns();
+        EXPECT_THAT(record.ip_pri, AllOf(testing::Ge(last), testing::Le(last + 1)));
         EXPECT_EQ(record.domain, "d" + std::to_string(record.ip_pri));
-        EXPECT_THAT(readFile(resolverFile),
-                    testing::HasSubstr("search " + std::string(record.domain)));
+        EXPECT_THAT(readFile(resolverFile), HasSubstr("search " + std::string(record.domain)));
         last = record.ip_pri;
         varoLibDestroy();
-        EXPECT_THAT(log.lines(), testing::IsEmpty());
+        EXPECT_THAT(log.lines(), IsEmpty());
     }
 }
 
@@ -109,9 +96,9 @@ TEST_F(Durability, WhatWasAcknowledgedSurvivesALossOfPower) {
         const TemporaryDirectory afterwards;
         std::filesystem::copy(image, afterwards.path());
         LogLines lines;
-        varo::RecordStore store(afterwards.path() / "varo.db", varo::schema(), lines.receiver());
-        EXPECT_EQ(store.session().read(varo::dnsSetting().group(), 2).ip_pri, value);
-        EXPECT_THAT(lines.lines(), testing::IsEmpty());
+        varo::RecordStore copy(afterwards.path() / "varo.db", varo::schema(), lines.receiver());
+        EXPECT_EQ(copy.session().read(varo::dnsSetting().group(), 2).ip_pri, value);
+        EXPECT_THAT(lines.lines(), IsEmpty());
     }
 }
 

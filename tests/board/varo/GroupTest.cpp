@@ -1,13 +1,7 @@
 #include "board/varo/store/Group.h"
-#include "board/varo/store/RecordStore.h"
-#include "support/files.h"
-#include "tests/board/varo/VaroTest.h"
-#include "tests/board/varo/storage.h"
+#include "tests/board/varo/StoreTest.h"
 #include "varo/records.h"
 #include "varo/sntpRecords.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <limits>
 
@@ -58,12 +52,9 @@ const Group<rpcSntpConfigHost> timeServers("time_servers", Rows::bySource, rpcSn
 
 const Schema testSchema{{&numbers, &managers, &timeServers}, {}};
 
-class RecordGroup : public testing::Test {
+class RecordGroup : public StoreTest {
 protected:
-    TemporaryDirectory directory;
-    std::filesystem::path file = directory.path() / "test.db";
-    LogLines log;
-    varo::RecordStore store{file, testSchema, log.receiver()};
+    varo::RecordStore store = open(testSchema);
 };
 
 TEST_F(RecordGroup, NeverWrittenReadsAsTheFactoryRecord) {
@@ -98,13 +89,9 @@ TEST_F(RecordGroup, RefusesAStoredIntegerOutsideItsType) {
     store.session().write(numbers, singleRow, Numbers{});
     for (const char* bad : {"small = 32768", "port = -1", "word = 4294967296", "byte = 256"}) {
         sql(file, std::string("UPDATE numbers SET ") + bad);
-        try {
-            store.session().read(numbers);
-            ADD_FAILURE() << bad << " was read";
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.code(), storageFailed) << bad;
-            EXPECT_THAT(failure.what(), testing::HasSubstr("cannot read numbers")) << bad;
-        }
+        const Failure failure = failureOf([&] { store.session().read(numbers); });
+        EXPECT_EQ(failure.code(), storageFailed) << bad;
+        EXPECT_THAT(failure.what(), HasSubstr("cannot read numbers")) << bad;
         sql(file, "UPDATE numbers SET small = 0, port = 0, word = 0, byte = 0");
     }
 }
@@ -147,15 +134,10 @@ TEST_F(RecordGroup, RefusesAnUnterminatedTextInAnEntryAndStoresNothing) {
     varoLib_s_subag written{};
     written.port = 1162;
     std::memset(written.managers[9].community, 'x', sizeof written.managers[9].community);
-    try {
-        store.session().write(managers, singleRow, written);
-        ADD_FAILURE() << "it was written";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), invalidValue);
-        EXPECT_STREQ(failure.what(),
-                     "managers: manager10_community: the text is not terminated within "
-                     "its 32 bytes");
-    }
+    const Failure failure = failureOf([&] { store.session().write(managers, singleRow, written); });
+    EXPECT_EQ(failure.code(), invalidValue);
+    EXPECT_STREQ(failure.what(),
+                 "managers: manager10_community: the text is not terminated within its 32 bytes");
     EXPECT_EQ(sql(file, "SELECT count(*) FROM managers"), "0");
     EXPECT_EQ(store.session().read(managers).port, 162);
 }
@@ -171,19 +153,15 @@ TEST_F(RecordGroup, TellsPeopleInTheTableHowValuesAreStored) {
                           "    manager2_address TEXT NOT NULL,")
                   .substr(0, 260));
     EXPECT_THAT(sql(file, "SELECT sql FROM sqlite_schema WHERE name = 'time_servers'"),
-                testing::HasSubstr("whose values: 1 DHCP client, 2 management front ends"));
+                HasSubstr("whose values: 1 DHCP client, 2 management front ends"));
 }
 
 TEST_F(RecordGroup, IsUnknownToAStoreWhoseSchemaDoesNotListIt) {
     const Group<Numbers> unlisted("unlisted", Rows::single, Numbers{},
                                   {column("small", &Numbers::small)});
-    try {
-        store.session().read(unlisted);
-        ADD_FAILURE() << "it was read";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), internalError);
-        EXPECT_STREQ(failure.what(), "group unlisted is not in the schema");
-    }
+    const Failure failure = failureOf([&] { store.session().read(unlisted); });
+    EXPECT_EQ(failure.code(), internalError);
+    EXPECT_STREQ(failure.what(), "group unlisted is not in the schema");
 }
 
 }  // namespace

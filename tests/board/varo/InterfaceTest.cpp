@@ -3,8 +3,6 @@
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <net/if.h>
 #include <sched.h>
 #include <sys/ioctl.h>
@@ -17,8 +15,6 @@
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// Sets the address or the mask of an interface.
 void set(unsigned long what, const char* name, const char* text) {

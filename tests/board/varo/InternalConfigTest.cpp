@@ -1,15 +1,10 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <limits>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class InternalConfig : public VaroTest {
 protected:

@@ -4,15 +4,12 @@
 #include "board/varo/varoCodes.h"
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-
 #include <array>
 #include <functional>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
 
 std::string refusal(const std::function<void()>& body) {
     try {

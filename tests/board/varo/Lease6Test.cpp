@@ -1,17 +1,11 @@
 #include "board/varo/link/dhcpProgram.h"
 #include "board/varo/link/reportText.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <string>
 #include <vector>
 
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 std::string message(const std::vector<std::string>& parts) {
     std::string text;

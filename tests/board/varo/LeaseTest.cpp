@@ -1,16 +1,12 @@
 #include "board/varo/link/dhcpProgram.h"
 #include "board/varo/link/reportText.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "support/matchers.h"
 
 #include <string>
 #include <vector>
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using varo::BadReport;
 using varo::DhcpEvent;
 using varo::DhcpReport;

@@ -1,16 +1,11 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <stdexcept>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 int readDns() {
     varoLib_s_dns record{};
@@ -18,11 +13,7 @@ int readDns() {
     return varoGetDnsWS(&source, &record);
 }
 
-int writeDns(const std::string& domain) {
-    varoLib_s_dns record{};
-    setText(record.domain, domain);
-    return varoUpdateDnsWS(2, &record);
-}
+int writeDns(const std::string& domain) { return store(2, dnsOf(domain)); }
 
 /// Runs in a process in which the library was never used. 0, or the number of the failing step.
 int firstUse() {
@@ -69,8 +60,7 @@ int firstUseWithoutResolverFile() {
 }
 
 int useWithoutConfiguration() {
-    varoLib_s_dns record{};
-    setText(record.domain, "before");
+    varoLib_s_dns record = dnsOf("before");
     int source = 2;
     if (varoLibInit() != varo::notConfigured ||
         varoGetDnsWS(&source, &record) != varo::notConfigured) {
@@ -143,10 +133,7 @@ TEST_F(Library, CanBeClosedTwice) {
 TEST_F(Library, AnswersAgainWhenItIsOpenedAgain) {
     EXPECT_EQ(writeDns("example.net"), varo::success);
     EXPECT_EQ(restart(), varo::success);
-    varoLib_s_dns record{};
-    int source = 0;
-    EXPECT_EQ(varoGetDnsWS(&source, &record), varo::success);
-    EXPECT_STREQ(record.domain, "example.net");
+    EXPECT_STREQ(storedDns(0).domain, "example.net");
 }
 
 TEST_F(Library, AnswersNullPointersWithAnError) {

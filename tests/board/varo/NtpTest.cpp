@@ -1,13 +1,8 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr unsigned int host1 = 0xC0000201;  // 192.0.2.1
 
@@ -180,8 +175,7 @@ TEST_F(Ntp, RefusesNumbersOutOfRange) {
         addresses.mode = bad;
         EXPECT_EQ(store(2, addresses), varo::invalidValue) << bad;
     }
-    EXPECT_THAT(log.lines(),
-                testing::Contains("3 varoUpdateNtpHost: protocol version: 5 is not in 3 to 4"));
+    EXPECT_THAT(log.lines(), Contains("3 varoUpdateNtpHost: protocol version: 5 is not in 3 to 4"));
     EXPECT_EQ(readHosts(2).mode, 0);
 }
 

@@ -1,35 +1,14 @@
-#include "board/varo/settings/allSettings.h"
-#include "board/varo/store/RecordStore.h"
-#include "board/varo/varoCodes.h"
-#include "tests/board/varo/VaroTest.h"
+#include "tests/board/varo/StoreTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using varo::dnsSetting;
 using varo::internalConfigSetting;
 
-varoLib_s_dns dnsOf(const std::string& domain, std::uint32_t primary) {
-    varoLib_s_dns record{};
-    setText(record.domain, domain);
-    record.ip_pri = primary;
-    return record;
-}
-
-class RecordStore : public testing::Test {
-protected:
-    TemporaryDirectory directory;
-    const std::filesystem::path file = directory.path() / "varo.db";
-    LogLines log;
-
-    varo::RecordStore open() { return {file, varo::schema(), log.receiver()}; }
-};
+class RecordStore : public StoreTest {};
 
 TEST_F(RecordStore, ReadsFactoryValuesWhereNothingWasWritten) {
     auto store = open();
@@ -64,8 +43,7 @@ TEST_F(RecordStore, KeepsTheRowsOfSourcesApart) {
 
 TEST_F(RecordStore, ShowsPeopleWhatItHolds) {
     auto store = open();
-    auto record = dnsOf("example.net", 0xC0000201);
-    store.session().write(dnsSetting().group(), 2, record);
+    store.session().write(dnsSetting().group(), 2, dnsOf("example.net", 0xC0000201));
     EXPECT_EQ(sql(file, "SELECT * FROM dns"), "2|example.net|192.0.2.1|");
     EXPECT_EQ(sql(file, "PRAGMA user_version"), "1");
 }
@@ -105,12 +83,8 @@ TEST_F(RecordStore, LeavesOneFileWhenItIsClosed) {
     store.session().write(dnsSetting().group(), 2, dnsOf("example.net", 1));
     store.close();
     EXPECT_THAT(filesIn(directory.path()), ElementsAre("varo.db"));
-    try {
-        store.session().read(dnsSetting().group(), 2);
-        ADD_FAILURE() << "a closed store was read";
-    } catch (const varo::Failure& failure) {
-        EXPECT_EQ(failure.code(), varo::notOpen);
-    }
+    EXPECT_EQ(failureOf([&] { store.session().read(dnsSetting().group(), 2); }).code(),
+              varo::notOpen);
 }
 
 }  // namespace

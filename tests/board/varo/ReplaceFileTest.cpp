@@ -1,10 +1,9 @@
 #include "board/support/wholeFile.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
 #include "tests/board/varo/storage.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/stat.h>
 
@@ -13,7 +12,6 @@
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
 
 /// As files of the machine are replaced, which a container engine may have mounted.
 void replaceFile(const std::filesystem::path& file, std::string_view content) {

@@ -1,14 +1,10 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <vector>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
 
 /// The calls of one family, and records made and shown in a form that both share.
 struct Ipv4 {
@@ -143,7 +139,7 @@ TYPED_TEST(Resolver, RefusesADomainThatIsNotTerminatedAndKeepsTheOldOne) {
     EXPECT_STREQ(this->read(2).domain, "example.net");
     ASSERT_EQ(this->log.lines().size(), 1U);
     EXPECT_THAT(this->log.lines()[0],
-                testing::HasSubstr("domain: the text is not terminated within its 256 bytes"));
+                HasSubstr("domain: the text is not terminated within its 256 bytes"));
 }
 
 TYPED_TEST(Resolver, KeepsEveryByteOfATextThatIsNotUtf8) {

@@ -1,16 +1,12 @@
 #include "tests/board/varo/VaroTest.h"
 
 #include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <climits>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// The values of a record, in its order.
 std::string shown(const varoLib_s_telnetSrv& server) {

@@ -1,8 +1,6 @@
 #include "tests/board/varo/VaroTest.h"
 
 #include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sqlite3.h>
 
@@ -13,14 +11,8 @@
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
-int write(const std::string& domain) {
-    varoLib_s_dns record{};
-    setText(record.domain, domain);
-    return varoUpdateDnsWS(2, &record);
-}
+int write(const std::string& domain) { return store(2, dnsOf(domain)); }
 
 /// The stored domain, or what the call returned.
 std::string read() {
@@ -49,11 +41,8 @@ protected:
     }
 
     std::string logText() {
-        std::string text;
-        for (const std::string& line : log.take()) {
-            text += line + "\n";
-        }
-        return text;
+        const std::vector<std::string> lines = log.take();
+        return lines.empty() ? "" : fmt::format("{}\n", fmt::join(lines, "\n"));
     }
 };
 
@@ -73,11 +62,11 @@ TEST_F(StorageFailure, OnAFullDiskKeepsTheOldValueAndEndsWithTheCause) {
         return fmt::format("{} {} {} {} {} {} {} {}\n{}", opened, first, second, kept, third, last,
                            again, read(), lines);
     });
-    EXPECT_THAT(result, testing::StartsWith(fmt::format("0 0 {:d} old 0 newer 0 newer\n",
-                                                        int{varo::storageFailed})));
+    EXPECT_THAT(result, StartsWith(fmt::format("0 0 {:d} old 0 newer 0 newer\n",
+                                               int{varo::storageFailed})));
     EXPECT_THAT(result.substr(result.find('\n') + 1),
-                testing::MatchesRegex("3 varoUpdateDnsWS: cannot write dns in " + file.string() +
-                                      ": database or disk is full[^\n]*\n"));
+                MatchesRegex("3 varoUpdateDnsWS: cannot write dns in " + file.string() +
+                             ": database or disk is full[^\n]*\n"));
 }
 
 TEST_F(StorageFailure, OnADiskThatIsFullFromTheStartLeavesNoFiles) {
@@ -92,8 +81,8 @@ TEST_F(StorageFailure, OnADiskThatIsFullFromTheStartLeavesNoFiles) {
         return fmt::format("{} {} {} files, then {} {}\n{}", opened, written, files, writtenThen,
                            read(), line);
     });
-    EXPECT_THAT(result, testing::StartsWith(fmt::format("{0:d} {0:d} 1 files, then 0 newer\n",
-                                                        int{varo::storageFailed})));
+    EXPECT_THAT(result, StartsWith(fmt::format("{0:d} {0:d} 1 files, then 0 newer\n",
+                                               int{varo::storageFailed})));
     EXPECT_THAT(result, HasSubstr("\n3 varoLibInit: cannot open " + file.string() + ": "));
 }
 
@@ -111,10 +100,10 @@ TEST_F(StorageFailure, InAReadOnlyDirectoryNamesTheFileAndLeavesIt) {
         return fmt::format("{} {} {}\n{}", opened, written,
                            readFile(file) == before ? "unchanged" : "changed", lines);
     });
-    EXPECT_THAT(result, testing::StartsWith(
-                            fmt::format("{0:d} {0:d} unchanged\n", int{varo::storageFailed})));
-    EXPECT_THAT(result, testing::MatchesRegex("[^\n]*\n3 varoLibInit: cannot open " +
-                                              file.string() + ": [^\n]*\n"));
+    EXPECT_THAT(result,
+                StartsWith(fmt::format("{0:d} {0:d} unchanged\n", int{varo::storageFailed})));
+    EXPECT_THAT(result,
+                MatchesRegex("[^\n]*\n3 varoLibInit: cannot open " + file.string() + ": [^\n]*\n"));
 }
 
 TEST_F(StorageFailure, InAReadOnlyDirectoryDoesNotLoseADamagedFile) {
@@ -126,7 +115,7 @@ TEST_F(StorageFailure, InAReadOnlyDirectoryDoesNotLoseADamagedFile) {
                            logText());
     });
     EXPECT_THAT(result,
-                testing::MatchesRegex(fmt::format(
+                MatchesRegex(fmt::format(
                     "{} true\n3 varoLibInit: {} is damaged \\(file is not a database\\) and "
                     "cannot be set aside: [^\n]*\n",
                     int{varo::storageFailed}, file.string())));

@@ -1,12 +1,8 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
 
 /// A file that somebody made by hand, with the right names but without types.
 class HandMadeFile : public ClosedVaroTest {
@@ -28,8 +24,7 @@ protected:
     /// The row cannot be read, for this reason, and the record stays as it was.
     void expectUnreadable(const std::string& reason) {
         ASSERT_EQ(varoLibInit(), varo::success);
-        varoLib_s_dns record{};
-        setText(record.domain, "before");
+        varoLib_s_dns record = dnsOf("before");
         int source = 2;
         EXPECT_EQ(varoGetDnsWS(&source, &record), varo::storageFailed);
         EXPECT_THAT(log.take(), ElementsAre("3 varoGetDnsWS: cannot read dns from " +
@@ -42,11 +37,8 @@ protected:
 TEST_F(HandMadeFile, IsReadWhenItsValuesAreOfTheRightTypes) {
     insert("'example.net', '192.0.2.1', ''");
     ASSERT_EQ(varoLibInit(), varo::success);
-    varoLib_s_dns record{};
-    int source = 2;
-    EXPECT_EQ(varoGetDnsWS(&source, &record), varo::success);
-    EXPECT_STREQ(record.domain, "example.net");
-    EXPECT_EQ(record.ip_pri, 0xC0000201);
+    EXPECT_STREQ(storedDns().domain, "example.net");
+    EXPECT_EQ(storedDns().ip_pri, 0xC0000201);
 }
 
 TEST_F(HandMadeFile, WithAValueThatTheRecordCannotHoldIsAnError) {
@@ -71,13 +63,8 @@ TEST_F(HandMadeFile, WithAValueThatTheRecordCannotHoldIsAnError) {
 TEST_F(HandMadeFile, IsMendedByTheNextUpdate) {
     insert("17, 18, 19.5");
     ASSERT_EQ(varoLibInit(), varo::success);
-    varoLib_s_dns record{};
-    setText(record.domain, "example.net");
-    EXPECT_EQ(varoUpdateDnsWS(2, &record), varo::success);
-    int source = 2;
-    record = {};
-    EXPECT_EQ(varoGetDnsWS(&source, &record), varo::success);
-    EXPECT_STREQ(record.domain, "example.net");
+    EXPECT_EQ(store(2, dnsOf("example.net")), varo::success);
+    EXPECT_STREQ(storedDns().domain, "example.net");
 }
 
 TEST_F(HandMadeFile, WithASeverityThatIsNoneKeepsTheFactoryThreshold) {
@@ -95,9 +82,8 @@ TEST_F(HandMadeFile, WithASeverityThatIsNoneKeepsTheFactoryThreshold) {
         EXPECT_EQ(varoGetInternalConfig(&record), varo::storageFailed) << severity;
         EXPECT_EQ(record.severity, 99) << severity;
         // The library is open all the same.
-        varoLib_s_dns dns{};
-        int source = 2;
-        EXPECT_EQ(varoGetDnsWS(&source, &dns), varo::success) << severity;
+        SCOPED_TRACE(severity);
+        storedDns();
         varoLibDestroy();
         log.take();
     }

@@ -1,15 +1,10 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Zone = varoLib_s_sntpTimeZone;
 
 class TimeZone : public VaroTest {

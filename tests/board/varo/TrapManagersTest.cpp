@@ -1,17 +1,11 @@
 #include "tests/board/varo/VaroTest.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <thread>
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 constexpr std::uint32_t firstHost = 0xC0000201;  // 192.0.2.1
 
@@ -96,7 +90,7 @@ TEST_F(TrapManagers, HaveAnAddressAndACommunityOfVisibleCharacters) {
     EXPECT_EQ(varoAddSubag("secr\xe9t", firstHost), varo::invalidValue);
     EXPECT_EQ(varoAddSubag(nullptr, firstHost), varo::invalidArgument);
     EXPECT_THAT(entries(), IsEmpty());
-    EXPECT_THAT(log.lines(), testing::SizeIs(7));
+    EXPECT_THAT(log.lines(), SizeIs(7));
     EXPECT_EQ(log.lines()[0], "3 varoAddSubag: address: 0.0.0.0 is none of a manager");
     EXPECT_EQ(log.lines()[1], "3 varoAddSubag: community: it is empty");
     EXPECT_EQ(log.lines()[2], "3 varoAddSubag: community: 32 characters are more than 31");
@@ -104,7 +98,7 @@ TEST_F(TrapManagers, HaveAnAddressAndACommunityOfVisibleCharacters) {
               "3 varoAddSubag: community: a blank or a character that is not "
               "visible ASCII");
     // A community is as good as a password.
-    EXPECT_THAT(log.lines(), Not(testing::Contains(testing::HasSubstr("secret"))));
+    EXPECT_THAT(log.lines(), Not(Contains(HasSubstr("secret"))));
 }
 
 TEST_F(TrapManagers, AreDeletedOnlyWhenAddressAndCommunityAreTheirs) {

@@ -1,18 +1,8 @@
-#include "board/varo/settings/allSettings.h"
-#include "board/varo/store/RecordStore.h"
-#include "board/varo/varoCodes.h"
-#include "tests/board/varo/VaroTest.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <optional>
+#include "tests/board/varo/StoreTest.h"
 
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using varo::column;
 using varo::Group;
 using varo::Rows;
@@ -67,27 +57,16 @@ constexpr const char* version1File = R"sql(
     PRAGMA user_version = 1;
 )sql";
 
-class Upgrade : public testing::Test {
+class Upgrade : public StoreTest {
 protected:
-    TemporaryDirectory directory;
-    const std::filesystem::path file = directory.path() / "varo.db";
-    LogLines log;
-
-    varo::RecordStore open(const Schema& schema) { return {file, schema, log.receiver()}; }
-
     void writeVersion1(int port) {
         open(version1).session().write(oldGroup, varo::singleRow, Old{port});
         log.take();
     }
 
     /// The failure of opening the file.
-    std::optional<varo::Failure> failureOf(const Schema& schema) {
-        try {
-            open(schema);
-            return std::nullopt;
-        } catch (const varo::Failure& failure) {
-            return failure;
-        }
+    varo::Failure openingFailure(const Schema& schema = varo::schema()) {
+        return failureOf([&] { open(schema); });
     }
 };
 
@@ -111,10 +90,9 @@ TEST_F(Upgrade, IsMadeOnce) {
 
 TEST_F(Upgrade, ThatFailsLeavesTheOldFile) {
     writeVersion1(2323);
-    const auto failure = failureOf(failingVersion3);
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->code(), varo::storageFailed);
-    EXPECT_STREQ(failure->what(),
+    const varo::Failure failure = openingFailure(failingVersion3);
+    EXPECT_EQ(failure.code(), varo::storageFailed);
+    EXPECT_STREQ(failure.what(),
                  ("cannot open " + file.string() + ": no such column: missing").c_str());
     EXPECT_EQ(sql(file, "PRAGMA user_version"), "1");
     EXPECT_EQ(open(version1).session().read(oldGroup).port, 2323);
@@ -136,10 +114,9 @@ TEST_F(Upgrade, LeavesANewerFileAsItIs) {
     }
     log.take();
     const std::string before = readFile(file);
-    const auto failure = failureOf(version1);
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->code(), varo::newerFile);
-    EXPECT_STREQ(failure->what(),
+    const varo::Failure failure = openingFailure(version1);
+    EXPECT_EQ(failure.code(), varo::newerFile);
+    EXPECT_STREQ(failure.what(),
                  (file.string() +
                   " has version 3, this release knows versions up to 1: install the newer release "
                   "again, or move the file away to start from factory values")
@@ -182,32 +159,28 @@ TEST_F(Upgrade, ReadsAFileOfVersion1) {
 TEST_F(Upgrade, RefusesADatabaseThatIsNoStore) {
     sql(file, "CREATE TABLE people (name); INSERT INTO people VALUES ('Ada')");
     const std::string before = readFile(file);
-    const auto failure = failureOf(varo::schema());
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->code(), varo::storageFailed);
-    EXPECT_EQ(failure->what(), file.string() +
-                                   " is a database, but no record store: move it away to start "
-                                   "from factory values");
+    const varo::Failure failure = openingFailure();
+    EXPECT_EQ(failure.code(), varo::storageFailed);
+    EXPECT_EQ(failure.what(), file.string() +
+                                  " is a database, but no record store: move it away to start "
+                                  "from factory values");
     EXPECT_EQ(readFile(file), before);
 }
 
 TEST_F(Upgrade, RefusesANegativeVersion) {
     sql(file, "PRAGMA user_version = -1");
-    const auto failure = failureOf(varo::schema());
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->code(), varo::storageFailed);
+    EXPECT_EQ(openingFailure().code(), varo::storageFailed);
 }
 
 TEST_F(Upgrade, RefusesATableThatLacksAColumn) {
     sql(file,
         "CREATE TABLE dns (source INTEGER PRIMARY KEY, domain TEXT); PRAGMA user_version = 1");
-    const auto failure = failureOf(varo::schema());
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->code(), varo::storageFailed);
+    const varo::Failure failure = openingFailure();
+    EXPECT_EQ(failure.code(), varo::storageFailed);
     EXPECT_STREQ(
-        failure->what(),
+        failure.what(),
         ("cannot use table dns of " + file.string() + ": no such column: primary_server").c_str());
-    EXPECT_THAT(filesIn(directory.path()), testing::Contains("varo.db"));
+    EXPECT_THAT(filesIn(directory.path()), Contains("varo.db"));
 }
 
 }  // namespace

@@ -4,12 +4,11 @@
 #include "board/varo/varoConfiguration.h"
 #include "support/LogLines.h"
 #include "support/files.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
 #include "support/setText.h"
 #include "tests/board/varo/storage.h"
 #include "varo/varoLib.h"
-
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <filesystem>
@@ -50,6 +49,28 @@ protected:
     }
 };
 
+/// Resolver records.
+inline varoLib_s_dns dnsOf(const std::string& domain, std::uint32_t primary = 0,
+                           std::uint32_t secondary = 0) {
+    varoLib_s_dns record{};
+    setText(record.domain, domain);
+    record.ip_pri = primary;
+    record.ip_sec = secondary;
+    return record;
+}
+inline varoLib_s_dns6 dns6Of(const std::string& domain, const std::string& primary = {},
+                             const std::string& secondary = {}) {
+    varoLib_s_dns6 record{};
+    setText(record.domain, domain);
+    setText(record.ipv6_pri, primary);
+    setText(record.ipv6_sec, secondary);
+    return record;
+}
+
+/// Stores a resolver record for a source.
+inline int store(int source, varoLib_s_dns record) { return varoUpdateDnsWS(source, &record); }
+inline int store(int source, varoLib_s_dns6 record) { return varoUpdateDns6(source, &record); }
+
 /// What a call fills into a record, whatever that held before.
 template <class Record, class Fill>
 Record filledBy(Fill fill) {
@@ -70,5 +91,6 @@ template <class Record>
 Record readBy(int (*call)(int, Record*), int source) {
     return filledBy<Record>([&](Record& record) { return call(source, &record); });
 }
+inline varoLib_s_dns storedDns(int source = 2) { return readBy(varoGetDnsWS, source); }
 
 }  // namespace varotest

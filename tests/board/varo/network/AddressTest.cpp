@@ -8,7 +8,6 @@
 namespace {
 
 using namespace varotest;
-using testing::HasSubstr;
 
 class Address : public NetworkTest {};
 

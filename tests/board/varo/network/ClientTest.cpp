@@ -15,12 +15,6 @@
 namespace {
 
 using namespace varotest;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 
 constexpr const char* lease =
     "export ip=192.0.2.60 subnet=255.255.255.0 router=192.0.2.1 dns='192.0.2.53 192.0.2.54' "

@@ -7,9 +7,6 @@
 namespace {
 
 using namespace varotest;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
 
 class Ipv6OnInterface : public Ipv6Test {};
 

@@ -7,9 +7,6 @@
 namespace {
 
 using namespace varotest;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 constexpr const char* lease = "2001:db8::100/128 dynamic";
 constexpr const char* learnt = "1 2001:db8::53  example.org";

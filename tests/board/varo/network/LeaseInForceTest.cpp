@@ -9,11 +9,6 @@
 namespace {
 
 using namespace varotest;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 
 class LeaseInForce : public DhcpTest {
 protected:

@@ -1,9 +1,7 @@
 #include "board/varo/link/dhcpEvent.h"
 #include "board/varo/link/linkLocalAddress.h"
+#include "support/matchers.h"
 #include "support/privateNamespaces.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdlib>

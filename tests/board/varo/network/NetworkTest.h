@@ -4,9 +4,6 @@
 #include "tests/board/varo/VaroTest.h"
 #include "tests/board/varo/network/namespaces.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
