@@ -42,40 +42,15 @@ TEST(Access, ListsTheRulesWithWhatTheyMatched) {
                    "  1  permit  192.0.2.0/24                   1       4294967296\n"
                    "  2  deny    0.0.0.0/0                      2       8589934592\n"
                    "everything else: denied (7 packets, 420 bytes)\n"));
-    EXPECT_EQ(board.run("access list --json", Protocol::Udp), done(R"({
-  "rules": [
-    {
-      "position": 1,
-      "answer": "permit",
-      "network": "192.0.2.0/24",
-      "packets": 1,
-      "bytes": 4294967296
-    },
-    {
-      "position": 2,
-      "answer": "deny",
-      "network": "0.0.0.0/0",
-      "packets": 2,
-      "bytes": 8589934592
-    }
-  ],
-  "otherwise": {
-    "answer": "deny",
-    "packets": 7,
-    "bytes": 420
-  }
-}
-)"));
+    EXPECT_EQ(board.run("access list --json", Protocol::Udp), done(laidOut(R"({"rules": [{
+                  "position": 1, "answer": "permit", "network": "192.0.2.0/24", "packets": 1,
+                  "bytes": 4294967296},
+                {"position": 2, "answer": "deny", "network": "0.0.0.0/0", "packets": 2,
+                  "bytes": 8589934592}],
+              "otherwise": {"answer": "deny", "packets": 7, "bytes": 420}})")));
     board.run("access clear");
-    EXPECT_EQ(board.run("access list --json"), done(R"({
-  "rules": [],
-  "otherwise": {
-    "answer": "permit",
-    "packets": null,
-    "bytes": null
-  }
-}
-)"));
+    EXPECT_EQ(board.run("access list --json"), done(laidOut(R"({"rules": [],
+              "otherwise": {"answer": "permit", "packets": null, "bytes": null}})")));
 }
 
 TEST(Access, ListsTheRulesAloneWhereTheBoardHasNoCountersOfThem) {
@@ -212,22 +187,11 @@ TEST(Access, TestsAnAddress) {
               done("192.0.2.8: admitted by rule 2 (permit 192.0.2.0/24)\n"));
     EXPECT_EQ(board.run("access test 198.51.100.7"),
               done("198.51.100.7: denied, as no rule matches\n"));
-    EXPECT_EQ(board.run("access test --json 192.0.2.8"), done(R"({
-  "address": "192.0.2.8",
-  "admitted": true,
-  "rule": {
-    "position": 2,
-    "answer": "permit",
-    "network": "192.0.2.0/24"
-  }
-}
-)"));
-    EXPECT_EQ(board.run("access test --json 198.51.100.7"), done(R"({
-  "address": "198.51.100.7",
-  "admitted": false,
-  "rule": null
-}
-)"));
+    EXPECT_EQ(board.run("access test --json 192.0.2.8"), done(laidOut(R"({
+              "address": "192.0.2.8", "admitted": true,
+              "rule": {"position": 2, "answer": "permit", "network": "192.0.2.0/24"}})")));
+    EXPECT_EQ(board.run("access test --json 198.51.100.7"), done(laidOut(R"({
+              "address": "198.51.100.7", "admitted": false, "rule": null})")));
 }
 
 TEST(AccessFromAfar, NeedsConsentToBeDenied) {

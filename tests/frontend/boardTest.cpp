@@ -14,28 +14,10 @@ TEST(Board, ShowsItsStatus) {
                                               "feature httpserver: on\n"
                                               "feature snmp: on\n"
                                               "entity network: started\n"));
-    EXPECT_EQ(board.run("board status --json", Protocol::Udp), done(R"({
-  "shelfId": "1",
-  "profileMode": false,
-  "clearConfigInProgress": false,
-  "features": [
-    {
-      "name": "httpserver",
-      "on": true
-    },
-    {
-      "name": "snmp",
-      "on": true
-    }
-  ],
-  "entities": [
-    {
-      "name": "network",
-      "state": "started"
-    }
-  ]
-}
-)"));
+    EXPECT_EQ(board.run("board status --json", Protocol::Udp), done(laidOut(R"({"shelfId": "1",
+              "profileMode": false, "clearConfigInProgress": false,
+              "features": [{"name": "httpserver", "on": true}, {"name": "snmp", "on": true}],
+              "entities": [{"name": "network", "state": "started"}]})")));
 }
 
 TEST(Board, HandsOnAMessageAndPrintsTheReplyHarmlessly) {
@@ -43,7 +25,7 @@ TEST(Board, HandsOnAMessageAndPrintsTheReplyHarmlessly) {
     EXPECT_EQ(board.run("board message networkBle_severity 7"),
               done("networkBle_severity is now 7\nby \\x1b[31mnetwork\n"));
     EXPECT_EQ(board.run("board message --json a b"),
-              done("{\n  \"reply\": \"a is now b\\nby \\u001b[31mnetwork\\n\"\n}\n"));
+              done(laidOut(R"({"reply": "a is now b\nby \u001b[31mnetwork\n"})")));
     EXPECT_THAT(board.requests(), ElementsAre("message networkBle_severity 7", "message a b"));
 }
 

@@ -15,12 +15,8 @@ std::string shown(const std::string& client, const std::string& vendor,
 TEST(Dhcp, IsShown) {
     const CannedBoard board;
     EXPECT_EQ(board.run("dhcp show"), done(shown("off", "off", "off")));
-    EXPECT_EQ(board.run("dhcp show --json", Protocol::Udp), done(R"({
-  "enabled": false,
-  "vendorClass": false,
-  "option82": false
-}
-)"));
+    EXPECT_EQ(board.run("dhcp show --json", Protocol::Udp), done(laidOut(R"({"enabled": false,
+              "vendorClass": false, "option82": false})")));
 }
 
 TEST(Dhcp, IsSwitched) {
@@ -71,17 +67,9 @@ TEST(DhcpCircuitId, IsShownWithTheVendorClass) {
               done("vendor class: VANTORIX (not sent)\n"
                    "circuit id: VANTORIX:1 eth 1:1:\\x1b (not sent)\n"));
     board.run("dhcp option82 on -q");
-    EXPECT_EQ(board.run("dhcp circuit-id --json", Protocol::Udp), done(R"({
-  "vendorClass": {
-    "text": "VANTORIX",
-    "sent": false
-  },
-  "circuitId": {
-    "text": "VANTORIX:1 eth 1:1:\u001b",
-    "sent": true
-  }
-}
-)"));
+    EXPECT_EQ(board.run("dhcp circuit-id --json", Protocol::Udp), done(laidOut(R"({
+              "vendorClass": {"text": "VANTORIX", "sent": false},
+              "circuitId": {"text": "VANTORIX:1 eth 1:1:\u001b", "sent": true}})")));
     EXPECT_THAT(board.requests(),
                 ElementsAre("dhcp", R"(set_option82 {"dhcp":false,"option82":true})", "dhcp"));
     EXPECT_EQ(CannedBoard({"--refuse"}).run("dhcp circuit-id"),

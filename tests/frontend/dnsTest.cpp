@@ -47,19 +47,9 @@ TEST_P(Dns, SetsIpv6InCanonicalForm) {
 TEST_P(Dns, SetsOneOfEachFamily) {
     EXPECT_EQ(run("dns set 192.0.2.1 2001:db8::1"), done("IPv4 servers: 192.0.2.1 (cli)\n"
                                                          "IPv6 servers: 2001:db8::1 (cli)\n"));
-    EXPECT_EQ(run("dns show --json"), done(R"({
-  "ipv4": {
-    "primary": "192.0.2.1",
-    "secondary": null,
-    "source": "cli"
-  },
-  "ipv6": {
-    "primary": "2001:db8::1",
-    "secondary": null,
-    "source": "cli"
-  }
-}
-)"));
+    EXPECT_EQ(run("dns show --json"), done(laidOut(R"({
+              "ipv4": {"primary": "192.0.2.1", "secondary": null, "source": "cli"},
+              "ipv6": {"primary": "2001:db8::1", "secondary": null, "source": "cli"}})")));
 }
 
 TEST_P(Dns, ClearsOneFamilyOrBoth) {

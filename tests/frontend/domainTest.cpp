@@ -11,17 +11,9 @@ TEST(Domain, IsShownForBothFamilies) {
     EXPECT_EQ(board.run("domain show"), done("IPv4 domain: none (cli)\n"
                                              "IPv6 domain: none (dhcp)\n"));
     board.run("domain set -q access.example.net");
-    EXPECT_EQ(board.run("domain show --json"), done(R"({
-  "ipv4": {
-    "name": "access.example.net",
-    "source": "cli"
-  },
-  "ipv6": {
-    "name": null,
-    "source": "dhcp"
-  }
-}
-)"));
+    EXPECT_EQ(board.run("domain show --json"), done(laidOut(R"({
+              "ipv4": {"name": "access.example.net", "source": "cli"},
+              "ipv6": {"name": null, "source": "dhcp"}})")));
 }
 
 TEST(Domain, IsSetForOneFamilyOrBoth) {

@@ -10,13 +10,13 @@ TEST(Gateway, IsShown) {
     CannedBoard board;
     EXPECT_EQ(board.run("gateway show"), done("gateway: 192.0.2.254\nIPv6 gateway: none\n"));
     EXPECT_EQ(board.run("gateway show --json"),
-              done("{\n  \"gateway\": \"192.0.2.254\",\n  \"ipv6Gateway\": null\n}\n"));
+              done(laidOut(R"({"gateway": "192.0.2.254", "ipv6Gateway": null})")));
     board.run("gateway clear");
     EXPECT_EQ(board.run("gateway show", Protocol::Udp),
               done("gateway: none\nIPv6 gateway: none\n"));
     board.run("gateway set FE80::1");
     EXPECT_EQ(board.run("gateway show --json"),
-              done("{\n  \"gateway\": null,\n  \"ipv6Gateway\": \"fe80::1\"\n}\n"));
+              done(laidOut(R"({"gateway": null, "ipv6Gateway": "fe80::1"})")));
 }
 
 TEST(Gateway, IsSetAndRemoved) {

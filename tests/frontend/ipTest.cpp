@@ -21,24 +21,12 @@ TEST(Ip, ShowsTheAddressAndWhatGoesWithIt) {
     CannedBoard board;
     EXPECT_EQ(board.run("ip show"),
               done(shown("192.0.2.10/24", "255.255.255.0", "192.0.2.254") + ipv6));
-    EXPECT_EQ(board.run("ip show --json", Protocol::Udp), done(R"({
-  "address": "192.0.2.10",
-  "prefixLength": 24,
-  "netmask": "255.255.255.0",
-  "source": "static",
-  "macAddress": "02:00:5e:10:00:0a",
-  "gateway": "192.0.2.254",
-  "managementVlan": 1,
-  "ipv6": {
-    "addresses": [
-      "2001:db8::100/128",
-      "fe80::5eff:fe10:a/64"
-    ],
-    "gateway": null,
-    "dhcp": true
-  }
-}
-)"));
+    EXPECT_EQ(board.run("ip show --json", Protocol::Udp), done(laidOut(R"({
+              "address": "192.0.2.10", "prefixLength": 24, "netmask": "255.255.255.0",
+              "source": "static", "macAddress": "02:00:5e:10:00:0a", "gateway": "192.0.2.254",
+              "managementVlan": 1,
+              "ipv6": {"addresses": ["2001:db8::100/128", "fe80::5eff:fe10:a/64"],
+                "gateway": null, "dhcp": true}})")));
     EXPECT_THAT(board.requests(),
                 ElementsAre("get_network_info", "get_gateway", "get_ipv6addr", "get_ipv6proto",
                             "get_network_info", "get_gateway", "get_ipv6addr", "get_ipv6proto"));

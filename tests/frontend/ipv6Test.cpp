@@ -19,15 +19,9 @@ std::string shown(const std::string& addresses, const std::string& gateway,
 TEST(Ipv6Command, ShowsAllAddresses) {
     CannedBoard board;
     EXPECT_EQ(board.run("ipv6 show"), done(shown(lease + linkLocal, "none")));
-    EXPECT_EQ(board.run("ipv6 show --json", Protocol::Udp), done(R"({
-  "addresses": [
-    "2001:db8::100/128",
-    "fe80::5eff:fe10:a/64"
-  ],
-  "gateway": null,
-  "dhcp": true
-}
-)"));
+    EXPECT_EQ(board.run("ipv6 show --json", Protocol::Udp), done(laidOut(R"({
+              "addresses": ["2001:db8::100/128", "fe80::5eff:fe10:a/64"], "gateway": null,
+              "dhcp": true})")));
     EXPECT_THAT(board.requests(),
                 ElementsAre("get_ipv6addr", "get_ipv6proto", "get_ipv6addr", "get_ipv6proto"));
 }
@@ -54,7 +48,7 @@ TEST(Ipv6Command, SetsAndRemovesTheGateway) {
     EXPECT_EQ(board.run("ipv6 gateway show"), done("gateway: fe80::1\n"));
     EXPECT_EQ(board.run("gateway show"), done("gateway: 192.0.2.254\nIPv6 gateway: fe80::1\n"));
     EXPECT_EQ(board.run("gateway clear --ipv6"), done(shown(lease + linkLocal, "none")));
-    EXPECT_EQ(board.run("ipv6 gateway show --json"), done("{\n  \"gateway\": null\n}\n"));
+    EXPECT_EQ(board.run("ipv6 gateway show --json"), done(laidOut(R"({"gateway": null})")));
     EXPECT_EQ(board.run("gateway set 2001:db8::1 -q"), done(""));
     EXPECT_EQ(board.run("gateway clear --ipv4 --ipv6 -q"), done(""));
     EXPECT_EQ(board.run("gateway show"), done("gateway: none\nIPv6 gateway: none\n"));
@@ -64,7 +58,7 @@ TEST(Ipv6Command, SwitchesTheClient) {
     CannedBoard board;
     EXPECT_EQ(board.run("ipv6 dhcp off"), done(shown(linkLocal, "none", "off")));
     EXPECT_EQ(board.run("ipv6 dhcp show"), done("DHCP client: off\n"));
-    EXPECT_EQ(board.run("ipv6 dhcp show --json"), done("{\n  \"dhcp\": false\n}\n"));
+    EXPECT_EQ(board.run("ipv6 dhcp show --json"), done(laidOut(R"({"dhcp": false})")));
     EXPECT_EQ(board.run("ipv6 dhcp on -q"), done(""));
     EXPECT_EQ(board.run("ipv6 dhcp show"), done("DHCP client: on\n"));
 }

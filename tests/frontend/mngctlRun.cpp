@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -46,6 +47,21 @@ std::string readAll(int descriptor) {
         }
         text.append(buffer, static_cast<std::size_t>(got));
     }
+}
+
+constexpr const char* blanks = " \n";
+
+/// Where the piece of JSON ends that begins there: a text, a number or word, or a mark.
+std::size_t endOfToken(const std::string& json, std::size_t begin) {
+    if (json[begin] != '"') {
+        const std::size_t end = json.find_first_of("{}[]:,\" \n", begin);
+        return end == begin ? begin + 1 : end;
+    }
+    std::size_t at = begin + 1;
+    while (json.at(at) != '"') {
+        at += json[at] == '\\' ? 2 : 1;
+    }
+    return at + 1;
 }
 
 void enter(pid_t process, const char* kind) {
@@ -119,6 +135,35 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
     return stream << "exit " << static_cast<int>(outcome.exit) << "\n--- out\n"
                   << outcome.out << "--- err\n"
                   << outcome.err << "---";
+}
+
+std::string laidOut(const std::string& json) {
+    std::string text;
+    std::size_t depth = 0;
+    const auto beginLine = [&] { text.append(1, '\n').append(2 * depth, ' '); };
+    for (std::size_t at = json.find_first_not_of(blanks); at != std::string::npos;
+         at = json.find_first_not_of(blanks, at)) {
+        const char mark = json[at];
+        const std::size_t end = endOfToken(json, at);
+        if (mark == '}' || mark == ']') {
+            --depth;
+            if (text.back() != '{' && text.back() != '[') {
+                beginLine();
+            }
+        } else if (!text.empty() && std::strchr("{[,", text.back()) != nullptr) {
+            beginLine();
+        }
+        text.append(json, at, end - at);
+        if (mark == '{' || mark == '[') {
+            ++depth;
+        } else if (mark == ':') {
+            text += ' ';
+        } else if (depth == 0) {
+            text += '\n';
+        }
+        at = end;
+    }
+    return text;
 }
 
 Outcome done(const std::string& out) { return {Exit::Done, out, ""}; }

@@ -42,6 +42,10 @@ Outcome refusedWith(const std::string& sentence);
 Outcome wrongUsage(const std::string& sentence);
 Outcome noAnswer(const std::string& sentence);
 
+/// JSON as mngctl writes it, however the blanks lie between the values that are given: two blanks
+/// before a member for each level, and a line end behind each document.
+std::string laidOut(const std::string& json);
+
 /// Runs mngctl in this process.
 Outcome run(const std::vector<std::string>& words, const std::string& input = "",
             bool terminal = false);

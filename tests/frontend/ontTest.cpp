@@ -12,13 +12,8 @@ const std::string off = "ONT management: off, or it cannot be read\n";
 TEST(Ont, IsShown) {
     CannedBoard board;
     EXPECT_EQ(board.run("ont show"), done(off));
-    EXPECT_EQ(board.run("ont show --json", Protocol::Udp), done(R"({
-  "address": null,
-  "prefixLength": null,
-  "netmask": null,
-  "vlan": null
-}
-)"));
+    EXPECT_EQ(board.run("ont show --json", Protocol::Udp), done(laidOut(R"({"address": null,
+              "prefixLength": null, "netmask": null, "vlan": null})")));
     EXPECT_THAT(board.requests(), ElementsAre("get_ont_nmg", "get_ont_nmg"));
 }
 
@@ -28,13 +23,8 @@ TEST(Ont, IsSetWithAPrefixOrAMask) {
               done("ONT management: 198.51.100.1/24 in VLAN 20\n"));
     EXPECT_EQ(board.run("ont set 198.51.100.2 255.255.255.128 4094"),
               done("ONT management: 198.51.100.2/25 in VLAN 4094\n"));
-    EXPECT_EQ(board.run("ont show --json"), done(R"({
-  "address": "198.51.100.2",
-  "prefixLength": 25,
-  "netmask": "255.255.255.128",
-  "vlan": 4094
-}
-)"));
+    EXPECT_EQ(board.run("ont show --json"), done(laidOut(R"({"address": "198.51.100.2",
+              "prefixLength": 25, "netmask": "255.255.255.128", "vlan": 4094})")));
     EXPECT_EQ(board.run("ont off"), done(off));
     EXPECT_EQ(board.run("ont set -q 198.51.100.1/24 20"), done(""));
 }

@@ -134,27 +134,10 @@ TEST(Procedures, WithWholeRecordsTakeOneJsonObject) {
     EXPECT_EQ(run({"rpc", "--dry-run", "--json", "sntp_update",
                    R"({"mode":1,"servers":[{"ipAddress":"192.0.2.1","priority":1}]})"})
                   .out,
-              R"({
-  "mode": 1,
-  "servers": [
-    {
-      "ipAddress": "192.0.2.1",
-      "ntpVersion": 0,
-      "priority": 1
-    },
-    {
-      "ipAddress": "0.0.0.0",
-      "ntpVersion": 0,
-      "priority": 0
-    },
-    {
-      "ipAddress": "0.0.0.0",
-      "ntpVersion": 0,
-      "priority": 0
-    }
-  ]
-}
-)");
+              laidOut(R"({"mode": 1,
+              "servers": [{"ipAddress": "192.0.2.1", "ntpVersion": 0, "priority": 1},
+                {"ipAddress": "0.0.0.0", "ntpVersion": 0, "priority": 0},
+                {"ipAddress": "0.0.0.0", "ntpVersion": 0, "priority": 0}]})"));
     for (const char* const wrong : {"{\"mode\":1", "{]", "{} x"}) {
         EXPECT_EQ(run({"rpc", "sntp_update", wrong}),
                   failed(Exit::Usage,

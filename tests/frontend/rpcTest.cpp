@@ -105,18 +105,11 @@ TEST_P(Rpc, PrintsRecordsAsLinesOrJson) {
                                                "rule.ipAddress: 192.0.2.0\n"
                                                "rule.netmask: 255.255.255.0\n"
                                                "rule.flag: on\n"));
-    EXPECT_EQ(run("rpc iterate_rules 1 --json"), done(R"({
-  "result": 0,
-  "rule": {
-    "index": 2,
-    "ipAddress": "192.0.2.0",
-    "netmask": "255.255.255.0",
-    "flag": true
-  }
-}
-)"));
+    EXPECT_EQ(run("rpc iterate_rules 1 --json"), done(laidOut(R"({"result": 0,
+              "rule": {"index": 2, "ipAddress": "192.0.2.0", "netmask": "255.255.255.0",
+                "flag": true}})")));
     EXPECT_EQ(run("rpc get_telnet"), done("result: off\n"));
-    EXPECT_EQ(run("rpc get_telnet --json"), done("{\n  \"result\": false\n}\n"));
+    EXPECT_EQ(run("rpc get_telnet --json"), done(laidOut(R"({"result": false})")));
 }
 
 TEST_P(Rpc, ReadsBackWhatJsonSet) {

@@ -54,9 +54,9 @@ TEST_F(Script, EndsAtExit) {
 
 TEST_F(Script, KeepsOptionsOfALineToThatLine) {
     EXPECT_EQ(run("rpc get_telnet --json\nrpc get_telnet\n"),
-              done("{\n  \"result\": false\n}\nresult: off\n"));
+              done(laidOut(R"({"result": false})") + "result: off\n"));
     EXPECT_EQ(test::run(board.to({"--json"}), "rpc get_telnet\nrpc get_telnet\n"),
-              done("{\n  \"result\": false\n}\n{\n  \"result\": false\n}\n"));
+              done(laidOut(R"({"result": false} {"result": false})")));
 }
 
 TEST_F(Script, NeedsACommandOnALine) {

@@ -11,8 +11,8 @@ TEST(Services, AreShown) {
     EXPECT_EQ(board.run("telnet show"), done("telnet: off\n"));
     EXPECT_EQ(board.run("ssh show"), done("SSH: on\n"));
     EXPECT_EQ(board.run("ftp show"), done("FTP: off\n"));
-    EXPECT_EQ(board.run("telnet show --json"), done("{\n  \"enabled\": false\n}\n"));
-    EXPECT_EQ(board.run("ftp show --json", Protocol::Udp), done("{\n  \"enabled\": false\n}\n"));
+    EXPECT_EQ(board.run("telnet show --json"), done(laidOut(R"({"enabled": false})")));
+    EXPECT_EQ(board.run("ftp show --json", Protocol::Udp), done(laidOut(R"({"enabled": false})")));
     EXPECT_THAT(board.requests(), ElementsAre("get_telnet", "get_ssh", "is_ftp_enabled",
                                               "get_telnet", "is_ftp_enabled"));
 }
@@ -22,7 +22,7 @@ TEST(Services, AreSwitchedAndReadBack) {
     EXPECT_EQ(board.run("telnet on"), done("telnet: on\n"));
     EXPECT_EQ(board.run("ssh off"), done("SSH: off\n"));
     EXPECT_EQ(board.run("ftp on"), done("FTP: on\n"));
-    EXPECT_EQ(board.run("ftp off --json"), done("{\n  \"enabled\": false\n}\n"));
+    EXPECT_EQ(board.run("ftp off --json"), done(laidOut(R"({"enabled": false})")));
     EXPECT_EQ(board.run("telnet off --quiet"), done(""));
     EXPECT_THAT(board.requests(),
                 ElementsAre("pty_get_max_sess", "telnet_enable 1", "get_telnet", "pty_get_max_sess",
@@ -67,7 +67,7 @@ TEST(Sessions, AreShown) {
     EXPECT_EQ(board.run("sessions show"), done("limit: 5 sessions, telnet and SSH together\n"
                                                "idle timeout of telnet: 10 minutes\n"));
     EXPECT_EQ(board.run("sessions show --json"),
-              done("{\n  \"limit\": 5,\n  \"idleMinutes\": 10\n}\n"));
+              done(laidOut(R"({"limit": 5, "idleMinutes": 10})")));
 }
 
 TEST(Sessions, AreLimited) {

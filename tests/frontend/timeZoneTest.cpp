@@ -29,30 +29,14 @@ TEST(TimeZone, IsSetByARule) {
                     R"(set_sntp_timezone_dst_start {"month":3,"week":5,"dayInWeek":7,"time":200})",
                     R"(set_sntp_timezone_dst_end {"month":10,"week":5,"dayInWeek":7,"time":300})",
                     "set_sntp_timezone_dst_offset 60", "get_sntp_timezone_info", "get_time_info"));
-    EXPECT_EQ(board.run("time zone show --json"), done(R"({
-  "name": "office",
-  "rule": "office-1<+02>,M3.5.0,M10.5.0/3",
-  "offsetMinutes": 60,
-  "daylightSaving": {
-    "offsetMinutes": 60,
-    "start": "M3.5.0",
-    "end": "M10.5.0/3",
-    "inForce": true
-  },
-  "nextChanges": [
-    {
-      "from": "2026-10-25 03:00:00",
-      "to": "2026-10-25 02:00:00",
-      "offsetMinutes": 60
-    },
-    {
-      "from": "2027-03-28 02:00:00",
-      "to": "2027-03-28 03:00:00",
-      "offsetMinutes": 120
-    }
-  ]
-}
-)"));
+    EXPECT_EQ(board.run("time zone show --json"), done(laidOut(R"({"name": "office",
+              "rule": "office-1<+02>,M3.5.0,M10.5.0/3", "offsetMinutes": 60,
+              "daylightSaving": {"offsetMinutes": 60, "start": "M3.5.0", "end": "M10.5.0/3",
+                "inForce": true},
+              "nextChanges": [{"from": "2026-10-25 03:00:00", "to": "2026-10-25 02:00:00",
+                  "offsetMinutes": 60},
+                {"from": "2027-03-28 02:00:00", "to": "2027-03-28 03:00:00",
+                  "offsetMinutes": 120}]})")));
 }
 
 TEST(TimeZone, WithoutDaylightSavingTimeLeavesItsDatesAlone) {

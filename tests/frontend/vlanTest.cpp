@@ -23,41 +23,11 @@ TEST(Vlan, IsShownWithTheDefaultVlanAndTheDatabase) {
 
 TEST(Vlan, IsShownAsJson) {
     const CannedBoard board({"--vlans", "stored"});
-    EXPECT_EQ(board.run("vlan show --json"), done(R"({
-  "managementVlan": 1,
-  "defaultVlan": {
-    "id": 1,
-    "mode": "native"
-  },
-  "storedManagementVlan": 10,
-  "database": [
-    {
-      "id": 1,
-      "ports": [
-        1,
-        100
-      ],
-      "pvidPorts": [
-        1
-      ]
-    },
-    {
-      "id": 10,
-      "ports": [],
-      "pvidPorts": []
-    },
-    {
-      "id": 20,
-      "ports": [
-        100
-      ],
-      "pvidPorts": [
-        100
-      ]
-    }
-  ]
-}
-)"));
+    EXPECT_EQ(board.run("vlan show --json"), done(laidOut(R"({"managementVlan": 1,
+              "defaultVlan": {"id": 1, "mode": "native"}, "storedManagementVlan": 10,
+              "database": [{"id": 1, "ports": [1, 100], "pvidPorts": [1]},
+                {"id": 10, "ports": [], "pvidPorts": []},
+                {"id": 20, "ports": [100], "pvidPorts": [100]}]})")));
 }
 
 TEST(Vlan, ThatIsNoneIsShownAsNone) {
@@ -69,7 +39,7 @@ TEST(Vlan, ThatIsNoneIsShownAsNone) {
                                            "stored for profile mode: none\n" +
                                            database));
     EXPECT_EQ(board.run("vlan default show --json"),
-              done("{\n  \"defaultVlan\": {\n    \"id\": null,\n    \"mode\": 7\n  }\n}\n"));
+              done(laidOut(R"({"defaultVlan": {"id": null, "mode": 7}})")));
 }
 
 TEST(Vlan, CannotBeShownByABoardThatDoesNotTellItsDatabase) {
@@ -82,7 +52,7 @@ TEST(Vlan, CannotBeShownByABoardThatDoesNotTellItsDatabase) {
 TEST(Vlan, IsSetAndReadBack) {
     CannedBoard board;
     EXPECT_EQ(board.run("vlan set 10"), done("management VLAN: 10\n"));
-    EXPECT_EQ(board.run("vlan set 0x14 --json"), done("{\n  \"managementVlan\": 20\n}\n"));
+    EXPECT_EQ(board.run("vlan set 0x14 --json"), done(laidOut(R"({"managementVlan": 20})")));
     EXPECT_EQ(board.run("vlan set 4094 -q"), done(""));
     EXPECT_THAT(board.requests(), ElementsAre("set_vlan 10", "get_network_info", "set_vlan 20",
                                               "get_network_info", "set_vlan 4094"));

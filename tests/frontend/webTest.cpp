@@ -27,9 +27,9 @@ protected:
 TEST_F(Web, IsShown) {
     EXPECT_EQ(board.run(withPorts("web show")), done(lines("off")));
     EXPECT_EQ(board.run(withPorts("web show --json")),
-              done("{\n  \"on\": false,\n  \"webServer\": {\n    \"port\": " + web.number() +
-                   ",\n    \"answers\": true\n  },\n  \"eventServer\": {\n    \"port\": " +
-                   events.number() + ",\n    \"answers\": false\n  }\n}\n"));
+              done(laidOut(R"({"on": false, "webServer": {"port": )" + web.number() +
+                           R"(, "answers": true}, "eventServer": {"port": )" + events.number() +
+                           R"(, "answers": false}})")));
 }
 
 TEST_F(Web, IsSwitchedAndReadBack) {
