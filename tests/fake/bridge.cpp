@@ -19,8 +19,6 @@ struct ACLContainer_t::Lists {
 
 namespace {
 
-constexpr int refused = 1;
-
 BridgeLists::List* listNamed(const std::string& name) {
     auto& lists = Platform::current().accessLists.lists;
     const auto found = lists.find(name);
@@ -37,25 +35,30 @@ auto placeAt(BridgeLists::List& list, unsigned int sequenceNumber) {
     return isInside ? list.rules.begin() + (sequenceNumber - 1) : list.rules.end();
 }
 
-/// A call on a list; it is refused when there is no such list.
-template <class Work>
-int onList(const char* function, const std::string& name, const std::string& arguments, Work work) {
+constexpr auto whatever = [](const auto&) { return true; };
+
+/// A call on a list; it is refused when there is no such list, or none that is fit for it.
+template <class Work, class Fit = decltype(whatever)>
+int onList(const char* function, const std::string& name, const std::string& arguments, Work work,
+           Fit isFit = whatever) {
     BridgeLists::List* const list = listNamed(name);
     const std::string all = quoted(name) + (arguments.empty() ? "" : ", " + arguments);
-    if (list == nullptr) {
+    if (list == nullptr || !isFit(*list)) {
         return Platform::current().refuse(function, all);
     }
     return Platform::current().call(function, all, [&] { return work(*list); });
 }
 
-/// A call on a rule of a list; it is refused when there is no such rule.
-template <class Work>
+/// A call on a rule of a list; it is refused when there is no such rule, or none that is fit for
+/// it.
+template <class Work, class Fit = decltype(whatever)>
 int onRule(const char* function, const std::string& name, unsigned int ruleId,
-           const std::string& arguments, Work work) {
+           const std::string& arguments, Work work, Fit isFit = whatever) {
     BridgeLists::List* const list = listNamed(name);
     const std::string all =
         fmt::format("{}, {}{}", quoted(name), ruleId, arguments.empty() ? "" : ", " + arguments);
-    if (list == nullptr || placeOf(*list, ruleId) == list->rules.end()) {
+    if (list == nullptr || placeOf(*list, ruleId) == list->rules.end() ||
+        !isFit(*placeOf(*list, ruleId))) {
         return Platform::current().refuse(function, all);
     }
     return Platform::current().call(function, all,
@@ -105,32 +108,22 @@ int ACLContainer_t::delRuleById(const std::string& name, unsigned int ruleId) {
 
 int ACLContainer_t::addCondition(const std::string& name, unsigned int ruleId,
                                  const zubridge_acl_condition& condition) {
-    if (const BridgeLists::List* const list = listNamed(name)) {
-        const auto rule = std::ranges::find(list->rules, ruleId, &BridgeLists::Rule::id);
-        if (rule != list->rules.end() && !rule->conditions.empty()) {
-            return Platform::current().refuse(
-                "addCondition",
-                fmt::format("{}, {}, {}", quoted(name), ruleId, fake::describe(condition)));
-        }
-    }
-    return onRule("addCondition", name, ruleId, fake::describe(condition),
-                  [&](BridgeLists::List&, auto rule) { rule->conditions.push_back(condition); });
+    return onRule(
+        "addCondition", name, ruleId, fake::describe(condition),
+        [&](BridgeLists::List&, auto rule) { rule->conditions.push_back(condition); },
+        [](const BridgeLists::Rule& rule) { return rule.conditions.empty(); });
 }
 
 int ACLContainer_t::delCondition(const std::string& name, unsigned int ruleId,
                                  unsigned int number) {
-    const BridgeLists::List* const list = listNamed(name);
-    if (list != nullptr) {
-        const auto rule = std::ranges::find(list->rules, ruleId, &BridgeLists::Rule::id);
-        if (rule != list->rules.end() && (number == 0 || number > rule->conditions.size())) {
-            return Platform::current().refuse(
-                "delCondition", fmt::format("{}, {}, {}", quoted(name), ruleId, number));
-        }
-    }
-    return onRule("delCondition", name, ruleId, std::to_string(number),
-                  [&](BridgeLists::List&, auto rule) {
-                      rule->conditions.erase(rule->conditions.begin() + (number - 1));
-                  });
+    return onRule(
+        "delCondition", name, ruleId, std::to_string(number),
+        [&](BridgeLists::List&, auto rule) {
+            rule->conditions.erase(rule->conditions.begin() + (number - 1));
+        },
+        [&](const BridgeLists::Rule& rule) {
+            return number != 0 && number <= rule.conditions.size();
+        });
 }
 
 int ACLContainer_t::changeRuleSequenceNumber(const std::string& name, unsigned int ruleId,
@@ -145,25 +138,21 @@ int ACLContainer_t::changeRuleSequenceNumber(const std::string& name, unsigned i
 
 int ACLContainer_t::assignACL(const std::string& name, int portId, bool outgoing,
                               unsigned int priority) {
-    const BridgeLists::List* const list = listNamed(name);
-    const std::string arguments = fmt::format("{}, {}, {}", portId, outgoing, priority);
     const auto holdsPort = [portId](const auto& each) { return each.second.port == portId; };
-    if (list != nullptr &&
-        (list->port || std::ranges::any_of(Platform::current().accessLists.lists, holdsPort))) {
-        return Platform::current().refuse("assignACL", quoted(name) + ", " + arguments);
-    }
-    return onList("assignACL", name, arguments,
-                  [&](BridgeLists::List& found) { found.port = portId; });
+    return onList(
+        "assignACL", name, fmt::format("{}, {}, {}", portId, outgoing, priority),
+        [&](BridgeLists::List& list) { list.port = portId; },
+        [&](const BridgeLists::List& list) {
+            return !list.port &&
+                   std::ranges::none_of(Platform::current().accessLists.lists, holdsPort);
+        });
 }
 
 int ACLContainer_t::deassignACL(const std::string& name, int portId, bool outgoing) {
-    const BridgeLists::List* const list = listNamed(name);
-    const std::string arguments = fmt::format("{}, {}", portId, outgoing);
-    if (list != nullptr && list->port != portId) {
-        return Platform::current().refuse("deassignACL", quoted(name) + ", " + arguments);
-    }
-    return onList("deassignACL", name, arguments,
-                  [](BridgeLists::List& found) { found.port.reset(); });
+    return onList(
+        "deassignACL", name, fmt::format("{}, {}", portId, outgoing),
+        [](BridgeLists::List& list) { list.port.reset(); },
+        [&](const BridgeLists::List& list) { return list.port == portId; });
 }
 
 int ACLContainer_t::getACLRule(const std::string& name, unsigned int ruleId,

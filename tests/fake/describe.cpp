@@ -10,12 +10,6 @@ namespace fake {
 
 namespace {
 
-/// The content of a text field, which need not be terminated.
-template <std::size_t size>
-std::string text(const char (&field)[size]) {
-    return quoted({field, strnlen(field, size)});
-}
-
 /// Bytes that are to be zero are not mentioned when they are.
 template <std::size_t size>
 std::string rest(const unsigned char (&bytes)[size]) {
@@ -36,13 +30,13 @@ std::string describe(const varoLib_s_internalConfig& config) {
 }
 
 std::string describe(const varoLib_s_dns& dns) {
-    return fmt::format("{{domain={} pri={} sec={}}}", text(dns.domain), dotted(dns.ip_pri),
+    return fmt::format("{{domain={} pri={} sec={}}}", quotedField(dns.domain), dotted(dns.ip_pri),
                        dotted(dns.ip_sec));
 }
 
 std::string describe(const varoLib_s_dns6& dns) {
-    return fmt::format("{{domain={} pri={} sec={}}}", text(dns.domain), text(dns.ipv6_pri),
-                       text(dns.ipv6_sec));
+    return fmt::format("{{domain={} pri={} sec={}}}", quotedField(dns.domain),
+                       quotedField(dns.ipv6_pri), quotedField(dns.ipv6_sec));
 }
 
 std::string describe(const varoLib_s_interface& interface) {
@@ -53,7 +47,7 @@ std::string describe(const varoLib_s_interface& interface) {
 std::string describe(const varoLib_s_dhcp& dhcp) {
     return fmt::format("{{selector={} dhcp={} vendor={} option82={} circuitId={}}}",
                        dhcp.updateSelector, dhcp.dhcpEnabled, dhcp.vendorClassEnabled,
-                       dhcp.option82Enabled, text(dhcp.circuitId));
+                       dhcp.option82Enabled, quotedField(dhcp.circuitId));
 }
 
 std::string describe(const varoLib_s_dhcp6& dhcp) {
@@ -66,8 +60,8 @@ std::string describe(const varoLib_s_route& route) {
 }
 
 std::string describe(const varoLib_s_ipv6& ipv6) {
-    return fmt::format("{{addr={} prefix={} list={} gw={}}}", text(ipv6.ipv6Addr), ipv6.prefixLen,
-                       text(ipv6.ipv6AddrList), text(ipv6.ipv6Gw));
+    return fmt::format("{{addr={} prefix={} list={} gw={}}}", quotedField(ipv6.ipv6Addr),
+                       ipv6.prefixLen, quotedField(ipv6.ipv6AddrList), quotedField(ipv6.ipv6Gw));
 }
 
 std::string describe(const zubridge_acl_condition& condition) {
@@ -77,7 +71,7 @@ std::string describe(const zubridge_acl_condition& condition) {
 
 std::string describeRequest(const varoLib_s_interface& interface) {
     return fmt::format("{{{}/{} {}{}{}}}", dotted(interface.ipAddr), dotted(interface.netmask),
-                       text(interface.name), interface.reserved == 0 ? "" : " reserved set",
+                       quotedField(interface.name), interface.reserved == 0 ? "" : " reserved set",
                        rest(interface.reserved2));
 }
 

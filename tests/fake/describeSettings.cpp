@@ -1,4 +1,4 @@
-#include "fake/describeSettings.h"
+#include "fake/describe.h"
 
 #include <fmt/format.h>
 

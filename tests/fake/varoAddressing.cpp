@@ -1,8 +1,7 @@
 // The configuration library's calls for the addressing of the management interface, as far as the
 // product imports them.
 
-#include "fake/Platform.h"
-#include "fake/describe.h"
+#include "fake/wholeRecord.h"
 #include "varo/varoLib.h"
 
 #include <fmt/format.h>
@@ -13,31 +12,13 @@
 using fake::describe;
 using fake::Platform;
 using fake::quoted;
+using fake::readWhole;
+using fake::refused;
+using fake::updateWhole;
 
 namespace {
 
-constexpr int refused = 1;
-
 bool isTerminated(const auto& text) { return std::memchr(text, '\0', sizeof text) != nullptr; }
-
-/// A read of the one record of a group, which leaves something else behind when it fails.
-template <class Record>
-int read(const char* function, const Record& state, Record* record,
-         const std::optional<Record>& leftByFailure = std::nullopt) {
-    const int status = Platform::current().call(function, "", [&] {
-        *record = state;
-        return describe(*record);
-    });
-    if (status != 0 && leftByFailure) {
-        *record = *leftByFailure;
-    }
-    return status;
-}
-
-template <class Record>
-int update(const char* function, Record& state, const Record* record) {
-    return Platform::current().call(function, describe(*record), [&] { state = *record; });
-}
 
 }  // namespace
 
@@ -51,11 +32,11 @@ int varoGetMyBoardPos(std::uint32_t* position) {
 
 int varoGetDhcp(varoLib_s_dhcp* dhcp) {
     const auto& addressing = Platform::current().addressing;
-    return read("varoGetDhcp", addressing.dhcp, dhcp, addressing.dhcpLeftByFailure);
+    return readWhole("varoGetDhcp", addressing.dhcp, dhcp, addressing.dhcpLeftByFailure);
 }
 
 int varoUpdateDhcp(varoLib_s_dhcp* dhcp) {
-    return update("varoUpdateDhcp", Platform::current().addressing.dhcp, dhcp);
+    return updateWhole("varoUpdateDhcp", Platform::current().addressing.dhcp, dhcp);
 }
 
 int varoDhcpRetreatAlrServNotResponding() {
@@ -161,7 +142,7 @@ int varoSendSigToAcs(int signal) {
 
 int varoGetIpv6(varoLib_s_ipv6* ipv6) {
     const auto& addressing = Platform::current().addressing;
-    return read("varoGetIpv6", addressing.ipv6, ipv6, addressing.ipv6LeftByFailure);
+    return readWhole("varoGetIpv6", addressing.ipv6, ipv6, addressing.ipv6LeftByFailure);
 }
 
 int varoSetIpv6Addr(varoLib_s_ipv6* ipv6) {
@@ -196,9 +177,9 @@ int varoRemoveIpv6Gw() {
 }
 
 int varoGetDhcp6(varoLib_s_dhcp6* dhcp) {
-    return read("varoGetDhcp6", Platform::current().addressing.dhcp6, dhcp);
+    return readWhole("varoGetDhcp6", Platform::current().addressing.dhcp6, dhcp);
 }
 
 int varoUpdateDhcp6(varoLib_s_dhcp6* dhcp) {
-    return update("varoUpdateDhcp6", Platform::current().addressing.dhcp6, dhcp);
+    return updateWhole("varoUpdateDhcp6", Platform::current().addressing.dhcp6, dhcp);
 }

@@ -94,11 +94,7 @@ int varoGetNtpHostStats(int* source, rpcSntpInfoHost* info) {
 }
 
 int varoGetSntpTimeZone(varoLib_s_sntpTimeZone* zone) {
-    const int status = readWhole("varoGetSntpTimeZone", settings().zone, zone);
-    if (status != 0 && settings().zoneLeftByFailure) {
-        *zone = *settings().zoneLeftByFailure;
-    }
-    return status;
+    return readWhole("varoGetSntpTimeZone", settings().zone, zone, settings().zoneLeftByFailure);
 }
 
 int varoUpdateSntpTimeZone(varoLib_s_sntpTimeZone* zone) {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "fake/Platform.h"
-#include "fake/describeSettings.h"
+#include "fake/describe.h"
 
+#include <optional>
 #include <string>
 
 namespace fake {
@@ -18,15 +19,21 @@ inline int refuse(const std::string& function, const std::string& arguments) {
     return refused;
 }
 
+/// A read that fails may leave something else behind.
 template <class Record>
-int readWhole(const char* function, const Record& state, Record* record) {
+int readWhole(const char* function, const Record& state, Record* record,
+              const std::optional<Record>& leftByFailure = std::nullopt) {
     if (record == nullptr) {
         return refuse(function, "null");
     }
-    return Platform::current().call(function, "", [&] {
+    const int status = Platform::current().call(function, "", [&] {
         *record = state;
         return describe(*record);
     });
+    if (status != 0 && leftByFailure) {
+        *record = *leftByFailure;
+    }
+    return status;
 }
 
 template <class Record>
