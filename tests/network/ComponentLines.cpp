@@ -5,7 +5,6 @@
 #include "network/buffers.h"
 #include "network/exports.h"
 #include "network/freshProcess.h"
-#include "network/journals.h"
 
 #include <algorithm>
 #include <limits>

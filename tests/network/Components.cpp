@@ -4,7 +4,6 @@
 #include "fake/quoted.h"
 #include "network/EntityTest.h"
 #include "network/freshProcess.h"
-#include "network/journals.h"
 
 #include <functional>
 #include <string>

@@ -8,24 +8,19 @@ namespace {
 
 using testing::ElementsAreArray;
 
-using Defaults = DefaultsTest;
+using Defaults = DefaultsLater;
 
-TEST_F(Defaults, AllGroupsAreWrittenInTheirOrder) {
-    readComponents();
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    EXPECT_JOURNAL(Groups().all());
-}
+TEST_F(Defaults, AllGroupsAreWrittenInTheirOrder) { expectDefaults(1, Groups()); }
 
 TEST_F(Defaults, AreSilentAtTheOrdinaryThreshold) {
     remakeEntity();
     readComponents();
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
     Groups groups;
     groups.entry = {};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(1, groups);
 }
 
-using DefaultsDeathTest = Defaults;
+using DefaultsDeathTest = DefaultsTest;
 
 TEST_F(DefaultsDeathTest, ComponentsAreReadLastWhateverHappenedBefore) {
     for (const bool works : {true, false}) {
@@ -50,26 +45,26 @@ TEST_F(DefaultsDeathTest, ComponentsAreReadLastWhateverHappenedBefore) {
 
 // The profile in which telnet and the auto-configuration client are off.
 
+const Entries telnetSwitchedOff = {
+    "varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}", "isActive(12) -> 1",
+    trace("applyDefaultSettings: default telnet state set to false for CORD : 0"),
+    "varoUpdateTelnetSrv({enabled=0 sessions=11 idle=12}) -> 0"};
+
 TEST_F(Defaults, CordProfileSwitchesTelnetAndTheAutoConfigurationClientOff) {
-    readComponents();
     platform.shelf.activeFeatures.insert(12);
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
     Groups groups;
-    groups.telnet = {"varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}", "isActive(12) -> 1",
-                     trace("applyDefaultSettings: default telnet state set to false for CORD : 0"),
-                     "varoUpdateTelnetSrv({enabled=0 sessions=11 idle=12}) -> 0"};
+    groups.telnet = telnetSwitchedOff;
     groups.acs = {"varoDefAcs({enabled=0 source=2}, 2) -> 0 {enabled=1 source=23}",
                   "isActive(12) -> 1",
                   trace("applyDefaultSettings: default acs client state set to false for CORD : 0"),
                   "varoUpdateAcs({enabled=0 source=2}, 2) -> 0",
                   "varoUpdateAcs({enabled=0 source=1}, 1) -> 0"};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(1, groups);
 }
 
 // Clear-configuration.
 
 TEST_F(Defaults, ClearConfigurationForgetsTheRemoteAccessRulesInstead) {
-    readComponents();
     platform.product.isClearConfigInProgress = true;
     platform.product.supportedFeatures.insert("httpserver");
     entity().ruleIds[0] = 101;
@@ -77,8 +72,7 @@ TEST_F(Defaults, ClearConfigurationForgetsTheRemoteAccessRulesInstead) {
     entity().ruleIdx = 2;
     entity().aclInitialized = 1;
     entity().aclAssigned = 1;
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    EXPECT_JOURNAL(groupsOfClearConfig().all());
+    expectDefaults(1, groupsOfClearConfig());
     EXPECT_THAT(entity().ruleIds, testing::Each(0U));
     EXPECT_EQ(entity().ruleIdx, 0U);
     EXPECT_EQ(entity().aclInitialized, 0U);
@@ -86,20 +80,15 @@ TEST_F(Defaults, ClearConfigurationForgetsTheRemoteAccessRulesInstead) {
 }
 
 TEST_F(Defaults, ClearConfigurationSwitchesTelnetOffInTheCordProfileToo) {
-    readComponents();
     platform.product.isClearConfigInProgress = true;
     platform.product.supportedFeatures.insert("httpserver");
     platform.shelf.activeFeatures.insert(12);
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
     Groups groups = groupsOfClearConfig();
-    groups.telnet = {"varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}", "isActive(12) -> 1",
-                     trace("applyDefaultSettings: default telnet state set to false for CORD : 0"),
-                     "varoUpdateTelnetSrv({enabled=0 sessions=11 idle=12}) -> 0"};
-    EXPECT_JOURNAL(groups.all());
+    groups.telnet = telnetSwitchedOff;
+    expectDefaults(1, groups);
 }
 
 TEST_F(Defaults, OtherwiseTheRemoteAccessRulesStay) {
-    readComponents();
     entity().ruleIds[0] = 101;
     entity().ruleIdx = 1;
     EXPECT_EQ(entity().applyDefaultSettings(), 1);
@@ -111,44 +100,36 @@ TEST_F(Defaults, OtherwiseTheRemoteAccessRulesStay) {
 }
 
 TEST_F(Defaults, ClearConfigurationWithoutFactoryTimeServersAsksOnce) {
-    readComponents();
     platform.product.isClearConfigInProgress = true;
     platform.fail("varoDefNtpHost", 5);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups = groupsOfClearConfig();
     groups.ntp = {"varoDefNtpHost(2) -> 5", failed("varoDefNtpHost", 5)};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 // Failures, each of which leaves all other groups as they are.
 
 TEST_F(Defaults, TimeZoneThatCannotBeWrittenIsReported) {
-    readComponents();
     platform.fail("varoUpdateSntpTimeZone", -4);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.timeZone = {failing(groups.timeZone[0], -4), failed("varoUpdateSntpTimeZone", -4)};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 class DefaultsGroup : public Defaults, public testing::WithParamInterface<NamedGroup> {};
 
 TEST_P(DefaultsGroup, WithoutFactoryValuesIsNotWritten) {
-    readComponents();
     const std::string call = "varoDef" + GetParam().name;
     platform.fail(call, 5);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     Entries& entries = groups.*GetParam().entries;
     entries = {failing(entries.front(), 5), failed(call, 5)};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 TEST_P(DefaultsGroup, ThatCannotBeWrittenIsReported) {
-    readComponents();
     const std::string call = "varoUpdate" + GetParam().name;
     platform.fail(call, 6);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     Entries& entries = groups.*GetParam().entries;
     Entries expected;
@@ -160,25 +141,21 @@ TEST_P(DefaultsGroup, ThatCannotBeWrittenIsReported) {
         }
     }
     entries = expected;
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 INSTANTIATE_TEST_SUITE_P(Groups, DefaultsGroup, testing::ValuesIn(groupsToldByCall),
                          [](const auto& group) { return group.param.name; });
 
 TEST_F(Defaults, TimeServersWithoutFactoryValuesAreNotWritten) {
-    readComponents();
     platform.fail("varoDefNtpHost", 5);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.ntp = {"varoDefNtpHost(2) -> 5", failed("varoDefNtpHost", 5)};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 TEST_F(Defaults, TimeServersThatCannotBeWrittenAreReportedBySource) {
-    readComponents();
     platform.fail("varoUpdateNtpHost", 6);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.ntp = {groups.ntp[0],
                   failing(groups.ntp[1], 6),
@@ -188,36 +165,31 @@ TEST_F(Defaults, TimeServersThatCannotBeWrittenAreReportedBySource) {
                   failing(groups.ntp[3], 6),
                   error("applyDefaultSettings: varoUpdateNtpHost for surce DHCPhas failed! Return "
                         "value: 6")};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 TEST_F(Defaults, TimeServersOfEitherSourceFailByThemselves) {
-    readComponents();
     platform.fail("varoUpdateNtpHost", 6, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.ntp[1] = failing(groups.ntp[1], 6);
     groups.ntp.insert(groups.ntp.begin() + 2,
                       error("applyDefaultSettings: varoUpdateNtpHost for source CLI has failed! "
                             "Return value: 6"));
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 
     platform.fail("varoUpdateNtpHost", 7, 1, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     groups = {};
     groups.ntp[3] = failing(groups.ntp[3], 7);
     append(groups.ntp,
            error("applyDefaultSettings: varoUpdateNtpHost for surce DHCPhas failed! Return value: "
                  "7"));
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 TEST_F(Defaults, FirstFailedWriteOfASourceDoesNotStopTheSecond) {
-    readComponents();
     for (const char* const call : {"varoUpdateDnsWS", "varoUpdateDns6", "varoUpdateAcs"}) {
         platform.fail(call, 6, 1);
     }
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.dns = {groups.dns[0], failing(groups.dns[1], 6), failed("varoUpdateDnsWS", 6),
                   groups.dns[2]};
@@ -225,11 +197,10 @@ TEST_F(Defaults, FirstFailedWriteOfASourceDoesNotStopTheSecond) {
                    groups.dns6[2]};
     groups.acs = {groups.acs[0], groups.acs[1], failing(groups.acs[2], 6),
                   failed("varoUpdateAcs", 6), groups.acs[3]};
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 TEST_F(Defaults, EverythingFailingIsReportedGroupByGroup) {
-    readComponents();
     platform.fail("varoUpdateSntpTimeZone", 9);
     Groups groups;
     groups.timeZone = {failing(groups.timeZone[0], 9), failed("varoUpdateSntpTimeZone", 9)};
@@ -241,8 +212,7 @@ TEST_F(Defaults, EverythingFailingIsReportedGroupByGroup) {
         Entries& group = groups.*entries;
         group = {failing(group[0], 9), failed(call, 9)};
     }
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 }  // namespace

@@ -10,15 +10,16 @@ namespace {
 
 using testing::ElementsAreArray;
 
-using DefaultsOfTheWebServer = DefaultsTest;
+class DefaultsOfTheWebServer : public DefaultsLater {
+protected:
+    DefaultsOfTheWebServer() { platform.product.supportedFeatures.insert("httpserver"); }
+};
 
 std::string ran(const std::string& command, int status = 0) {
     return "system(\"" + command + "\") -> " + std::to_string(status);
 }
 
 TEST_F(DefaultsOfTheWebServer, SetIsSwitchedOnWhereThereIsOne) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
     testing::internal::CaptureStdout();
     journal();
     EXPECT_EQ(entity().applyDefaultSettings(), 1);
@@ -45,69 +46,56 @@ std::string webServerFailed(int statusOfGroupBefore) {
                  std::to_string(statusOfGroupBefore));
 }
 
-TEST_F(DefaultsOfTheWebServer, SetThatCannotBeSwitchedOnIsReportedAndDoesNotCount) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
-    platform.fail("exclusiveLock", 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
-    Groups groups;
-    groups.webServer = sequence(R"(isFeatureSupported("httpserver") -> 1)",
-                                refused("exclusiveLock"), webServerFailed(0));
-    EXPECT_JOURNAL(groups.all());
-}
-
-// The message gives the status of the last call for the group before.
-
 /// How a board goes without its web server, whose lock is refused, and which status it tells.
 Entries withoutWebServer(int statusOfGroupBefore) {
     return sequence(R"(isFeatureSupported("httpserver") -> 1)", refused("exclusiveLock"),
                     webServerFailed(statusOfGroupBefore));
 }
 
+TEST_F(DefaultsOfTheWebServer, SetThatCannotBeSwitchedOnIsReportedAndDoesNotCount) {
+    platform.fail("exclusiveLock", 1);
+    Groups groups;
+    groups.webServer = withoutWebServer(0);
+    expectDefaults(1, groups);
+}
+
+// The message gives the status of the last call for the group before.
+
 TEST_F(DefaultsOfTheWebServer, MessageGivesTheLastStatusOfTheAutoConfigurationClient) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
     platform.fail("exclusiveLock", 1);
     const Groups works;
     platform.fail("varoUpdateAcs", 44, 1, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     Groups groups;
     groups.acs = {works.acs[0], works.acs[1], works.acs[2], failing(works.acs[3], 44),
                   failed("varoUpdateAcs", 44)};
     groups.webServer = withoutWebServer(44);
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 
     platform.fail("varoUpdateAcs", 45, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     groups.acs = {works.acs[0], works.acs[1], failing(works.acs[2], 45),
                   failed("varoUpdateAcs", 45), works.acs[3]};
     groups.webServer = withoutWebServer(0);
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 
     platform.fail("varoDefAcs", 46);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     groups.acs = {failing(works.acs[0], 46), failed("varoDefAcs", 46)};
     groups.webServer = withoutWebServer(46);
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 TEST_F(DefaultsOfTheWebServer, CommandThatFailsIsReportedAndDoesNotCount) {
-    readComponents();
-    platform.product.supportedFeatures.insert("httpserver");
     constexpr int exitedWith1 = 1 << 8;
     platform.commandStatus[eventServerStart] = exitedWith1;
-    EXPECT_EQ(entity().applyDefaultSettings(), 1);
     const std::string directoryMade = ran("mkdir -p " + eventServerDirectory + " &>/dev/null");
     Groups groups;
     groups.webServer = sequence(R"(isFeatureSupported("httpserver") -> 1)",
                                 exclusively(directoryMade, ran(eventServerStart, exitedWith1),
                                             commandFailed("4053", eventServerStart)),
                                 webServerFailed(0));
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(1, groups);
 
     platform.commandStatus = {{apacheStart, exitedWith1}};
     platform.fail("varoUpdateAcs", 44, 1, 1);
-    EXPECT_EQ(entity().applyDefaultSettings(), 0);
     append(groups.acs, failed("varoUpdateAcs", 44));
     groups.acs[3] = failing(groups.acs[3], 44);
     groups.webServer =
@@ -115,7 +103,7 @@ TEST_F(DefaultsOfTheWebServer, CommandThatFailsIsReportedAndDoesNotCount) {
                  exclusively(directoryMade, ran(eventServerStart), ran(apacheStart, exitedWith1),
                              commandFailed("4084", apacheStart)),
                  webServerFailed(44));
-    EXPECT_JOURNAL(groups.all());
+    expectDefaults(0, groups);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "network/EntityTest.h"
-#include "network/journals.h"
 
 #include <string>
 #include <vector>
@@ -106,4 +105,16 @@ protected:
         entity().initVersComp();
         journal();
     }
+
+    /// What the return to factory settings answers and does.
+    void expectDefaults(int result, const Groups& groups) {
+        EXPECT_EQ(entity().applyDefaultSettings(), result);
+        EXPECT_JOURNAL(groups.all());
+    }
+};
+
+/// The same in a process in which they have been read.
+class DefaultsLater : public DefaultsTest {
+protected:
+    DefaultsLater() { readComponents(); }
 };

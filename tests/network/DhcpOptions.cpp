@@ -3,7 +3,6 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <string>
 
@@ -36,18 +35,14 @@ protected:
 
 TEST_F(DhcpOptions, VendorClassWithDhcpSwitchesTheClientOn) {
     EXPECT_EQ(networkSetVendor(1, 1), 0);
-    EXPECT_JOURNAL(exclusively(
-        recordRead,
-        R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="kept"}) -> 0)",
-        trace("setVendor: return value: 0")));
+    EXPECT_JOURNAL(
+        exclusively(recordRead, dhcpWritten("setVendor", "dhcp=1 vendor=1 option82=0", "kept")));
 }
 
 TEST_F(DhcpOptions, VendorClassAloneLeavesTheClientOff) {
     EXPECT_EQ(networkSetVendor(0, 1), 0);
-    EXPECT_JOURNAL(exclusively(
-        recordRead,
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> 0)",
-        trace("setVendor: return value: 0")));
+    EXPECT_JOURNAL(
+        exclusively(recordRead, dhcpWritten("setVendor", "dhcp=0 vendor=1 option82=0", "kept")));
 }
 
 struct VendorCase {
@@ -83,19 +78,15 @@ TEST_F(DhcpOptions, VendorClassNeverSwitchesTheClientOff) {
 TEST_F(DhcpOptions, VendorClassIsWrittenThoughTheRecordCannotBeRead) {
     platform.fail("varoGetDhcp", 5);
     EXPECT_EQ(networkSetVendor(0, 1), 0);
-    EXPECT_JOURNAL(
-        exclusively("varoGetDhcp() -> 5",
-                    R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId=""}) -> 0)",
-                    trace("setVendor: return value: 0")));
+    EXPECT_JOURNAL(exclusively("varoGetDhcp() -> 5",
+                               dhcpWritten("setVendor", "dhcp=0 vendor=1 option82=0", "")));
 }
 
 TEST_F(DhcpOptions, VendorClassThatCannotBeWrittenFails) {
     platform.fail("varoUpdateDhcp", -6);
     EXPECT_EQ(networkSetVendor(0, 1), -1);
-    EXPECT_JOURNAL(exclusively(
-        recordRead,
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=1 option82=0 circuitId="kept"}) -> -6)",
-        trace("setVendor: return value: -6")));
+    EXPECT_JOURNAL(exclusively(recordRead,
+                               dhcpWritten("setVendor", "dhcp=0 vendor=1 option82=0", "kept", -6)));
     EXPECT_EQ(record().vendorClassEnabled, 0U);
 }
 
@@ -105,8 +96,7 @@ TEST_F(DhcpOptions, Option82IsSwitchedOnWithTheCircuitId) {
     EXPECT_EQ(networkSetOption82(1, 1), 0);
     EXPECT_JOURNAL(exclusively(
         recordRead, R"(getShelfId() -> "3")",
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-        trace("setOption82: return value: 0")));
+        dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=1", "VANTORIX:3 eth 5:1:")));
 }
 
 TEST_F(DhcpOptions, Option82IsSwitchedOffWithTheCircuitIdKept) {
@@ -114,8 +104,7 @@ TEST_F(DhcpOptions, Option82IsSwitchedOffWithTheCircuitIdKept) {
     EXPECT_EQ(networkSetOption82(0, 0), 0);
     EXPECT_JOURNAL(exclusively(
         R"(varoGetDhcp() -> 0 {selector=9 dhcp=0 vendor=0 option82=1 circuitId="kept"})",
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId="kept"}) -> 0)",
-        trace("setOption82: return value: 0")));
+        dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=0", "kept")));
 }
 
 TEST_F(DhcpOptions, Option82DoesNotUseItsFirstArgument) {
@@ -147,17 +136,14 @@ TEST_F(DhcpOptions, Option82IsWrittenThoughTheRecordCannotBeRead) {
     EXPECT_EQ(networkSetOption82(1, 1), 0);
     EXPECT_JOURNAL(exclusively(
         "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-        trace("setOption82: return value: 0")));
+        dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=1", "VANTORIX:3 eth 5:1:")));
 }
 
 TEST_F(DhcpOptions, Option82ThatCannotBeWrittenFails) {
     platform.fail("varoUpdateDhcp", 6);
     EXPECT_EQ(networkSetOption82(1, 0), -1);
     EXPECT_JOURNAL(exclusively(
-        recordRead,
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=0 circuitId="kept"}) -> 6)",
-        trace("setOption82: return value: 6")));
+        recordRead, dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=0", "kept", 6)));
 }
 
 // The circuit id.
@@ -232,12 +218,9 @@ TEST_F(DhcpOptions, Option82IsWrittenAnewWhenItIsOn) {
     entity().dhcpCehckBeforeSetOption82(nullptr);
     const std::string read =
         R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=0 option82=7 circuitId="kept"})";
-    EXPECT_JOURNAL(
-        read,
-        exclusively(
-            read, R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-            trace("setOption82: return value: 0")));
+    EXPECT_JOURNAL(read, exclusively(read, R"(getShelfId() -> "3")",
+                                     dhcpWritten("setOption82", "dhcp=1 vendor=0 option82=1",
+                                                 "VANTORIX:3 eth 5:1:")));
 }
 
 // Whether it is on was read before; what is written with it starts from nothing then.
@@ -247,12 +230,10 @@ TEST_F(DhcpOptions, Option82IsWrittenAnewThoughTheRecordCannotBeReadAgain) {
     record().vendorClassEnabled = 1;
     platform.fail("varoGetDhcp", 5, 1, 1);
     entity().dhcpCehckBeforeSetOption82(nullptr);
-    EXPECT_JOURNAL(
-        R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
-        exclusively(
-            "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-            trace("setOption82: return value: 0")));
+    EXPECT_JOURNAL(R"(varoGetDhcp() -> 0 {selector=9 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
+                   exclusively("varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+                               dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=1",
+                                           "VANTORIX:3 eth 5:1:")));
     EXPECT_EQ(record().dhcpEnabled, 0U);
     EXPECT_EQ(record().vendorClassEnabled, 0U);
 }
@@ -264,20 +245,14 @@ TEST_F(DhcpOptions, ChangesGoOnWithWhatAFailedReadLeft) {
     EXPECT_EQ(networkSetVendor(0, 0), 0);
     EXPECT_EQ(networkSetOption82(0, 0), 0);
     entity().dhcpCehckBeforeSetOption82(nullptr);
-    EXPECT_JOURNAL(
-        exclusively(
-            "varoGetDhcp() -> 5",
-            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=0 option82=7 circuitId="left"}) -> 0)",
-            trace("setVendor: return value: 0")),
-        exclusively(
-            "varoGetDhcp() -> 5",
-            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=0 circuitId="left"}) -> 0)",
-            trace("setOption82: return value: 0")),
-        "varoGetDhcp() -> 5",
-        exclusively(
-            "varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=1 vendor=1 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-            trace("setOption82: return value: 0")));
+    EXPECT_JOURNAL(exclusively("varoGetDhcp() -> 5",
+                               dhcpWritten("setVendor", "dhcp=1 vendor=0 option82=7", "left")),
+                   exclusively("varoGetDhcp() -> 5",
+                               dhcpWritten("setOption82", "dhcp=1 vendor=1 option82=0", "left")),
+                   "varoGetDhcp() -> 5",
+                   exclusively("varoGetDhcp() -> 5", R"(getShelfId() -> "3")",
+                               dhcpWritten("setOption82", "dhcp=1 vendor=1 option82=1",
+                                           "VANTORIX:3 eth 5:1:")));
 }
 
 TEST_F(DhcpOptions, Option82IsNotWrittenWhenItIsOff) {
@@ -298,8 +273,7 @@ TEST_F(DhcpOptions, GivenRecordDecidesInPlaceOfTheOneInForce) {
     entity().dhcpCehckBeforeSetOption82(&given);
     EXPECT_JOURNAL(exclusively(
         recordRead, R"(getShelfId() -> "3")",
-        R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:1:"}) -> 0)",
-        trace("setOption82: return value: 0")));
+        dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=1", "VANTORIX:3 eth 5:1:")));
 
     record().option82Enabled = 1;
     given.option82Enabled = 0;

@@ -1,4 +1,5 @@
 #include "network/EntityTest.h"
+#include "network/buffers.h"
 #include "network/exports.h"
 #include "network/networkInfoToWire.h"
 #include "network/operations.h"
@@ -81,7 +82,7 @@ TEST_F(Facade, ArpListingAlwaysFails) {
     EXPECT_THAT(journal(), IsEmpty());
 }
 
-TEST_F(Facade, OlderWebOperationsAlwaysFailSilently) {
+TEST_F(Facade, UnsupportedWebOperationsAlwaysFailSilently) {
     Network::HttpInfo info{true, true, 443, Network::sprotocolSsl};
     EXPECT_EQ(networkSetHttpSPort(443), -1);
     EXPECT_EQ(networkSetHttpSProto(Network::sprotocolBoth), -1);
@@ -109,12 +110,10 @@ TEST_F(Facade, ClockTextThatIsNullRaisesTheStandardError) {
 }
 
 TEST_F(Facade, NetworkInfoOfAFailedReadLeavesTheRecordAlone) {
-    rpcNetworkInfo info;
-    std::memset(&info, 0x5a, sizeof info);
-    const rpcNetworkInfo before = info;
+    auto info = untouched<rpcNetworkInfo>();
     platform.fail("sharedLock", 1);
     EXPECT_EQ(networkGetNetworkInfo(&info), -1);
-    EXPECT_EQ(std::memcmp(&info, &before, sizeof info), 0);
+    EXPECT_TRUE(isUntouched(info));
     EXPECT_JOURNAL(refused("sharedLock"));
 }
 

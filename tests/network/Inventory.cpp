@@ -7,7 +7,6 @@
 #include "network/buffers.h"
 #include "network/exports.h"
 #include "network/fixedFiles.h"
-#include "network/journals.h"
 
 #include <limits>
 #include <string>

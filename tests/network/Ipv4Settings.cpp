@@ -3,8 +3,6 @@
 
 #include "network/Ipv4Test.h"
 
-#include <cstring>
-
 namespace {
 
 using testing::ElementsAre;
@@ -19,9 +17,7 @@ TEST_F(Ipv4Settings, InformationIsReadWhole) {
     platform.addressing.dhcp.option82Enabled = 7;
     platform.shelf.defaultVlan = 4094;
     platform.shelf.isDefaultVlanNative = true;
-    Network::NetworkInfo info;
-    std::memset(&info, 0xff, sizeof info);
-    EXPECT_EQ(entity().getNetworkInfo(&info), 0);
+    const Network::NetworkInfo info = infoOverOldValues();
     EXPECT_JOURNAL(sharing(
         R"(varoGetDhcp() -> 0 {selector=0 dhcp=1 vendor=1 option82=7 circuitId="kept"})",
         "interfaceMngGet() -> 0 1", trace("getNetworkInfo: portID: 1."),
@@ -79,25 +75,12 @@ TEST_F(Ipv4Settings, InformationRecordThatIsNullIsReported) {
 TEST_F(Ipv4Settings, DhcpIsReportedOnWhenItCannotBeRead) {
     platform.addressing.dhcp.option82Enabled = 1;
     platform.fail("varoGetDhcp", -5);
-    Network::NetworkInfo info;
-    std::memset(&info, 0xff, sizeof info);
-    EXPECT_EQ(entity().getNetworkInfo(&info), 0);
-    EXPECT_JOURNAL(infoRead(
-        addressRead,
-        {"varoGetDhcp() -> -5", error("getNetworkInfo: varoGetDhcp has failed: rv=-5, DHCP "
-                                      "default value is ON")}));
+    const Network::NetworkInfo info = infoOverOldValues();
+    EXPECT_JOURNAL(infoRead(addressRead, dhcpUnread("-5")));
     EXPECT_EQ(info.dhcpEnabled, 1U);
     EXPECT_EQ(info.vendorClassEnabled, 0U);
     EXPECT_EQ(info.option82Enabled, 0U);
     EXPECT_EQ(info.ipAddr, oldAddress);
-}
-
-/// Reads the information into a record that is full of other values.
-Network::NetworkInfo infoOverOldValues() {
-    Network::NetworkInfo info;
-    std::memset(&info, 0xff, sizeof info);
-    EXPECT_EQ(singleton<Network>::instance().getNetworkInfo(&info), 0);
-    return info;
 }
 
 TEST_F(Ipv4Settings, PortThatCannotBeFoundIsLookedUpAsPortZero) {
@@ -207,10 +190,12 @@ TEST_F(Ipv4Settings, SwitchFailsWhenTheAlarmCannotBeTakenBackButIsWritten) {
 
 // The default gateway.
 
+const std::string gatewayLocked = trace("setGateway: after lock");
+const std::string oldGatewayDeleted = "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0";
+
 TEST_F(Ipv4Settings, GatewayIsReplaced) {
     EXPECT_EQ(networkSetGateway(otherGateway), 0);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
-                               "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0",
+    EXPECT_JOURNAL(exclusively(gatewayLocked, gatewayRead, oldGatewayDeleted,
                                "varoAddRoute({0.0.0.0 via 192.0.2.254}) -> 0",
                                trace("setGateway: new default gateway added!")));
     EXPECT_EQ(gatewayNow(), otherGateway);
@@ -219,7 +204,7 @@ TEST_F(Ipv4Settings, GatewayIsReplaced) {
 TEST_F(Ipv4Settings, FirstGatewayHasNoneToDelete) {
     platform.addressing.defaultGateway = 0;
     EXPECT_EQ(networkSetGateway(0xffffffff), 0);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), noGatewayRead,
+    EXPECT_JOURNAL(exclusively(gatewayLocked, noGatewayRead,
                                "varoAddRoute({0.0.0.0 via 255.255.255.255}) -> 0",
                                trace("setGateway: new default gateway added!")));
     EXPECT_EQ(gatewayNow(), 0xffffffffU);
@@ -227,33 +212,32 @@ TEST_F(Ipv4Settings, FirstGatewayHasNoneToDelete) {
 
 TEST_F(Ipv4Settings, GatewayInPlaceStays) {
     EXPECT_EQ(networkSetGateway(gateway), 0);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead));
+    EXPECT_JOURNAL(exclusively(gatewayLocked, gatewayRead));
 }
 
 TEST_F(Ipv4Settings, GatewayZeroDeletes) {
     EXPECT_EQ(networkSetGateway(0), 0);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
-                               "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0"));
+    EXPECT_JOURNAL(exclusively(gatewayLocked, gatewayRead, oldGatewayDeleted));
     EXPECT_EQ(gatewayNow(), 0U);
 }
 
 TEST_F(Ipv4Settings, GatewayZeroWithoutAGatewayDoesNothing) {
     platform.addressing.defaultGateway = 0;
     EXPECT_EQ(networkSetGateway(0), 0);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), noGatewayRead));
+    EXPECT_JOURNAL(exclusively(gatewayLocked, noGatewayRead));
 }
 
 TEST_F(Ipv4Settings, GatewayIsNotTouchedWhenTheCurrentOneIsNotToBeHad) {
     platform.fail("sharedLock", 1);
     EXPECT_EQ(networkSetGateway(otherGateway), -1);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), refused("sharedLock")));
+    EXPECT_JOURNAL(exclusively(gatewayLocked, refused("sharedLock")));
     EXPECT_EQ(platform.addressing.defaultGateway, gateway);
 }
 
 TEST_F(Ipv4Settings, GatewayThatCannotBeDeletedStays) {
     platform.fail("varoDeleteRoute", 5);
     EXPECT_EQ(networkSetGateway(otherGateway), -1);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
+    EXPECT_JOURNAL(exclusively(gatewayLocked, gatewayRead,
                                "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 5",
                                trace("setGateway: unable to delete old default gateway")));
     EXPECT_EQ(gatewayNow(), gateway);
@@ -262,8 +246,7 @@ TEST_F(Ipv4Settings, GatewayThatCannotBeDeletedStays) {
 TEST_F(Ipv4Settings, GatewayThatCannotBeAddedLeavesNone) {
     platform.fail("varoAddRoute", 5);
     EXPECT_EQ(networkSetGateway(otherGateway), -1);
-    EXPECT_JOURNAL(exclusively(trace("setGateway: after lock"), gatewayRead,
-                               "varoDeleteRoute({0.0.0.0 via 192.0.2.1}) -> 0",
+    EXPECT_JOURNAL(exclusively(gatewayLocked, gatewayRead, oldGatewayDeleted,
                                "varoAddRoute({0.0.0.0 via 192.0.2.254}) -> 5",
                                trace("setGateway: failed to add new default gateway")));
     EXPECT_EQ(gatewayNow(), 0U);
@@ -297,8 +280,7 @@ TEST_F(Ipv4Settings, InterfaceRecordThatIsNullIsReported) {
 }
 
 TEST_F(Ipv4Settings, InterfaceRecordIsClearedAndTakesTheValuesAsGiven) {
-    varoLib_s_interface record;
-    std::memset(&record, 0xff, sizeof record);
+    auto record = filled<varoLib_s_interface>(0xff);
     EXPECT_TRUE(entity().getIntf(1, 0x00ff00ff, &record));
     EXPECT_JOURNAL(portNamed);
     EXPECT_EQ(record.ipAddr, 1U);

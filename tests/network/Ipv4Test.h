@@ -3,7 +3,6 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <string>
 
@@ -17,6 +16,12 @@ inline const std::string dhcpRead =
 inline const std::string addressRead =
     R"(varoGetInterface("mng0") -> 0 {192.0.2.10/255.255.255.0 in network byte order})";
 inline const std::string macRead = R"(varoGetIfcMAC("mng0") -> 0 02:00:00:00:00:07)";
+
+/// The record cannot be read, by what is told of the management interface.
+inline Entries dhcpUnread(const std::string& code) {
+    return {"varoGetDhcp() -> " + code, error("getNetworkInfo: varoGetDhcp has failed: rv=" + code +
+                                              ", DHCP default value is ON")};
+}
 
 /// Name of the management port, and its place in an interface record.
 inline const Entries portNamed = {"interfaceMngGet() -> 0 1",
@@ -56,6 +61,12 @@ protected:
         Network::NetworkInfo info{};
         EXPECT_EQ(entity().getNetworkInfo(&info), 0);
         journal();
+        return info;
+    }
+    /// The information that is read into a record full of other values.
+    static Network::NetworkInfo infoOverOldValues() {
+        auto info = filled<Network::NetworkInfo>(0xff);
+        EXPECT_EQ(entity().getNetworkInfo(&info), 0);
         return info;
     }
     unsigned int gatewayNow() {

@@ -3,7 +3,6 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <algorithm>
 #include <cstring>
@@ -201,8 +200,7 @@ TEST_F(Ipv6, ListThatCannotBeReadIsReportedAndTheBuffersStay) {
 }
 
 TEST_F(Ipv6, InformationIsRead) {
-    Network::NetworkInfoIpv6 info;
-    std::memset(&info, 0xff, sizeof info);
+    auto info = filled<Network::NetworkInfoIpv6>(0xff);
     EXPECT_EQ(entity().getNetworkInfoIpv6(&info), 0);
     EXPECT_JOURNAL(sharing(ipv6Read));
     EXPECT_STREQ(info.ipv6Addr, "2001:db8::10");
@@ -225,12 +223,10 @@ TEST_F(Ipv6, InformationHoldsTextsOf99Characters) {
 TEST_F(Ipv6, InformationThatCannotBeReadIsEmptyAndNoFailure) {
     platform.fail("varoGetIpv6", 5);
     platform.addressing.ipv6LeftByFailure = state();
-    Network::NetworkInfoIpv6 info;
-    std::memset(&info, 0xff, sizeof info);
+    auto info = filled<Network::NetworkInfoIpv6>(0xff);
     EXPECT_EQ(entity().getNetworkInfoIpv6(&info), 0);
     EXPECT_JOURNAL(sharing("varoGetIpv6() -> 5"));
-    const Network::NetworkInfoIpv6 empty{};
-    EXPECT_EQ(std::memcmp(&info, &empty, sizeof info), 0);
+    EXPECT_TRUE(areSame(info, Network::NetworkInfoIpv6{}));
 }
 
 TEST_F(Ipv6, InformationRecordThatIsNullIsReported) {

@@ -3,7 +3,6 @@
 
 #include "framework/sysInfo.h"
 #include "network/EntityTest.h"
-#include "network/journals.h"
 
 #include <chrono>
 #include <future>

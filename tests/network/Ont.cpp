@@ -126,48 +126,6 @@ TEST_F(Ont, MaskThatCannotBeSetIsReportedAndTheAddressStays) {
     EXPECT_EQ(platform.ont.vlanId, 4000U);
 }
 
-TEST_F(Ont, FlagsThatCannotBeReadAreReported) {
-    platform.fail("ioctl SIOCGIFFLAGS", ENODEV);
-    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet,
-                   R"(ioctl(1000, SIOCGIFFLAGS, "ont0") -> errno 19)",
-                   error("setOntMng: Could not read the flags. Errorcode : 19 No such device"),
-                   closed);
-    EXPECT_TRUE(isUp());
-}
-
-const std::string flagsRefused =
-    error("setOntMng: Could not set the flags. Errorcode : 1 Operation not permitted");
-
-TEST_F(Ont, ThatCannotBeTakenDownIsReported) {
-    platform.fail("ioctl SIOCSIFFLAGS", EPERM);
-    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead,
-                   R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1042) -> errno 1)", flagsRefused, closed);
-    EXPECT_TRUE(isUp());
-}
-
-TEST_F(Ont, MacThatCannotBeReadIsReportedAndItStaysDown) {
-    platform.fail("mngSystemMacGet", 5);
-    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown,
-                   "mngSystemMacGet() -> 5", error("setOntMng: Could not read the mac. "), closed);
-    EXPECT_FALSE(isUp());
-}
-
-TEST_F(Ont, MacThatCannotBeSetIsReportedAndItStaysDown) {
-    platform.ont.systemMac = {0, 1, 0x0a, 0x7f, 0x80, 0xff};
-    platform.fail("ioctl SIOCSIFHWADDR", EADDRNOTAVAIL);
-    EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);
-    EXPECT_JOURNAL(boardsInfoRead, opened, addressSet, maskSet, flagsRead, setDown, systemMacRead,
-                   R"(ioctl(1000, SIOCSIFHWADDR, "ont0" 1 00:01:0a:7f:80:ff) -> errno 99)",
-                   error("setOntMng: Could not set the mac. Errorcode : 99 Cannot assign requested "
-                         "address"),
-                   error("setOntMng: Error seting mac 00:01:0a:7f:80:ff"), closed);
-    EXPECT_FALSE(isUp());
-    EXPECT_EQ(platform.ont.vlanId, 4000U);
-}
-
 TEST_F(Ont, ThatCannotBeBroughtUpIsReported) {
     platform.fail("ioctl SIOCSIFFLAGS", EPERM, fake::Script::forever, 1);
     EXPECT_EQ(networkSetOntMng(ontAddress, ontMask, 77), -1);

@@ -2,7 +2,6 @@
 
 #include "network/EntityTest.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <net/if.h>
 
@@ -33,6 +32,9 @@ inline const std::string vlanSet = "gponOntMngVlanSet(77) -> 0";
 inline constexpr short upFlags = 0x1043;
 inline const std::string setDown = R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1042) -> 0)";
 inline const std::string setUp = R"(ioctl(1000, SIOCSIFFLAGS, "ont0" 0x1043) -> 0)";
+
+inline const std::string flagsRefused =
+    error("setOntMng: Could not set the flags. Errorcode : 1 Operation not permitted");
 
 /// Tests of the ONT's interface, on a board on which it is up.
 class OntTest : public EntityTest {

@@ -3,7 +3,6 @@
 #include "fake/describe.h"
 #include "network/EntityTest.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <fmt/core.h>
 
@@ -79,6 +78,10 @@ inline Entries notTakenOff(const std::string& code) {
             R"(deassignACL("RA_mng0", 1, false) -> )" + code,
             error("deassignACL faile. Return value: " + code)};
 }
+/// There is no port that it could be taken off.
+inline const Entries portNotFound = {trace("deassignNetworkAcl: aclAssigned=1"),
+                                     "interfaceMngGet() -> 3",
+                                     error("interfaceMngGet has failed!")};
 /// There is nothing to take off.
 inline const Entries wasUnbound = {trace("deassignNetworkAcl: aclAssigned=0")};
 
@@ -111,4 +114,17 @@ inline Entries gone(const std::string& id) {
     return {trace("removeRARule: ruleId=" + id + "."),
             R"(delCondition("RA_mng0", )" + id + ", 1) -> 0",
             R"(delRuleById("RA_mng0", )" + id + ") -> 0"};
+}
+/// The bridge keeps its condition, and with it the rule.
+inline Entries conditionKept(const std::string& id, const std::string& code) {
+    return {trace("removeRARule: ruleId=" + id + "."),
+            R"(delCondition("RA_mng0", )" + id + ", 1) -> " + code,
+            error("removeRARule: delCondition faile. Return value: " + code)};
+}
+/// The bridge keeps the rule without its condition.
+inline Entries ruleKept(const std::string& id, const std::string& code) {
+    return {trace("removeRARule: ruleId=" + id + "."),
+            R"(delCondition("RA_mng0", )" + id + ", 1) -> 0",
+            R"(delRuleById("RA_mng0", )" + id + ") -> " + code,
+            error("removeRARule: delRule faile. Return value: " + code)};
 }

@@ -2,116 +2,103 @@
 
 #include "network/EntityTest.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <string>
 
 namespace {
 
 const std::string telnetRead = "varoGetTelnetSrv() -> 0 {enabled=1 sessions=5 idle=15}";
-const std::string telnetFactory = "varoDefTelnetSrv() -> 0 {enabled=1 sessions=11 idle=12}";
-const std::string sshFactory = "varoDefSshSrv() -> 0 {enabled=1 port=13}";
 
-class Services : public EntityTest {};
+using Services = EntityTest;
 
-// Telnet.
+// Telnet and SSH, of which each is switched by a record of factory values.
 
-TEST_F(Services, TelnetIsSwitchedByARecordOfFactoryValues) {
-    EXPECT_EQ(networkTelnetEnable(0), 0);
-    EXPECT_JOURNAL(
-        exclusively(telnetFactory, "varoUpdateTelnetSrv({enabled=0 sessions=11 idle=12}) -> 0"));
-    platform.factory.telnet.enabled = 0;
-    EXPECT_EQ(networkTelnetEnable(-7), 0);
-    EXPECT_JOURNAL(exclusively("varoDefTelnetSrv() -> 0 {enabled=0 sessions=11 idle=12}",
-                               "varoUpdateTelnetSrv({enabled=1 sessions=11 idle=12}) -> 0"));
-}
+struct Server {
+    std::string call;  ///< how the calls of its record end
+    int (*enable)(int on);
+    int (*read)(bool* on);
+    std::string notSwitched;  ///< message
+    std::string notRead;      ///< message
+    std::string stored;       ///< what its record holds but the switch
+    std::string factory;      ///< likewise
+    std::string nothing;      ///< likewise, all of it zero
+    /// The switches in force and of the factory.
+    std::int32_t& (*inForce)(fake::Platform&);
+    std::int32_t& (*ofTheFactory)(fake::Platform&);
+};
 
-TEST_F(Services, TelnetIsSwitchedEvenWithoutFactoryValues) {
-    platform.fail("varoDefTelnetSrv", 4);
-    EXPECT_EQ(networkTelnetEnable(1), 0);
-    EXPECT_JOURNAL(exclusively("varoDefTelnetSrv() -> 4",
-                               "varoUpdateTelnetSrv({enabled=1 sessions=0 idle=0}) -> 0"));
-}
+const Server servers[] = {
+    {"TelnetSrv", networkTelnetEnable, networkGetTelnetConfig,
+     "telnetEnable: varoUpdateTelnetSrv has failed!",
+     "getTelnetConfig: varoGetTelnetSrv has failed!", " sessions=5 idle=15", " sessions=11 idle=12",
+     " sessions=0 idle=0",
+     [](fake::Platform& board) -> std::int32_t& { return board.services.telnet.enabled; },
+     [](fake::Platform& board) -> std::int32_t& { return board.factory.telnet.enabled; }},
+    {"SshSrv", networkSshEnable, networkGetSshConfig, "sshEnable: varoUpdateSshSrv has failed!",
+     "getSshConfig: varoGetSshSrv has failed!", " port=2022", " port=13", " port=0",
+     [](fake::Platform& board) -> std::int32_t& { return board.services.ssh.enabled; },
+     [](fake::Platform& board) -> std::int32_t& { return board.factory.ssh.enabled; }},
+};
 
-TEST_F(Services, TelnetThatCannotBeSwitchedIsReported) {
-    platform.fail("varoUpdateTelnetSrv", 5);
-    EXPECT_EQ(networkTelnetEnable(1), -1);
-    EXPECT_JOURNAL(exclusively(telnetFactory,
-                               "varoUpdateTelnetSrv({enabled=1 sessions=11 idle=12}) -> 5",
-                               error("telnetEnable: varoUpdateTelnetSrv has failed!")));
-}
+class TerminalServer : public Services, public testing::WithParamInterface<Server> {
+protected:
+    const Server& server = GetParam();
+    const std::string get = "varoGet" + server.call;
+    const std::string def = "varoDef" + server.call;
+    const std::string update = "varoUpdate" + server.call;
 
-TEST_F(Services, TelnetIsOnWhateverNumberSaysSo) {
-    for (const int enabled : {1, 2, -1, 0}) {
-        platform.services.telnet.enabled = enabled;
-        bool on = enabled == 0;
-        EXPECT_EQ(networkGetTelnetConfig(&on), 0);
-        EXPECT_EQ(on, enabled != 0);
+    std::string factoryRead(int on) const { return def + "() -> 0 " + record(on, server.factory); }
+    std::string written(int on, const std::string& rest, int status = 0) const {
+        return update + "(" + record(on, rest) + ") -> " + std::to_string(status);
     }
-    platform.services.telnet.enabled = 1;
-    journal();
-    bool on = false;
-    EXPECT_EQ(networkGetTelnetConfig(&on), 0);
-    EXPECT_JOURNAL(sharing(telnetRead));
+    static std::string record(int on, const std::string& rest) {
+        return "{enabled=" + std::to_string(on) + rest + "}";
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(, TerminalServer, testing::ValuesIn(servers),
+                         [](const auto& server) { return server.param.call; });
+
+TEST_P(TerminalServer, IsSwitchedByARecordOfFactoryValues) {
+    EXPECT_EQ(server.enable(0), 0);
+    EXPECT_JOURNAL(exclusively(factoryRead(1), written(0, server.factory)));
+    server.ofTheFactory(platform) = 0;
+    for (const int on : {-7, 256}) {
+        EXPECT_EQ(server.enable(on), 0);
+        EXPECT_JOURNAL(exclusively(factoryRead(0), written(1, server.factory)));
+    }
 }
 
-TEST_F(Services, TelnetThatCannotBeReadLeavesTheAnswerAlone) {
-    platform.fail("varoGetTelnetSrv", 5);
+TEST_P(TerminalServer, IsSwitchedEvenWithoutFactoryValues) {
+    platform.fail(def, 4);
+    EXPECT_EQ(server.enable(1), 0);
+    EXPECT_JOURNAL(exclusively(def + "() -> 4", written(1, server.nothing)));
+}
+
+TEST_P(TerminalServer, ThatCannotBeSwitchedIsReported) {
+    platform.fail(update, 5);
+    EXPECT_EQ(server.enable(1), -1);
+    EXPECT_JOURNAL(
+        exclusively(factoryRead(1), written(1, server.factory, 5), error(server.notSwitched)));
+}
+
+TEST_P(TerminalServer, IsOnWhateverNumberSaysSo) {
+    for (const int enabled : {1, 2, -1, 0}) {
+        server.inForce(platform) = enabled;
+        bool on = enabled == 0;
+        EXPECT_EQ(server.read(&on), 0);
+        EXPECT_EQ(on, enabled != 0);
+        EXPECT_JOURNAL(sharing(get + "() -> 0 " + record(enabled, server.stored)));
+    }
+}
+
+TEST_P(TerminalServer, ThatCannotBeReadLeavesTheAnswerAlone) {
+    platform.fail(get, 5);
     for (const bool before : {true, false}) {
         bool on = before;
-        EXPECT_EQ(networkGetTelnetConfig(&on), -1);
+        EXPECT_EQ(server.read(&on), -1);
         EXPECT_EQ(on, before);
-        EXPECT_JOURNAL(sharing("varoGetTelnetSrv() -> 5",
-                               error("getTelnetConfig: varoGetTelnetSrv has failed!")));
-    }
-}
-
-// SSH.
-
-TEST_F(Services, SshIsSwitchedByARecordOfFactoryValues) {
-    EXPECT_EQ(networkSshEnable(0), 0);
-    EXPECT_JOURNAL(exclusively(sshFactory, "varoUpdateSshSrv({enabled=0 port=13}) -> 0"));
-    platform.factory.ssh.enabled = 0;
-    EXPECT_EQ(networkSshEnable(256), 0);
-    EXPECT_JOURNAL(exclusively("varoDefSshSrv() -> 0 {enabled=0 port=13}",
-                               "varoUpdateSshSrv({enabled=1 port=13}) -> 0"));
-}
-
-TEST_F(Services, SshIsSwitchedEvenWithoutFactoryValues) {
-    platform.fail("varoDefSshSrv", 4);
-    EXPECT_EQ(networkSshEnable(1), 0);
-    EXPECT_JOURNAL(
-        exclusively("varoDefSshSrv() -> 4", "varoUpdateSshSrv({enabled=1 port=0}) -> 0"));
-}
-
-TEST_F(Services, SshThatCannotBeSwitchedIsReported) {
-    platform.fail("varoUpdateSshSrv", 5);
-    EXPECT_EQ(networkSshEnable(1), -1);
-    EXPECT_JOURNAL(exclusively(sshFactory, "varoUpdateSshSrv({enabled=1 port=13}) -> 5",
-                               error("sshEnable: varoUpdateSshSrv has failed!")));
-}
-
-TEST_F(Services, SshIsOnWhateverNumberSaysSo) {
-    for (const int enabled : {1, 2, -1, 0}) {
-        platform.services.ssh.enabled = enabled;
-        bool on = enabled == 0;
-        EXPECT_EQ(networkGetSshConfig(&on), 0);
-        EXPECT_EQ(on, enabled != 0);
-    }
-    journal();
-    bool on = true;
-    EXPECT_EQ(networkGetSshConfig(&on), 0);
-    EXPECT_JOURNAL(sharing("varoGetSshSrv() -> 0 {enabled=0 port=2022}"));
-}
-
-TEST_F(Services, SshThatCannotBeReadLeavesTheAnswerAlone) {
-    platform.fail("varoGetSshSrv", 5);
-    for (const bool before : {true, false}) {
-        bool on = before;
-        EXPECT_EQ(networkGetSshConfig(&on), -1);
-        EXPECT_EQ(on, before);
-        EXPECT_JOURNAL(
-            sharing("varoGetSshSrv() -> 5", error("getSshConfig: varoGetSshSrv has failed!")));
+        EXPECT_JOURNAL(sharing(get + "() -> 5", error(server.notRead)));
     }
 }
 

@@ -78,7 +78,7 @@ TEST(Slots, RemoteAccessAndInventory) {
               range(19, 25));
 }
 
-TEST(Slots, FtpArpAndOlderWebOperations) {
+TEST(Slots, FtpArpAndUnsupportedWebOperations) {
     EXPECT_EQ(
         slotsOf(&N::enableFtp, &N::getFtpState, &N::getNextArp, &N::setHttpSPort, &N::setHttpSProto,
                 &N::enableHttpSServer, &N::enableHttpServer, &N::getHttpInfo),

@@ -3,7 +3,6 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <cstring>
 #include <limits>
@@ -13,25 +12,6 @@ namespace {
 
 constexpr unsigned int managerA = 0xc0000201;  // 192.0.2.1
 constexpr unsigned int managerB = 0xc0000202;  // 192.0.2.2
-
-/// A record whose bytes tell whether it was written to.
-template <class Record>
-Record untouched() {
-    Record record;
-    std::memset(&record, 0x5a, sizeof record);
-    return record;
-}
-
-/// Whether two records are the same, behind the ends of their texts too.
-template <class Record>
-bool areSame(const Record& left, const Record& right) {
-    return std::memcmp(&left, &right, sizeof left) == 0;
-}
-
-template <class Record>
-bool isUntouched(const Record& record) {
-    return areSame(record, untouched<Record>());
-}
 
 class Snmp : public EntityTest {};
 

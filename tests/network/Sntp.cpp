@@ -3,25 +3,11 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <cstring>
 #include <string>
 
 namespace {
-
-template <class Record>
-bool areEqual(const Record& one, const Record& other) {
-    return std::memcmp(&one, &other, sizeof one) == 0;
-}
-
-/// A record of which every byte is known.
-template <class Record>
-Record filled(int value) {
-    Record record;
-    std::memset(&record, value, sizeof record);
-    return record;
-}
 
 class Sntp : public EntityTest {
 protected:
@@ -51,8 +37,8 @@ TEST_F(Sntp, ConfigurationIsWrittenAsItIsToTheManagementConfiguration) {
     EXPECT_JOURNAL(
         sharing("varoUpdateNtpWS(2, {mode=-9 {255.255.255.255 -1 99} {} {0.0.0.0 7 -8}}) "
                 "-> 0"));
-    EXPECT_TRUE(areEqual(config, before));
-    EXPECT_TRUE(areEqual(platform.time.byAddress[2], before));
+    EXPECT_TRUE(areSame(config, before));
+    EXPECT_TRUE(areSame(platform.time.byAddress[2], before));
 }
 
 TEST_F(Sntp, ConfigurationThatCannotBeWrittenFailsSilently) {
@@ -65,9 +51,9 @@ TEST_F(Sntp, ConfigurationThatCannotBeWrittenFailsSilently) {
 }
 
 TEST_F(Sntp, ConfigurationInForceIsReadFromWhicheverSource) {
-    rpcSntpConfig config = filled<rpcSntpConfig>(0x5a);
+    auto config = untouched<rpcSntpConfig>();
     EXPECT_EQ(networkGetSntpConfig(&config), 0);
-    EXPECT_TRUE(areEqual(config, platform.time.byAddress[2]));
+    EXPECT_TRUE(areSame(config, platform.time.byAddress[2]));
     EXPECT_JOURNAL(sharing("varoGetNtpWS(0) -> 0 2 " + storedByAddress));
 }
 
@@ -76,7 +62,7 @@ TEST_F(Sntp, ConfigurationIsReadFromTheSourceThatIsAskedFor) {
     int source = 1;
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), 0);
     EXPECT_EQ(source, 1);
-    EXPECT_TRUE(areEqual(config, platform.time.byAddress[1]));
+    EXPECT_TRUE(areSame(config, platform.time.byAddress[1]));
     EXPECT_JOURNAL(sharing("varoGetNtpWS(1) -> 0 1 {mode=1 {198.51.100.1 4 0}}"));
     source = 0;
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), 0);
@@ -90,12 +76,11 @@ TEST_F(Sntp, ConfigurationIsReadFromTheSourceThatIsAskedFor) {
 
 TEST_F(Sntp, ConfigurationThatCannotBeReadFailsSilently) {
     platform.fail("varoGetNtpWS", 5);
-    const auto before = filled<rpcSntpConfig>(0x5a);
-    rpcSntpConfig config = before;
+    auto config = untouched<rpcSntpConfig>();
     int source = 2;
     EXPECT_EQ(networkGetSntpConfig(&config), -1);
     EXPECT_EQ(networkGetSntpConfigWS(&source, &config), -1);
-    EXPECT_TRUE(areEqual(config, before));
+    EXPECT_TRUE(isUntouched(config));
     EXPECT_EQ(source, 2);
     EXPECT_JOURNAL(sharing("varoGetNtpWS(0) -> 5"), sharing("varoGetNtpWS(2) -> 5"));
 }
@@ -239,11 +224,11 @@ TEST_F(Sntp, HostsThatCannotBeStoredFailSilently) {
 }
 
 TEST_F(Sntp, HostsAreReadFromTheSourceThatIsAskedFor) {
-    rpcSntpConfigHost config = filled<rpcSntpConfigHost>(0x5a);
+    auto config = untouched<rpcSntpConfigHost>();
     int source = 1;
     EXPECT_EQ(networkGetSntpConfigWSHost(&source, &config), 0);
     EXPECT_EQ(source, 1);
-    EXPECT_TRUE(areEqual(config, platform.time.byHost[1]));
+    EXPECT_TRUE(areSame(config, platform.time.byHost[1]));
     EXPECT_JOURNAL(sharing(R"(varoGetNtpHost(1) -> 0 1 {mode=1 {"lease.example" 4 0 0}})"));
     source = 0;
     EXPECT_EQ(networkGetSntpConfigWSHost(&source, &config), 0);
@@ -263,24 +248,24 @@ TEST_F(Sntp, HostsThatCannotBeReadFailSilently) {
 // Status.
 
 TEST_F(Sntp, StatusIsReadFromWhicheverSource) {
-    rpcSntpInfo info = filled<rpcSntpInfo>(0x5a);
+    auto info = untouched<rpcSntpInfo>();
     EXPECT_EQ(networkGetSntpInfo(&info), 0);
-    EXPECT_TRUE(areEqual(info, platform.time.info));
+    EXPECT_TRUE(areSame(info, platform.time.info));
     EXPECT_JOURNAL(sharing("varoGetNtpStatsWS(0) -> 0 2 {state=1 192.0.2.1}"));
 }
 
 TEST_F(Sntp, StatusIsReadFromWhicheverSourceWhateverTheCallerAsksFor) {
     for (const int asked : {0, 1, 2, 99}) {
         int source = asked;
-        rpcSntpInfo info = filled<rpcSntpInfo>(0x5a);
+        auto info = untouched<rpcSntpInfo>();
         EXPECT_EQ(networkGetSntpInfoWS(&source, &info), 0);
         EXPECT_EQ(source, 2);
-        EXPECT_TRUE(areEqual(info, platform.time.info));
+        EXPECT_TRUE(areSame(info, platform.time.info));
         source = asked;
-        rpcSntpInfoHost infoHost = filled<rpcSntpInfoHost>(0x5a);
+        auto infoHost = untouched<rpcSntpInfoHost>();
         EXPECT_EQ(networkGetSntpInfoWSHost(&source, &infoHost), 0);
         EXPECT_EQ(source, 2);
-        EXPECT_TRUE(areEqual(infoHost, platform.time.infoHost));
+        EXPECT_TRUE(areSame(infoHost, platform.time.infoHost));
         EXPECT_JOURNAL(sharing("varoGetNtpStatsWS(0) -> 0 2 {state=1 192.0.2.1}"),
                        sharing(R"(varoGetNtpHostStats(0) -> 0 2 {state=2 "ntp.example"})"));
     }

@@ -3,7 +3,6 @@
 #include "network/EntityTest.h"
 #include "network/buffers.h"
 #include "network/exports.h"
-#include "network/journals.h"
 
 #include <cstdio>
 #include <cstring>
@@ -153,7 +152,7 @@ TEST_P(TimeZoneSetter, ReportsAFailedWriteOfTheRecordThatWasRead) {
     EXPECT_JOURNAL(exclusively(
         zoneRead, GetParam().update + "(" + GetParam().changed + ") -> -6",
         error(GetParam().name + ": " + GetParam().update + " has failed! Return value: -6")));
-    EXPECT_EQ(std::memcmp(&platform.time.zone, &stored, sizeof stored), 0);
+    EXPECT_TRUE(areSame(platform.time.zone, stored));
 }
 
 const std::string whole = "varoUpdateSntpTimeZone";
@@ -204,8 +203,7 @@ TEST_F(TimeZone, LongNamesAreCutTo199AndReadCutTo99) {
             EXPECT_EQ(networkGetTimezoneInfo(&offset, buffer.text), 0);
             EXPECT_EQ(buffer.content(), name.substr(0, 199));
             EXPECT_TRUE(buffer.isIntactBehind());
-            rpcNetworkSntpTimezone info;
-            std::memset(&info, '#', sizeof info);
+            auto info = filled<rpcNetworkSntpTimezone>('#');
             EXPECT_EQ(networkGetSntpTimezoneInfo(&info), 0);
             EXPECT_EQ(std::string(info.name), name.substr(0, 99));
         }
@@ -267,8 +265,7 @@ TEST_F(TimeZone, WholeRecordIsReadAndTraced) {
     platform.time.zone.dstSMonth = -3;
     platform.time.zone.dstEDayInWeek = std::numeric_limits<std::int16_t>::min();
     logEverything();
-    rpcNetworkSntpTimezone info;
-    std::memset(&info, '#', sizeof info);
+    auto info = filled<rpcNetworkSntpTimezone>('#');
     EXPECT_EQ(networkGetSntpTimezoneInfo(&info), 0);
     EXPECT_STREQ(info.name, "Europe/Vaduz");
     EXPECT_EQ(info.offset, 60);
@@ -292,11 +289,9 @@ TEST_F(TimeZone, WholeRecordIsReadAndTraced) {
 
 TEST_F(TimeZone, WholeRecordThatCannotBeReadIsReported) {
     platform.fail("varoGetSntpTimeZone", 5);
-    rpcNetworkSntpTimezone info;
-    std::memset(&info, '#', sizeof info);
-    const rpcNetworkSntpTimezone before = info;
+    auto info = untouched<rpcNetworkSntpTimezone>();
     EXPECT_EQ(networkGetSntpTimezoneInfo(&info), -1);
-    EXPECT_EQ(std::memcmp(&info, &before, sizeof info), 0);
+    EXPECT_TRUE(isUntouched(info));
     EXPECT_JOURNAL(sharing("varoGetSntpTimeZone() -> 5",
                            error("getSntpTimezoneInfo: varoGetSntpTimeZone has failed!")));
 }

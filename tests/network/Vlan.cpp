@@ -56,8 +56,7 @@ TEST_F(Vlan, MoveWritesTheNewVlanIntoOption82) {
         noProfile, looksUp, "zuvlanGetVlanInfoId(100) -> 0", left("1"), entered("100", "100"), read,
         exclusively(
             read, R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:100:"}) -> 0)",
-            trace("setOption82: return value: 0")),
+            dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=1", "VANTORIX:3 eth 5:100:")),
         noProfile, securityRefreshed));
 }
 
@@ -246,8 +245,7 @@ TEST_F(Vlan, NumberBeyondSixteenBitsIsCutForThePortOnly) {
         "zuvlanGetVlanInfoId(65537) -> 0", left("1"), entered("1", "65537"), read,
         exclusively(
             read, R"(getShelfId() -> "3")",
-            R"(varoUpdateDhcp({selector=2 dhcp=0 vendor=0 option82=1 circuitId="VANTORIX:3 eth 5:65537:"}) -> 0)",
-            trace("setOption82: return value: 0")),
+            dhcpWritten("setOption82", "dhcp=0 vendor=0 option82=1", "VANTORIX:3 eth 5:65537:")),
         profile, "vlanMngWrite(65537) -> 0", securityRefreshed));
     EXPECT_EQ(managementVlan(), 65537U);
     EXPECT_EQ(platform.shelf.portVlans[1], 1U);

@@ -1,8 +1,7 @@
-// The web server set and the older web operations.
+// The web server set and the unsupported web operations.
 
 #include "network/EntityTest.h"
 #include "network/exports.h"
-#include "network/journals.h"
 #include "network/webEvents.h"
 #include "support/CapturedOutput.h"
 
@@ -333,9 +332,9 @@ TEST_F(WebServer, EventServersDirectoryIsMadeByTheShellWhoseStatusIsNegated) {
     }
 }
 
-// Older operations.
+// Unsupported operations.
 
-TEST_F(WebServer, OlderOperationsFailAndDoNothing) {
+TEST_F(WebServer, UnsupportedOperationsFailAndDoNothing) {
     logEverything();
     switchOn();
     for (const unsigned int port : {0U, 443U, 4294967295U}) {
@@ -353,7 +352,7 @@ TEST_F(WebServer, OlderOperationsFailAndDoNothing) {
     EXPECT_TRUE(isOn());
 }
 
-TEST_F(WebServer, OlderInformationIsNotGiven) {
+TEST_F(WebServer, UnsupportedInformationIsNotGiven) {
     Network::HttpInfo info{true, false, 77, Network::sprotocolBoth};
     EXPECT_EQ(networkGetHttpInfo(&info), -1);
     EXPECT_TRUE(info.httpEnabled);

@@ -29,3 +29,27 @@ struct Buffer {
     char text[size];
     char beyond[8];
 };
+
+/// A record of which every byte is known.
+template <class Record>
+Record filled(int value) {
+    Record record;
+    std::memset(&record, value, sizeof record);
+    return record;
+}
+
+/// Whether two records are the same, behind the ends of their texts too.
+template <class Record>
+bool areSame(const Record& left, const Record& right) {
+    return std::memcmp(&left, &right, sizeof left) == 0;
+}
+
+/// A record whose bytes tell whether it was written to.
+template <class Record>
+Record untouched() {
+    return filled<Record>(0x5a);
+}
+template <class Record>
+bool isUntouched(const Record& record) {
+    return areSame(record, untouched<Record>());
+}

@@ -46,6 +46,15 @@ inline std::string logged(const std::string& level, const std::string& text) {
 inline std::string error(const std::string& text) { return logged("3", text); }
 inline std::string trace(const std::string& text) { return logged("7", text); }
 
+/// The DHCP record is written with these switches and this circuit id, and the operation tells.
+inline Entries dhcpWritten(const std::string& operation, const std::string& switches,
+                           const std::string& circuitId, int status = 0) {
+    const std::string result = std::to_string(status);
+    return {"varoUpdateDhcp({selector=2 " + switches + " circuitId=\"" + circuitId + "\"}) -> " +
+                result,
+            trace(operation + ": return value: " + result)};
+}
+
 /// The framework-log entry of a command of the web server set that failed.
 inline std::string commandFailed(const std::string& label, const std::string& command) {
     return "Log(0): network: network: networkHttpServerSet: " + label +
