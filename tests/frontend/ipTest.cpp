@@ -135,18 +135,11 @@ TEST_F(IpFromAfar, IsAskedAtThePrompt) {
         board.to({}),
         {{"TERM", "xterm"}, {"HOME", home.path()}, {"XDG_STATE_HOME", home / "state"}});
     terminal.waitFor("mngctl> ");
-    terminal.type("ip set 192.0.2.11/24\r");
-    terminal.waitFor("Do it all the same? [y/N] ");
-    terminal.type("n\r");
-    terminal.waitFor("mngctl: nothing was changed");
-    terminal.waitFor("mngctl> ");
-    terminal.type("ip set 192.0.2.11/24\r");
-    terminal.waitFor("Do it all the same? [y/N] ");
-    terminal.type("y\r");
-    terminal.waitFor("address: 192.0.2.11/24");
-    terminal.waitFor("mngctl> ");
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.exitCode(), 0);
+    terminal.type("ip set 192.0.2.11/24\r", "Do it all the same? [y/N] ");
+    terminal.enter("n", "mngctl: nothing was changed");
+    terminal.type("ip set 192.0.2.11/24\r", "Do it all the same? [y/N] ");
+    terminal.enter("y", "address: 192.0.2.11/24");
+    EXPECT_EQ(terminal.leave(), 0);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "mngctl/application.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <poll.h>
 #include <sched.h>
 #include <signal.h>
@@ -135,6 +136,37 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
     return stream << "exit " << static_cast<int>(outcome.exit) << "\n--- out\n"
                   << outcome.out << "--- err\n"
                   << outcome.err << "---";
+}
+
+std::string refusalOf(const std::function<void()>& action) {
+    try {
+        action();
+        return "";
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+}
+
+std::string sampleOf(const std::string& type, unsigned place) {
+    if (type == "on|off") {
+        return place % 2 == 0 ? "on" : "off";
+    }
+    if (type == "integer") {
+        return fmt::format("-{}", place + 1);
+    }
+    if (type == "unsigned") {
+        return std::to_string(place + 1);
+    }
+    if (type == "IPv4") {
+        return fmt::format("192.0.2.{}", place + 1);
+    }
+    if (type == "MAC") {
+        return fmt::format("02:00:5e:10:00:{:02x}", place + 1);
+    }
+    if (type == "text") {
+        return fmt::format("some text {}", place);
+    }
+    return type.substr(0, type.find('|'));
 }
 
 std::string laidOut(const std::string& json) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <sys/types.h>
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -45,6 +46,13 @@ Outcome noAnswer(const std::string& sentence);
 /// JSON as mngctl writes it, however the blanks lie between the values that are given: two blanks
 /// before a member for each level, and a line end behind each document.
 std::string laidOut(const std::string& json);
+
+/// The sentence of the UsageError that the action ends in; empty if it ends in none.
+std::string refusalOf(const std::function<void()>& action);
+
+/// A text that is right for a field of a procedure's argument, by its place among them and by the
+/// type that the description names.
+std::string sampleOf(const std::string& type, unsigned place);
 
 /// Runs mngctl in this process.
 Outcome run(const std::vector<std::string>& words, const std::string& input = "",

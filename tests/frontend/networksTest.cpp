@@ -1,20 +1,8 @@
 #include "mngctl/commands/networks.h"
 #include "mngctlRun.h"
 
-#include <functional>
-
 namespace mngctl::test {
 namespace {
-
-/// What parsing says against a text; empty if it takes it.
-std::string refusalOf(const std::function<void()>& parse) {
-    try {
-        parse();
-        return "";
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-}
 
 TEST(Ipv4Mask, IsALengthOrDotted) {
     struct {

@@ -76,29 +76,6 @@ TEST(Procedures, AreDescribedOneByOne) {
                    "    result: status\n"));
 }
 
-/// A valid text for each type that a description names.
-std::string sampleOf(const std::string& type) {
-    if (type == "on|off") {
-        return "on";
-    }
-    if (type == "integer") {
-        return "-5";
-    }
-    if (type == "unsigned") {
-        return "7";
-    }
-    if (type == "IPv4") {
-        return "192.0.2.1";
-    }
-    if (type == "MAC") {
-        return "02:00:5e:10:00:01";
-    }
-    if (type == "text") {
-        return "some text";
-    }
-    return type.substr(0, type.find('|'));
-}
-
 TEST(Procedures, AllTakeTheirArgumentsInOrderOrAsJson) {
     unsigned flat = 0;
     for (const Procedure& procedure : procedures()) {
@@ -106,7 +83,7 @@ TEST(Procedures, AllTakeTheirArgumentsInOrderOrAsJson) {
         bool nested = false;
         for (const Json& field : procedure.describeArgument()) {
             nested = nested || field.contains("fields");
-            arguments.push_back(sampleOf(field["type"]));
+            arguments.push_back(sampleOf(field["type"], static_cast<unsigned>(arguments.size())));
         }
         if (nested) {
             continue;

@@ -1,8 +1,6 @@
 #include "mngctl/procedures.h"
 #include "mngctlRun.h"
 
-#include <fmt/format.h>
-
 namespace mngctl::test {
 namespace {
 
@@ -18,10 +16,7 @@ protected:
     CannedBoard board{{"--rules", "2"}};
 };
 
-INSTANTIATE_TEST_SUITE_P(Over, Rpc, testing::Values(Protocol::Tcp, Protocol::Udp),
-                         [](const auto& protocol) {
-                             return protocol.param == Protocol::Tcp ? "Tcp" : "Udp";
-                         });
+INSTANTIATE_TEST_SUITE_P(Over, Rpc, bothProtocols, nameOfProtocol);
 
 TEST_P(Rpc, CallsTheNullProcedure) {
     EXPECT_EQ(run("rpc null"), done("answered\n"));
@@ -50,26 +45,6 @@ TEST_P(Rpc, SendsEveryKindOfArgument) {
                     R"("dhcpEnabled":false,"vendorClassEnabled":false,"mngVlanId":7,)"
                     R"("option82Enabled":false,"flag4":false,"flag5":false,)"
                     R"("mngVlanMode":"none","defVid":0,"defVlanMode":"none"})"));
-}
-
-/// Texts that every procedure takes, and what the board then tells of the request.
-std::string sampleOf(const std::string& type, unsigned place) {
-    if (type == "on|off") {
-        return place % 2 == 0 ? "on" : "off";
-    }
-    if (type == "integer" || type == "unsigned") {
-        return std::to_string(place + 1);
-    }
-    if (type == "IPv4") {
-        return fmt::format("192.0.2.{}", place + 1);
-    }
-    if (type == "MAC") {
-        return fmt::format("02:00:5e:10:00:{:02x}", place + 1);
-    }
-    if (type == "text") {
-        return fmt::format("text{}", place);
-    }
-    return type.substr(0, type.find('|'));
 }
 
 TEST_P(Rpc, CallsEveryProcedure) {

@@ -30,12 +30,9 @@ TEST(Words, EndAtAComment) {
 
 TEST(Words, NeedTheEndOfAQuote) {
     for (const std::string open : {"a 'b", "a \"b", "a \"b\\\"", "a\\"}) {
-        try {
-            splitWords(open);
-            ADD_FAILURE() << open;
-        } catch (const UsageError& error) {
-            EXPECT_THAT(error.what(), testing::StartsWith("the line ends after an open ")) << open;
-        }
+        EXPECT_THAT(refusalOf([&] { splitWords(open); }),
+                    testing::StartsWith("the line ends after an open "))
+            << open;
     }
 }
 

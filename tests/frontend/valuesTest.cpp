@@ -6,17 +6,6 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The sentence of the UsageError that the action ends in.
-template <class Action>
-std::string refusal(const Action& action) {
-    try {
-        action();
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "nothing was refused";
-}
-
 TEST(Flag, IsOnOrOffInManyWords) {
     for (const char* const yes : {"on", "true", "yes", "1"}) {
         EXPECT_TRUE(parseFlag(yes)) << yes;
@@ -28,7 +17,7 @@ TEST(Flag, IsOnOrOffInManyWords) {
 
 TEST(Flag, RefusesAnythingElse) {
     for (const char* const wrong : {"", "On", "2", "onn", "of"}) {
-        EXPECT_EQ(refusal([&] { parseFlag(wrong); }),
+        EXPECT_EQ(refusalOf([&] { parseFlag(wrong); }),
                   std::string("expected on or off, not '") + wrong + "'");
     }
 }
@@ -46,12 +35,12 @@ TEST(Number, HasTheRangeOfItsType) {
 TEST(Number, RefusesWhatDoesNotFitOrIsNone) {
     for (const char* const wrong : {"2147483648", "-2147483649", "99999999999999999999", "", "-",
                                     "0x", "1.0", "12a", " 1", "1 ", "--1", "+1", "1e3"}) {
-        EXPECT_EQ(refusal([&] { parseInt(wrong); }),
+        EXPECT_EQ(refusalOf([&] { parseInt(wrong); }),
                   std::string("expected a whole number from -2147483648 to 2147483647, not '") +
                       wrong + "'");
     }
     for (const char* const wrong : {"4294967296", "-1", "x"}) {
-        EXPECT_EQ(refusal([&] { parseUnsigned(wrong); }),
+        EXPECT_EQ(refusalOf([&] { parseUnsigned(wrong); }),
                   std::string("expected a whole number from 0 to 4294967295, not '") + wrong + "'");
     }
 }
@@ -69,7 +58,7 @@ TEST(Ipv4, RefusesHalfAndBadAddresses) {
     for (const char* const wrong :
          {"192.0.2.300", "1.2.3", "1.2.3.4.5", "192.0.2.1 ", "192.0.2.1x", " 192.0.2.1",
           "192.0.2.01", "192.0.2.1/24", "", "1", "0x7f.1", "a.b.c.d", "192.0.2.-1", "192..2.1"}) {
-        EXPECT_EQ(refusal([&] { parseIpv4(wrong); }),
+        EXPECT_EQ(refusalOf([&] { parseIpv4(wrong); }),
                   std::string("expected an IPv4 address, four numbers from 0 to 255 with dots "
                               "between such as 192.0.2.1, not '") +
                       wrong + "'");
@@ -78,7 +67,7 @@ TEST(Ipv4, RefusesHalfAndBadAddresses) {
 
 TEST(Ipv4, RefusesAHiddenEnd) {
     using namespace std::string_view_literals;
-    EXPECT_EQ(refusal([&] { parseIpv4("192.0.2.1\0x"sv); }),
+    EXPECT_EQ(refusalOf([&] { parseIpv4("192.0.2.1\0x"sv); }),
               "expected an IPv4 address, four numbers from 0 to 255 with dots between such as "
               "192.0.2.1, not '192.0.2.1\\x00x'");
 }
@@ -98,12 +87,12 @@ TEST(Ipv6, BecomesCanonical) {
 }
 
 TEST(Ipv6, RefusesZonesPrefixesAndTrailingText) {
-    EXPECT_EQ(refusal([] { parseIpv6("fe80::1%eth0"); }),
+    EXPECT_EQ(refusalOf([] { parseIpv6("fe80::1%eth0"); }),
               "'fe80::1%eth0' names a zone, which the board cannot store: leave out the % and what "
               "follows it");
     for (const char* const wrong : {"2001:db8::1/64", "2001:db8::1 ", "2001:db8::12345", "1::2::3",
                                     "[2001:db8::1]", "2001:db8", "", "g::1"}) {
-        EXPECT_EQ(refusal([&] { parseIpv6(wrong); }),
+        EXPECT_EQ(refusalOf([&] { parseIpv6(wrong); }),
                   std::string("expected an IPv6 address such as 2001:db8::1, not '") + wrong + "'");
     }
 }
@@ -116,7 +105,7 @@ TEST(Mac, HasColonsOrHyphens) {
          {"", "02:00:5e:10:00", "02:00:5e:10:00:1", "02:00:5e:10:00:0g", "02:00-5e:10:00:01",
           "02005e100001", "02:00:5e:10:00:01:02", "02x00x5ex10x00x01"}) {
         EXPECT_EQ(
-            refusal([&] { parseMac(wrong); }),
+            refusalOf([&] { parseMac(wrong); }),
             std::string("expected a MAC address such as 02:00:5e:10:00:01, not '") + wrong + "'");
     }
 }
@@ -125,7 +114,7 @@ TEST(ChoiceByName, TakesNamesAndNumbers) {
     static constexpr Choice choices[] = {{"none", 0}, {"tagged", 1}, {"native", 2}};
     EXPECT_EQ(parseChoice("tagged", choices), 1);
     EXPECT_EQ(parseChoice("-7", choices), -7);
-    EXPECT_EQ(refusal([] { parseChoice("Tagged", choices); }),
+    EXPECT_EQ(refusalOf([] { parseChoice("Tagged", choices); }),
               "expected none, tagged or native, or a number, not 'Tagged'");
     EXPECT_THROW(parseChoice("2147483648", choices), UsageError);
 }

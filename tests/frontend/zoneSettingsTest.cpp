@@ -10,12 +10,7 @@ namespace {
 using testing::HasSubstr;
 
 std::string refusal(const std::string& rule) {
-    try {
-        parseRule(rule);
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "";
+    return refusalOf([&] { parseRule(rule); });
 }
 
 TEST(ZoneRule, IsReadInAllItsForms) {
