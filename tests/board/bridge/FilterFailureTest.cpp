@@ -3,9 +3,11 @@
 #include "FilterFixture.h"
 #include "board/bridge/rulesDocument.h"
 #include "platform/zubridge.h"
+#include "support/withoutSockets.h"
 
 #include <linux/capability.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -111,14 +113,12 @@ TEST_F(FilterFailureTest, ARefusedChangeLeavesEverythingAsItWas) {
 }
 
 TEST_F(FilterFailureTest, AKernelWithoutAPacketFilterIsNamed) {
-    {
-        // A process that may open nothing more stands for it.
-        const Limited now(RLIMIT_NOFILE, 0);
+    withoutSockets(AF_NETLINK, EPROTONOSUPPORT, [this] {
         EXPECT_EQ(acls().createACL(list, ACLContainer_t::aclRemoteAccess), bridge::filterFailed);
-    }
+    });
     EXPECT_THAT(newMessages(),
                 ElementsAre("createACL of access list \"RA_mng0\": the kernel has no "
-                            "packet filter: Too many open files"));
+                            "packet filter: Protocol not supported"));
 }
 
 TEST_F(FilterFailureTest, ARefusedChangeThatStaysStoredIsSaid) {
