@@ -341,7 +341,8 @@ private:
     /// A pointer as "%p" takes it.
     static const void* address(const void* pointer) { return pointer; }
     [[gnu::visibility("hidden")]] void writeSyslog(int level, const char* format,
-                                                   std::va_list arguments);
+                                                   std::va_list arguments)
+        __attribute__((format(printf, 3, 0)));
 
     /// The one way into the configuration lock: runs the body under it, or reports the refusal.
     template <class Body>

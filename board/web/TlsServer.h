@@ -29,7 +29,7 @@ public:
 
 private:
     struct FreeContext {
-        void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
+        void operator()(SSL_CTX* freed) const { SSL_CTX_free(freed); }
     };
 
     void serve(int connection) const;

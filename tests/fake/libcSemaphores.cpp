@@ -22,9 +22,11 @@ namespace {
 /// A call on an open semaphore.
 int onSemaphore(const char* function, const sem_t* handle,
                 const std::function<Outcome(Ipc::Semaphore&)>& work) {
-    for (auto& [name, semaphore] : Platform::current().ipc.semaphores) {
+    for (auto& entry : Platform::current().ipc.semaphores) {
+        Ipc::Semaphore& semaphore = entry.second;
         if (handle == &semaphore.handle) {
-            return errnoCall(function, quoted(name), [&] { return work(semaphore); }, name);
+            return errnoCall(
+                function, quoted(entry.first), [&] { return work(semaphore); }, entry.first);
         }
     }
     return errnoCall(function, "not open", [] { return Outcome::failure(EINVAL); });

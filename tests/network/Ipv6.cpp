@@ -61,7 +61,7 @@ TEST_F(Ipv6, AddressAndPrefixLengthAreNotChecked) {
 }
 
 TEST_F(Ipv6, AddressIsCutTo99Characters) {
-    for (const std::size_t length : {99, 100, 120, 4000}) {
+    for (const std::size_t length : {99U, 100U, 120U, 4000U}) {
         EXPECT_EQ(setAddress(std::string(length, 'a'), 64), 0);
         EXPECT_EQ(journal()[1], R"(varoSetIpv6Addr({addr=")" + std::string(99, 'a') +
                                     R"(" prefix=64 list="" gw=""}) -> 0)");
@@ -115,7 +115,7 @@ TEST_F(Ipv6, GatewayIsSetInARecordOfItsOwn) {
 }
 
 TEST_F(Ipv6, GatewayIsCutTo99Characters) {
-    for (const std::size_t length : {99, 100, 120, 4000}) {
+    for (const std::size_t length : {99U, 100U, 120U, 4000U}) {
         EXPECT_EQ(setGateway(std::string(length, 'b')), 0);
         EXPECT_EQ(journal()[1], R"(varoSetIpv6Gw({addr="" prefix=0 list="" gw=")" +
                                     std::string(99, 'b') + R"("}) -> 0)");

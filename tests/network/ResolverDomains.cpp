@@ -94,7 +94,7 @@ TEST_P(DomainSetting, ReportsADomainThatCannotBeWritten) {
 }
 
 TEST_P(DomainSetting, StoresUpTo255Characters) {
-    for (const std::size_t length : {0, 255, 300}) {
+    for (const std::size_t length : {0U, 255U, 300U}) {
         const std::string name = lettersOf(length);
         const std::string before = family.withDomain(domain(family, 2));
         EXPECT_EQ(GetParam().set(name.c_str()), 0);
